@@ -1,0 +1,49 @@
+#include "platform/desktop/twips.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QLineEdit>
+#include <QStyle>
+#include <QStyleOptionFrame>
+#include <algorithm>
+
+namespace quillary {
+namespace {
+
+constexpr int kTextBoxTwips = 285;
+
+// A text box's own size hint, without the cost of making one at each call.
+int TextBoxHeight() {
+  constexpr int kLeastText = 14;      // what QLineEdit takes for the smallest fonts
+  constexpr int kVerticalMargin = 1;  // above and below the text
+  const QFontMetrics metrics(QApplication::font("QLineEdit"));
+  const QStyle* style = QApplication::style();
+  QStyleOptionFrame option;
+  option.fontMetrics = metrics;
+  option.lineWidth = style->pixelMetric(QStyle::PM_DefaultFrameWidth, &option);
+  option.state = QStyle::State_Enabled | QStyle::State_Sunken;
+  const int text = std::max(metrics.height(), kLeastText) + 2 * kVerticalMargin;
+  return style->sizeFromContents(QStyle::CT_LineEdit, &option, QSize(text, text)).height();
+}
+
+// To the nearest whole number; halves away from zero.
+int Divide(int dividend, int divisor) {
+  const int half = dividend < 0 ? -divisor / 2 : divisor / 2;
+  return (dividend + half) / divisor;
+}
+
+}  // namespace
+
+int Px(int twips) {
+  return Divide(twips * TextBoxHeight(), kTextBoxTwips);
+}
+
+int Twips(int pixels) {
+  return Divide(pixels * kTextBoxTwips, TextBoxHeight());
+}
+
+void Place(QWidget& control, int left, int top, int width, int height) {
+  control.setGeometry(Px(left), Px(top), Px(width), Px(height));
+}
+
+}  // namespace quillary

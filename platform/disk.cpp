@@ -1,0 +1,205 @@
+#include "platform/disk.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <limits>
+#include <memory>
+
+namespace quillary {
+
+namespace {
+
+constexpr std::int64_t NsPerSecond = 1'000'000'000;
+
+// The slowest kernel clock in use ticks every 10 ms.
+constexpr std::int64_t FineTickNs = 20'000'000;
+// FAT counts in steps of two seconds.
+constexpr std::int64_t CoarseTickNs = 2 * NsPerSecond + 100'000'000;
+
+std::int64_t Nanoseconds(const timespec& time) {
+  // Dates beyond the year 2262 exist: any program may set them.
+  constexpr std::int64_t lastSecond = std::numeric_limits<std::int64_t>::max() / NsPerSecond - 1;
+  return std::clamp<std::int64_t>(time.tv_sec, -lastSecond, lastSecond) * NsPerSecond +
+         time.tv_nsec;
+}
+
+FileStamp StampOf(const struct stat& status) {
+  FileStamp stamp;
+  stamp.Device = status.st_dev;
+  stamp.Inode = status.st_ino;
+  stamp.Size = status.st_size;
+  stamp.ModifiedNs = Nanoseconds(status.st_mtim);
+  stamp.ChangedNs = Nanoseconds(status.st_ctim);
+  stamp.Permissions = status.st_mode & 07777U;
+  return stamp;
+}
+
+// Repeats a system call that a signal interrupted.
+template <typename Call>
+auto Repeat(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+RunTimeError ResultOf(int result) {
+  return RunTimeErrorOf(result < 0 ? errno : 0);
+}
+
+// For calls that do not need the last part of the path: what is missing then is a folder.
+RunTimeError FolderResultOf(int result) {
+  if (result < 0 && errno == ENOENT) return RunTimeError::PathNotFound;
+  return ResultOf(result);
+}
+
+// Closes a descriptor of which nothing is expected any more.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int Number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+}  // namespace
+
+bool FileStamp::IsSettled(std::int64_t clockNs) const {
+  const bool coarse = ModifiedNs % NsPerSecond == 0 && ChangedNs % NsPerSecond == 0;
+  const std::int64_t latest = clockNs - (coarse ? CoarseTickNs : FineTickNs);
+  return ModifiedNs <= latest && ChangedNs <= latest;
+}
+
+RunTimeError HostDisk::Stamp(const std::string& path, FileStamp& stamp) {
+  struct stat status = {};
+  const int result = Repeat([&] { return stat(path.c_str(), &status); });
+  if (result == 0) stamp = StampOf(status);
+  return ResultOf(result);
+}
+
+RunTimeError HostDisk::Read(const std::string& path, std::string& bytes, FileStamp& stamp) {
+  // Without O_NONBLOCK the opening of a FIFO would wait for someone to write into it.
+  const Descriptor file(
+      Repeat([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK); }));
+  if (file.Number() < 0) return RunTimeErrorOf(errno);
+
+  struct stat status = {};
+  if (fstat(file.Number(), &status) != 0) return RunTimeErrorOf(errno);
+  if (!S_ISREG(status.st_mode)) return RunTimeError::PathAccess;
+
+  // One byte more than the size, so that a file which did not grow needs no second buffer.
+  std::string read(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t length = 0;
+  while (true) {
+    if (length == read.size()) read.resize(length * 2);
+    const ssize_t got =
+        Repeat([&] { return ::read(file.Number(), &read[length], read.size() - length); });
+    if (got < 0) return RunTimeErrorOf(errno);
+    if (got == 0) break;
+    length += static_cast<std::size_t>(got);
+  }
+  read.resize(length);
+  bytes = std::move(read);
+  stamp = StampOf(status);
+  return RunTimeError::None;
+}
+
+RunTimeError HostDisk::List(const std::string& folder, std::vector<std::string>& names) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.c_str()), closedir);
+  if (!stream) return FolderResultOf(-1);
+
+  std::vector<std::string> found;
+  while (true) {
+    errno = 0;
+    const dirent* entry = readdir(stream.get());
+    if (entry == nullptr) break;
+    std::string name = entry->d_name;
+    if (name != "." && name != "..") found.push_back(std::move(name));
+  }
+  if (errno != 0) return RunTimeErrorOf(errno);
+  names = std::move(found);
+  return RunTimeError::None;
+}
+
+RunTimeError HostDisk::Create(const std::string& path, unsigned permissions, int& handle) {
+  const int number = Repeat([&] {
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                static_cast<mode_t>(permissions & 0600U));
+  });
+  if (number < 0) return FolderResultOf(number);
+
+  // The mode of `open` is subject to the umask. A file system without permissions has nothing to
+  // set; refusing to save there would help nobody.
+  if (fchmod(number, permissions) != 0 && errno != ENOTSUP) {
+    const RunTimeError error = RunTimeErrorOf(errno);
+    close(number);
+    unlink(path.c_str());
+    return error;
+  }
+  handle = number;
+  return RunTimeError::None;
+}
+
+RunTimeError HostDisk::Write(int handle, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = Repeat([&] { return write(handle, bytes.data(), bytes.size()); });
+    if (written < 0) return RunTimeErrorOf(errno);
+    if (written == 0) return RunTimeError::DeviceError;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return RunTimeError::None;
+}
+
+RunTimeError HostDisk::Sync(int handle) {
+  return ResultOf(Repeat([&] { return fsync(handle); }));
+}
+
+RunTimeError HostDisk::Close(int handle) {
+  // The descriptor is free even after EINTR; a second close could hit somebody else's.
+  const int result = close(handle);
+  return result < 0 && errno == EINTR ? RunTimeError::None : ResultOf(result);
+}
+
+RunTimeError HostDisk::Rename(const std::string& from, const std::string& to) {
+  return ResultOf(rename(from.c_str(), to.c_str()));
+}
+
+RunTimeError HostDisk::Remove(const std::string& path) {
+  return ResultOf(unlink(path.c_str()));
+}
+
+RunTimeError HostDisk::MakeFolder(const std::string& path) {
+  return FolderResultOf(mkdir(path.c_str(), 0700));
+}
+
+RunTimeError HostDisk::SyncFolder(const std::string& folder) {
+  const Descriptor opened(
+      Repeat([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  if (opened.Number() < 0) return FolderResultOf(-1);
+  const int result = Repeat([&] { return fsync(opened.Number()); });
+  // Some network file systems cannot sync a folder; there is nothing more that could be done.
+  if (result < 0 && (errno == EINVAL || errno == ENOTSUP)) return RunTimeError::None;
+  return ResultOf(result);
+}
+
+std::int64_t HostDisk::ClockNs() const {
+  // The coarse clock is the one that the kernel stamps files with; the fine one runs ahead of it.
+  timespec now = {};
+  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  return Nanoseconds(now);
+}
+
+}  // namespace quillary

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/run_time_error.h"
+
+namespace quillary {
+
+// What the file system tells of a file without reading it. Two equal stamps mean the same file
+// content, unless the file was written within one tick of the file system's clock: see
+// `IsSettled`.
+struct FileStamp {
+  std::uint64_t Device = 0;
+  std::uint64_t Inode = 0;
+  std::int64_t Size = 0;
+  std::int64_t ModifiedNs = 0;  // nanoseconds since 1970
+  std::int64_t ChangedNs = 0;   // nanoseconds since 1970; cannot be set back by a program
+  unsigned Permissions = 0;     // the lower twelve bits of the mode
+
+  bool operator==(const FileStamp&) const = default;
+
+  // True when a write after the moment `clockNs` (of `Disk::ClockNs`) is sure to give another
+  // stamp: the last change lies at least one tick of the file system's clock before it.
+  bool IsSettled(std::int64_t clockNs) const;
+};
+
+// The disk, as far as the profile layer and the file names need it. Everything they do to files
+// goes through these calls one by one, so that a test can fail or stop the program at any of them.
+// Paths are paths of the host. No call follows a symbolic link in order to write.
+class Disk {
+ public:
+  virtual ~Disk() = default;
+
+  // The stamp of the file or folder at `path` (a link is followed).
+  virtual RunTimeError Stamp(const std::string& path, FileStamp& stamp) = 0;
+  // The whole file, and its stamp from before the first byte was read.
+  virtual RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) = 0;
+  // The names in a folder, without "." and "..", in no particular order.
+  virtual RunTimeError List(const std::string& folder, std::vector<std::string>& names) = 0;
+
+  // Makes a new file with exactly these permissions and opens it for writing. A file of that name
+  // is an error (PathAccess).
+  virtual RunTimeError Create(const std::string& path, unsigned permissions, int& handle) = 0;
+  virtual RunTimeError Write(int handle, std::string_view bytes) = 0;
+  // Returns when the file's bytes would survive a power cut.
+  virtual RunTimeError Sync(int handle) = 0;
+  // Frees the handle, whatever it returns.
+  virtual RunTimeError Close(int handle) = 0;
+
+  // Gives the file `from` the name `to`, in place of a file that has it.
+  virtual RunTimeError Rename(const std::string& from, const std::string& to) = 0;
+  virtual RunTimeError Remove(const std::string& path) = 0;
+  // Makes a folder that only its owner can enter. One that exists is an error (PathAccess).
+  virtual RunTimeError MakeFolder(const std::string& path) = 0;
+  // Returns when the names made, changed and removed in the folder would survive a power cut.
+  virtual RunTimeError SyncFolder(const std::string& folder) = 0;
+
+  // The clock that the file system stamps changes with, in nanoseconds since 1970.
+  virtual std::int64_t ClockNs() const = 0;
+};
+
+// The disk of the machine.
+class HostDisk : public Disk {
+ public:
+  RunTimeError Stamp(const std::string& path, FileStamp& stamp) override;
+  RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) override;
+  RunTimeError List(const std::string& folder, std::vector<std::string>& names) override;
+  RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
+  RunTimeError Write(int handle, std::string_view bytes) override;
+  RunTimeError Sync(int handle) override;
+  RunTimeError Close(int handle) override;
+  RunTimeError Rename(const std::string& from, const std::string& to) override;
+  RunTimeError Remove(const std::string& path) override;
+  RunTimeError MakeFolder(const std::string& path) override;
+  RunTimeError SyncFolder(const std::string& folder) override;
+  std::int64_t ClockNs() const override;
+};
+
+}  // namespace quillary

@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include "platform/desktop/form.h"
+#include "platform/desktop/multi_line_box.h"
+#include "platform/desktop/raise_window.h"
+#include "platform/desktop/twips.h"
+
+namespace quillary::test {
+namespace {
+
+class TestForm : public Form {
+ public:
+  TestForm()
+      : Form(QStringLiteral("TestForm")),
+        Box(new MultiLineBox(this)),
+        Line(new QLineEdit(this)),
+        Other(new QPushButton(QStringLiteral("Other"), this)),
+        OK(new QPushButton(QStringLiteral("OK"), this)),
+        Cancel(new QPushButton(QStringLiteral("Cancel"), this)) {
+    connect(Other, &QPushButton::clicked, this, [this] { ++Others; });
+    connect(OK, &QPushButton::clicked, this, [this] { ++OKs; });
+    connect(Cancel, &QPushButton::clicked, this, [this] { ++Cancels; });
+    SetSize(3000, 2000);
+  }
+
+  // As the user does it, whatever control has the focus.
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(this));
+    QTest::keyClick(windowHandle(), key, modifiers);
+  }
+
+  MultiLineBox* Box;
+  QLineEdit* Line;
+  QPushButton* Other;
+  QPushButton* OK;
+  QPushButton* Cancel;
+  int Others = 0;
+  int OKs = 0;
+  int Cancels = 0;
+  int Activations = 0;
+  int Unloads = 0;
+
+ protected:
+  void Form_Activate() override { ++Activations; }
+  void Form_Unload() override {
+    EXPECT_FALSE(isVisible());
+    ++Unloads;
+  }
+};
+
+class PanelForm : public Form {
+ public:
+  PanelForm() : Form(QStringLiteral("PanelForm")) { MakePanel(); }
+};
+
+TEST(Form, EnterPressesTheFocusedButtonElseTheDefaultOne) {
+  TestForm form;
+  form.SetDefaultButton(form.OK);
+  form.ShowForm();
+  form.Line->setFocus();
+  form.Press(Qt::Key_Return);
+  form.Press(Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_EQ(form.OKs, 2);
+  form.Cancel->setFocus();
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.OKs, 2);
+  EXPECT_EQ(form.Cancels, 1);
+
+  form.Line->setFocus();
+  form.OK->setEnabled(false);
+  form.Press(Qt::Key_Return);
+  form.OK->setEnabled(true);
+  form.OK->hide();
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.OKs, 2);
+  EXPECT_EQ(form.Cancels, 1);
+  EXPECT_TRUE(form.isVisible());
+}
+
+TEST(Form, WithoutDefaultAndCancelButtonsEnterAndEscDoNothing) {
+  TestForm form;
+  form.ShowForm();
+  form.Line->setFocus();
+  form.Press(Qt::Key_Return);
+  form.Press(Qt::Key_Escape);
+  EXPECT_EQ(form.Others + form.OKs + form.Cancels, 0);
+  EXPECT_TRUE(form.isVisible());
+  form.OK->setFocus();
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.OKs, 1);
+
+  form.SetCancelButton(form.Cancel);
+  form.Press(Qt::Key_Escape);
+  EXPECT_EQ(form.Cancels, 1);
+  form.Cancel->setEnabled(false);
+  form.Press(Qt::Key_Escape);
+  EXPECT_EQ(form.Cancels, 1);
+}
+
+TEST(Form, MultiLineBoxLeavesEnterToTheDefaultButton) {
+  TestForm form;
+  form.ShowForm();
+  EXPECT_EQ(form.focusWidget(), form.Box);  // the first control in tab order
+  form.Press(Qt::Key_A);
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("a\n"));
+
+  form.SetDefaultButton(form.OK);
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.OKs, 1);
+  form.Press(Qt::Key_Return, Qt::ControlModifier);
+  form.Press(Qt::Key_B);
+  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("a\n\nb"));
+  form.Press(Qt::Key_Tab);
+  EXPECT_EQ(form.focusWidget(), form.Line);
+  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("a\n\nb"));
+}
+
+TEST(Form, EachShowingUnloadsOnce) {
+  TestForm form;
+  form.Unload();
+  EXPECT_EQ(form.Unloads, 0);
+  form.ShowForm();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  EXPECT_EQ(form.Activations, 1);
+  form.close();
+  form.Unload();
+  EXPECT_EQ(form.Unloads, 1);
+  EXPECT_FALSE(form.IsLoaded());
+
+  form.ShowForm();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return form.Activations == 2; }));
+  form.HideForm();
+  EXPECT_EQ(form.Unloads, 1);
+  EXPECT_TRUE(form.IsLoaded());
+  form.Unload();
+  EXPECT_EQ(form.Unloads, 2);
+}
+
+TEST(Form, ModalFormBlocksItsOwnerUntilItIsHidden) {
+  QWidget main;
+  main.show();
+  TestForm form;
+  form.SetOwner(main);
+  const auto answer = [&] {
+    EXPECT_EQ(QApplication::activeModalWidget(), &form);
+    EXPECT_EQ(form.windowHandle()->transientParent(), main.windowHandle());
+    form.HideForm();
+  };
+  QMetaObject::invokeMethod(&form, answer, Qt::QueuedConnection);
+  form.ShowModal();
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST(Form, IsNotDisabledWithItsOwner) {
+  QWidget main;
+  main.show();
+  TestForm form;
+  form.SetOwner(main);
+  form.ShowForm();
+  main.setEnabled(false);
+  EXPECT_TRUE(form.isEnabled());
+  RaiseWindow(main);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+}
+
+TEST(Form, UserCannotCloseAPanel) {
+  PanelForm panel;
+  panel.ShowForm();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+  panel.close();
+  QTest::keyClick(&panel, Qt::Key_Escape);
+  EXPECT_TRUE(panel.isVisible());
+}
+
+TEST(Twips, TextBoxOf285TwipsIsAsHighAsTheFontNeeds) {
+  const QFont ordinary = QApplication::font();
+  for (const int points : {9, 14, 22}) {
+    QFont font = ordinary;
+    font.setPointSize(points);
+    QApplication::setFont(font);
+    EXPECT_EQ(Px(285), QLineEdit().sizeHint().height()) << points;
+    EXPECT_EQ(Px(Twips(500)), 500) << points;
+    EXPECT_EQ(Px(-600), -Px(600)) << points;
+  }
+  QApplication::setFont(ordinary);
+}
+
+}  // namespace
+}  // namespace quillary::test

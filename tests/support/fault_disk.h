@@ -1,0 +1,56 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/disk.h"
+
+namespace quillary::test {
+
+// What FaultDisk throws where the program is to stop.
+struct ProgramStopped : std::runtime_error {
+  ProgramStopped() : std::runtime_error("stopped") {}
+};
+
+// The machine's disk, with a fault at a chosen call. Calls are counted from 1, all kinds together.
+class FaultDisk : public HostDisk {
+ public:
+  // Call number `call` gives `error` and does nothing; with `forever` every later one, too.
+  void FailAt(int call, RunTimeError error, bool forever);
+  // Call number `call` throws ProgramStopped (a write has written half of its bytes by then); what
+  // is called while the program unwinds does nothing.
+  void StopAt(int call);
+  // Every call that makes or changes a file gives `error`.
+  void FailWrites(RunTimeError error);
+  // No fault, and counting begins anew.
+  void Reset();
+  int Calls() const { return calls_; }
+  bool WasReached() const { return wasReached_; }
+
+  RunTimeError Stamp(const std::string& path, FileStamp& stamp) override;
+  RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) override;
+  RunTimeError List(const std::string& folder, std::vector<std::string>& names) override;
+  RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
+  RunTimeError Write(int handle, std::string_view bytes) override;
+  RunTimeError Sync(int handle) override;
+  RunTimeError Close(int handle) override;
+  RunTimeError Rename(const std::string& from, const std::string& to) override;
+  RunTimeError Remove(const std::string& path) override;
+  RunTimeError MakeFolder(const std::string& path) override;
+  RunTimeError SyncFolder(const std::string& folder) override;
+
+ private:
+  RunTimeError Fault(bool writes = false);
+
+  int calls_ = 0;
+  int faultAt_ = 0;
+  RunTimeError error_ = RunTimeError::None;
+  bool forever_ = false;
+  bool onlyWrites_ = false;
+  bool stops_ = false;
+  bool wasReached_ = false;
+};
+
+}  // namespace quillary::test

@@ -1,0 +1,34 @@
+#include "tests/support/temp_folder.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace quillary::test {
+
+TempFolder::TempFolder() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "quillary-test-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  path_ = pattern;
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::string TempFolder::ReadFile(const std::string& name) const {
+  std::ifstream stream(File(name), std::ios::binary);
+  std::ostringstream bytes;
+  bytes << stream.rdbuf();
+  return bytes.str();
+}
+
+void TempFolder::WriteFile(const std::string& name, const std::string& bytes) const {
+  std::ofstream stream(File(name), std::ios::binary | std::ios::trunc);
+  stream << bytes;
+  if (!stream.flush()) throw std::runtime_error("cannot write " + File(name));
+}
+
+}  // namespace quillary::test

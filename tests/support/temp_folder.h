@@ -1,0 +1,26 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace quillary::test {
+
+// A folder of its own, removed with everything in it at the end.
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+
+  const std::string& Path() const { return path_; }
+  // A file in it, as a path of the host.
+  std::string File(const std::string& name) const { return path_ + "/" + name; }
+  std::string ReadFile(const std::string& name) const;
+  void WriteFile(const std::string& name, const std::string& bytes) const;
+
+ private:
+  std::string path_;
+};
+
+}  // namespace quillary::test
