@@ -1,0 +1,148 @@
+#include "store/journal.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+
+#include "store/profile_text.h"
+
+namespace quillary {
+namespace {
+
+constexpr std::string_view FirstLine = "Quillary journal 1";
+constexpr std::string_view FileMark = "file ";
+constexpr std::string_view SectionMark = "section ";
+constexpr std::string_view EndMark = "end ";
+constexpr char OldMark = '-';
+constexpr char NewMark = '+';
+constexpr char LineEnd = '\n';
+
+constexpr std::array<std::uint32_t, 256> MakeCrcTable() {
+  std::array<std::uint32_t, 256> table{};
+  for (std::uint32_t i = 0; i < table.size(); ++i) {
+    std::uint32_t value = i;
+    for (int bit = 0; bit < 8; ++bit) {
+      value = (value & 1U) != 0 ? (value >> 1U) ^ 0xEDB88320U : value >> 1U;
+    }
+    table.at(i) = value;
+  }
+  return table;
+}
+
+// The CRC-32 that archives and networks use, as eight hexadecimal digits.
+std::string Checksum(std::string_view bytes) {
+  static constexpr auto Table = MakeCrcTable();
+  std::uint32_t crc = 0xFFFFFFFFU;
+  for (const char c : bytes) {
+    crc = Table[(crc ^ static_cast<unsigned char>(c)) & 0xFFU] ^ (crc >> 8U);
+  }
+  crc = ~crc;
+  std::string text(8, '0');
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    text[i] = "0123456789abcdef"[(crc >> (28 - 4 * i)) & 0xFU];
+  }
+  return text;
+}
+
+void AppendLine(std::string& text, std::string_view mark, std::string_view content) {
+  text += mark;
+  text += content;
+  text += LineEnd;
+}
+
+void AppendEntry(std::string& text, char mark, std::string_view key, std::string_view value) {
+  text += mark;
+  text += key;
+  text += '=';
+  text += EncodeValue(value);
+  text += LineEnd;
+}
+
+// A name that stays in the journal's folder wherever it is used.
+bool IsPlainName(std::string_view name) {
+  return !name.empty() && name != "." && name != ".." &&
+         name.find_first_of(std::string_view("/\\\0", 3)) == std::string_view::npos;
+}
+
+// Reads one line of a journal after the other into its result.
+class Parser {
+ public:
+  bool Take(std::string_view line) {
+    if (line.starts_with(FileMark)) return TakeFile(line.substr(FileMark.size()));
+    if (journal.empty()) return false;
+    if (line.starts_with(SectionMark)) {
+      section_ = line.substr(SectionMark.size());
+      return !old_;
+    }
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos || equals < 2) return false;
+    const std::string_view key = line.substr(1, equals - 1);
+    std::string value = DecodeValue(line.substr(equals + 1));
+    if (line.front() == OldMark && !old_) {
+      oldKey_ = key;
+      old_ = std::move(value);
+      return true;
+    }
+    if (line.front() != NewMark || (old_ && oldKey_ != key)) return false;
+    journal.back().Entries.push_back(
+        {section_, std::string(key), std::move(old_), std::move(value)});
+    old_.reset();
+    return true;
+  }
+  bool IsComplete() const { return !old_; }
+
+  Journal journal;
+
+ private:
+  bool TakeFile(std::string_view name) {
+    journal.push_back({std::string(name), {}});
+    section_.clear();
+    return IsPlainName(name) && !old_;
+  }
+
+  std::string section_;
+  std::string oldKey_;
+  std::optional<std::string> old_;
+};
+
+}  // namespace
+
+std::string JournalText(const Journal& journal) {
+  std::string text;
+  AppendLine(text, {}, FirstLine);
+  for (const JournalFile& file : journal) {
+    AppendLine(text, FileMark, file.Name);
+    const std::string* section = nullptr;
+    for (const JournalEntry& entry : file.Entries) {
+      if (section == nullptr || *section != entry.Section) {
+        AppendLine(text, SectionMark, entry.Section);
+      }
+      section = &entry.Section;
+      if (entry.Old) AppendEntry(text, OldMark, entry.Key, *entry.Old);
+      AppendEntry(text, NewMark, entry.Key, entry.New);
+    }
+  }
+  AppendLine(text, EndMark, Checksum(text));
+  return text;
+}
+
+std::optional<Journal> ParseJournal(std::string_view text) {
+  const std::size_t last = text.rfind(EndMark);
+  if (last == std::string_view::npos || last == 0 || text[last - 1] != LineEnd) return std::nullopt;
+  std::string_view body = text.substr(0, last);
+  if (text.substr(last) != std::string(EndMark) + Checksum(body) + LineEnd) return std::nullopt;
+
+  Parser parser;
+  bool isFirst = true;
+  while (!body.empty()) {
+    const std::size_t size = body.find(LineEnd);
+    const std::string_view line = body.substr(0, size);
+    body.remove_prefix(size + 1);
+    if (isFirst ? line != FirstLine : !parser.Take(line)) return std::nullopt;
+    isFirst = false;
+  }
+  if (isFirst || !parser.IsComplete()) return std::nullopt;
+  return std::move(parser.journal);
+}
+
+}  // namespace quillary

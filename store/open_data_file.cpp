@@ -1,0 +1,77 @@
+#include <algorithm>
+#include <utility>
+
+#include "platform/numbers.h"
+#include "platform/text.h"
+#include "store/records.h"
+
+namespace quillary {
+namespace {
+
+constexpr std::string_view Signature = "Quillary";
+constexpr std::string_view HeaderName = "quill.dat";
+
+}  // namespace
+
+bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirectory,
+                           OpenDataFileHooks& hooks, RunTimeError& error) {
+  constexpr std::string_view PathSection = "Data Files";
+  constexpr std::string_view PathKey = "QuillDataPath";
+
+  data_.DataPath = profile_.ReadEntry(prefsFile, PathSection, PathKey);
+  data_.DataFile = data_.DataPath + std::string(HeaderName);
+  // Without a data directory the name would stand for a profile in the user's configuration.
+  error = data_.DataPath.empty() ? RunTimeError::None : profile_.Recover(data_.DataFile);
+
+  const std::string application = ReadHeaderEntry("Application");
+  const std::string count = ReadHeaderEntry("NoOfRecords");
+  const bool isOurs = EqualWithoutCase(application, Signature);
+  data_.NoOfRecords = std::max<std::int16_t>(ToInt16(count), 0);
+  if (isOurs && !count.empty() && !ReadHeaderEntry("TotalNoOfRecords").empty()) {
+    // Over half of an unfinished change nothing must be built.
+    return error == RunTimeError::None;
+  }
+
+  error = RunTimeError::None;
+  std::string question = isOurs || application.empty() ? "I can't find an Quillary data files."
+                                                       : "This is not a valid Quillary data file.";
+  question += "\rShould I create a new empty one now?";
+  if (!hooks.AskToCreate(question)) return false;
+
+  std::string folder(ownDirectory);
+  if (!folder.ends_with('\\')) folder += '\\';
+  folder += "quilldat";
+  std::string oldPath = std::exchange(data_.DataPath, folder + '\\');
+  std::string oldFile = std::exchange(data_.DataFile, data_.DataPath + std::string(HeaderName));
+
+  // A folder that cannot be made shows in the write that follows.
+  static_cast<void>(profile_.MakeFolder(folder));
+  // What an older program left half done there must not be completed over the new header.
+  error = profile_.Recover(data_.DataFile);
+  if (error == RunTimeError::None) error = WriteNewHeader();
+  if (error == RunTimeError::None) {
+    // The next start looks there; while it cannot, it would offer to empty this data set.
+    error = profile_.WriteEntry(prefsFile, PathSection, PathKey, UpperCase(data_.DataPath));
+  }
+  if (error != RunTimeError::None) {
+    data_.DataPath = std::move(oldPath);
+    data_.DataFile = std::move(oldFile);
+    return false;
+  }
+  data_.NoOfRecords = 0;
+  return true;
+}
+
+RunTimeError Records::WriteNewHeader() {
+  ProfileUpdate update(profile_);
+  NoteHeaderEntry("Application", Signature);
+  NoteHeaderEntry("TotalNoOfRecords", "0");
+  NoteHeaderEntry("NoOfRecords", "0");
+  NoteHeaderEntry("NameFirstRecord", "");
+  NoteHeaderEntry("CompanyFirstRecord", "");
+  NoteHeaderEntry("DelNoOfRecords", "0");
+  NoteHeaderEntry("DelFirstRecord", "");
+  return update.Commit();
+}
+
+}  // namespace quillary

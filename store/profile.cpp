@@ -1,0 +1,217 @@
+#include "store/profile.h"
+
+#include <utility>
+
+namespace quillary {
+namespace {
+
+bool IsMissing(RunTimeError error) {
+  return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
+}
+
+bool HasLineEnd(std::string_view name) {
+  return name.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos;
+}
+
+bool HasOuterBlanks(std::string_view name) {
+  constexpr std::string_view Blanks = " \t";
+  return Blanks.find(name.front()) != std::string_view::npos ||
+         Blanks.find(name.back()) != std::string_view::npos;
+}
+
+bool CanStand(std::string_view section, std::string_view key) {
+  if (section.empty() || key.empty()) return false;
+  if (HasLineEnd(section) || HasLineEnd(key)) return false;
+  if (HasOuterBlanks(section) || HasOuterBlanks(key)) return false;
+  return section.find(']') == std::string_view::npos && key.find('=') == std::string_view::npos &&
+         key.front() != ';' && key.front() != '[';
+}
+
+}  // namespace
+
+Profile::Profile(Disk& disk, const FileNames& names) : disk_(disk), names_(names) {}
+
+Profile::CachedFile& Profile::FileAt(const std::string& hostPath) {
+  CachedFile& file = files_.try_emplace(hostPath).first->second;
+  if (file.HostPath.empty()) file.HostPath = hostPath;
+  return file;
+}
+
+// Brings what is kept of the file up to date. A missing file is no error.
+RunTimeError Profile::Refresh(CachedFile& file) {
+  FileStamp stamp;
+  RunTimeError error = disk_.Stamp(file.HostPath, stamp);
+  if (error == RunTimeError::None) {
+    const bool looksTheSame = file.Text && stamp == file.Stamp;
+    if (looksTheSame && stamp.IsSettled(file.ReadClockNs)) return RunTimeError::None;
+    const std::int64_t clockNs = disk_.ClockNs();
+    std::string bytes;
+    error = disk_.Read(file.HostPath, bytes, stamp);
+    if (error == RunTimeError::None) {
+      file.Stamp = stamp;
+      file.ReadClockNs = clockNs;
+      if (!file.Text || file.Text->Bytes() != bytes) {
+        file.Text = std::make_shared<const ProfileText>(std::move(bytes));
+      }
+      return RunTimeError::None;
+    }
+  }
+  file.Text.reset();
+  return IsMissing(error) ? RunTimeError::None : error;
+}
+
+Profile::CachedFile& Profile::Current(std::string_view File, RunTimeError& error) {
+  const auto known = byName_.find(File);
+  if (known != byName_.end()) {
+    CachedFile& file = *known->second;
+    error = Refresh(file);
+    if (file.Text || error != RunTimeError::None) return file;
+  }
+  // Not known yet or not there any more: another name may match now.
+  CachedFile& file = FileAt(names_.Find(File));
+  byName_.insert_or_assign(std::string(File), &file);
+  error = Refresh(file);
+  return file;
+}
+
+const std::string* Profile::UnwrittenValue(const CachedFile& file, std::string_view section,
+                                           std::string_view key) const {
+  for (const ProfileChanges* changes : {&group_.Changes, &unfinished_}) {
+    const auto found = changes->find(file.HostPath);
+    if (found == changes->end()) continue;
+    const std::string* const value = found->second.Find(section, key);
+    if (value != nullptr) return value;
+  }
+  return nullptr;
+}
+
+std::shared_ptr<const ProfileText> Profile::TextWithUnwritten(const CachedFile& file) const {
+  std::shared_ptr<const ProfileText> text = file.Text;
+  if (!text) text = std::make_shared<const ProfileText>(std::string());
+  for (const ProfileChanges* changes : {&unfinished_, &group_.Changes}) {
+    const auto found = changes->find(file.HostPath);
+    if (found != changes->end()) {
+      text = std::make_shared<const ProfileText>(text->With(found->second));
+    }
+  }
+  return text;
+}
+
+// What could not be read must not be the ground for what is written.
+void Profile::NoteReadError(RunTimeError error) {
+  if (group_.Depth > 0 && group_.Error == RunTimeError::None) group_.Error = error;
+}
+
+std::string Profile::ReadEntry(std::string_view File, std::string_view Section,
+                               std::string_view Key) {
+  RunTimeError error = RunTimeError::None;
+  const CachedFile& file = Current(File, error);
+  if (error != RunTimeError::None) NoteReadError(error);
+  if (!group_.Changes.empty() || !unfinished_.empty()) {
+    const std::string* const value = UnwrittenValue(file, Section, Key);
+    if (value != nullptr) return *value;
+  }
+  if (!file.Text) return {};
+  return file.Text->Value(Section, Key).value_or(std::string());
+}
+
+RunTimeError Profile::WriteEntry(std::string_view File, std::string_view Section,
+                                 std::string_view Key, std::string_view Value) {
+  if (!CanStand(Section, Key)) return RunTimeError::PathAccess;
+  if (group_.Depth == 0) {
+    ProfileUpdate update(*this);
+    const RunTimeError error = WriteEntry(File, Section, Key, Value);
+    return error == RunTimeError::None ? update.Commit() : error;
+  }
+  const auto known = byName_.find(File);
+  RunTimeError error = RunTimeError::None;
+  const CachedFile& file = known != byName_.end() ? *known->second : Current(File, error);
+  group_.Changes[file.HostPath].Set(Section, Key, Value);
+  return RunTimeError::None;
+}
+
+RunTimeError Profile::MakeFolder(std::string_view Folder) {
+  const std::string path = names_.Find(Folder);
+  FileStamp stamp;
+  if (disk_.Stamp(path, stamp) == RunTimeError::None) return RunTimeError::None;
+  return disk_.MakeFolder(path);
+}
+
+void Profile::AbandonGroup() {
+  group_.Changes.clear();
+  group_.UndoSteps.clear();
+  group_.Error = RunTimeError::None;
+  group_.Depth = 0;
+}
+
+void Profile::EndGroup(bool undo) {
+  std::vector<std::function<void()>> steps = std::move(group_.UndoSteps);
+  AbandonGroup();
+  if (!undo) return;
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step) (*step)();
+}
+
+ProfileUpdate::ProfileUpdate(Profile& profile) : profile_(profile) {
+  ++profile_.group_.Depth;
+}
+
+ProfileUpdate::~ProfileUpdate() {
+  if (isDecided_ || profile_.group_.Depth == 0) return;
+  if (profile_.group_.Depth == 1) {
+    profile_.EndGroup(true);
+    return;
+  }
+  --profile_.group_.Depth;
+  profile_.NoteReadError(RunTimeError::DeviceError);
+}
+
+void ProfileUpdate::OnUndo(std::function<void()> step) {
+  profile_.group_.UndoSteps.push_back(std::move(step));
+}
+
+RunTimeError ProfileUpdate::Commit() {
+  isDecided_ = true;
+  Profile::Group& group = profile_.group_;
+  if (group.Depth != 1) {
+    if (group.Depth > 0) --group.Depth;
+    return group.Error;
+  }
+  RunTimeError error = group.Error;
+  if (error == RunTimeError::None) {
+    const ProfileChanges changes = std::move(group.Changes);
+    group.Changes.clear();
+    error = profile_.Commit(changes);
+  }
+  profile_.EndGroup(error != RunTimeError::None);
+  return error;
+}
+
+ProfileSnapshot::ProfileSnapshot(Profile& profile) : profile_(profile) {}
+
+const ProfileText& ProfileSnapshot::Text(std::string_view File) {
+  const auto known = texts_.find(File);
+  if (known != texts_.end()) return *known->second;
+  RunTimeError error = RunTimeError::None;
+  const Profile::CachedFile& file = profile_.Current(File, error);
+  if (error != RunTimeError::None) profile_.NoteReadError(error);
+  return *texts_.emplace(std::string(File), profile_.TextWithUnwritten(file)).first->second;
+}
+
+std::string_view ProfileSnapshot::Bytes(std::string_view File) {
+  const auto known = profile_.byName_.find(File);
+  const bool isKept =
+      texts_.contains(File) || (known != profile_.byName_.end() && known->second->Text != nullptr);
+  if (isKept || !profile_.group_.Changes.empty() || !profile_.unfinished_.empty()) {
+    return Text(File).Bytes();
+  }
+  FileStamp stamp;
+  RunTimeError error = profile_.disk_.Read(profile_.names_.Guess(File), buffer_, stamp);
+  if (IsMissing(error)) {
+    error = profile_.disk_.Read(profile_.names_.Find(File), buffer_, stamp);
+  }
+  if (error != RunTimeError::None) buffer_.clear();
+  if (error != RunTimeError::None && !IsMissing(error)) profile_.NoteReadError(error);
+  return buffer_;
+}
+
+}  // namespace quillary

@@ -1,0 +1,184 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/disk.h"
+#include "platform/file_names.h"
+#include "store/journal.h"
+#include "store/profile_changes.h"
+#include "store/profile_text.h"
+
+namespace quillary {
+
+// The one way to the profile files: sections of keys with values (docs/file-format.md).
+//
+// Files are named by program paths (see FileNames) or bare profile names. Sections and keys
+// compare without regard to case; values are any text and come back as they went in.
+//
+// What a file holds is kept in memory and checked against the file system at each access, so that
+// what another program wrote is seen at the next read. No file is held open.
+//
+// A file on disk is always the whole old one or the whole new one. A group of writes
+// (ProfileUpdate) is on disk wholly or not at all, across the files of a folder, whatever stops the
+// program. Permissions of a file survive a write; a new one is its owner's alone.
+class Profile {
+ public:
+  Profile(Disk& disk, const FileNames& names);
+  Profile(const Profile&) = delete;
+  Profile& operator=(const Profile&) = delete;
+  ~Profile() = default;
+
+  // The value of the entry. A missing or unreadable file, section or key reads as the empty text.
+  // Inside a group its own writes are seen, and a file that exists but cannot be read makes the
+  // group fail.
+  std::string ReadEntry(std::string_view File, std::string_view Section, std::string_view Key);
+
+  // Stores the value; file, section and key are made as needed (a folder is not). Inside a group
+  // the write is only noted and None returned. Otherwise it is on the disk, durably, when None is
+  // returned, and with any other result nothing has changed. Names of sections and keys that a
+  // profile file cannot hold (line ends, "]" in a section, "=" in a key, ...) give PathAccess.
+  RunTimeError WriteEntry(std::string_view File, std::string_view Section, std::string_view Key,
+                          std::string_view Value);
+
+  // To be called before the first use of the files beside `File`: completes a group that a crash
+  // or power cut stopped after it was sure to be kept, drops one that was stopped before, and
+  // removes unfinished temporary files. An entry that another program changed since keeps what
+  // that program wrote. On an error the group stays to be completed at the next call.
+  RunTimeError Recover(std::string_view File);
+
+  // Makes a folder that only its owner can enter; one that exists already is no error.
+  RunTimeError MakeFolder(std::string_view Folder);
+
+  // Drops the open group without its undo steps. For a program that ends in the middle of it.
+  void AbandonGroup();
+
+ private:
+  friend class ProfileUpdate;
+  friend class ProfileSnapshot;
+
+  // A file as it was last seen.
+  struct CachedFile {
+    std::string HostPath;
+    std::shared_ptr<const ProfileText> Text;  // null: no such file, or never read
+    FileStamp Stamp;
+    std::int64_t ReadClockNs = 0;  // the disk's clock before the file was read
+  };
+  // A file on its way to the disk.
+  struct PendingFile {
+    CachedFile* File = nullptr;
+    const FileChanges* Changes = nullptr;
+    std::shared_ptr<const ProfileText> Before;  // what After was made from; null: no file
+    std::string After;
+    std::string TemporaryPath;  // holds After, synced
+    bool IsChanged() const { return !Before || After != Before->Bytes(); }
+  };
+  struct Group {
+    int Depth = 0;
+    RunTimeError Error = RunTimeError::None;
+    ProfileChanges Changes;
+    std::vector<std::function<void()>> UndoSteps;
+  };
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+      return std::hash<std::string_view>{}(text);
+    }
+  };
+  template <class T>
+  using TextMap = std::unordered_map<std::string, T, TextHash, std::equal_to<>>;
+
+  // profile.cpp: reading
+  CachedFile& FileAt(const std::string& hostPath);
+  CachedFile& Current(std::string_view File, RunTimeError& error);
+  RunTimeError Refresh(CachedFile& file);
+  const std::string* UnwrittenValue(const CachedFile& file, std::string_view section,
+                                    std::string_view key) const;
+  std::shared_ptr<const ProfileText> TextWithUnwritten(const CachedFile& file) const;
+  void NoteReadError(RunTimeError error);
+  void EndGroup(bool undo);
+
+  // profile_commit.cpp: writing
+  RunTimeError Commit(const ProfileChanges& changes);
+  RunTimeError CommitOne(PendingFile& pending);
+  bool TakeBack(const PendingFile& done);
+  RunTimeError CommitSeveral(std::vector<PendingFile>& files, const ProfileChanges& changes);
+  RunTimeError Prepare(PendingFile& pending);
+  RunTimeError PrepareAll(std::vector<PendingFile>& files);
+  RunTimeError WriteNewFile(const std::string& path, std::string_view bytes, unsigned permissions,
+                            bool* isLeft = nullptr);
+  RunTimeError PutInPlace(PendingFile& pending);
+  void DropTemporary(PendingFile& pending);
+
+  // profile_recovery.cpp
+  RunTimeError FinishUnfinished();
+  RunTimeError CompleteJournal(const std::string& folder);
+  RunTimeError Complete(const std::string& folder, const JournalFile& entries);
+  void SweepTemporaries(const std::string& folder);
+
+  Disk& disk_;
+  const FileNames& names_;
+  TextMap<CachedFile> files_;    // by the host's path
+  TextMap<CachedFile*> byName_;  // by program path
+  Group group_;
+  // A group whose journal stands on the disk while its files could not all be written yet: its
+  // changes, which hold for every read, and its folder. Completed before anything else is written.
+  ProfileChanges unfinished_;
+  std::string unfinishedFolder_;
+  // A journal of a group that failed, which could not be removed. Goes before anything is written.
+  std::string staleJournal_;
+};
+
+// A group of writes: from its making to its end, every WriteEntry of the program belongs to it and
+// is seen by ReadEntry at once. Commit puts all of them on the disk or none. A group that ends
+// without a successful Commit leaves the files as they were and runs the undo steps. All its files
+// are in one folder.
+//
+// A group made while another is open joins it: its Commit only says that it has no objection, and
+// the outermost Commit decides. A joined group that ends without Commit makes the outermost fail.
+class ProfileUpdate {
+ public:
+  explicit ProfileUpdate(Profile& profile);
+  ProfileUpdate(const ProfileUpdate&) = delete;
+  ProfileUpdate& operator=(const ProfileUpdate&) = delete;
+  ~ProfileUpdate();
+
+  // Notes a step that takes a change in memory back; if the group fails, the steps run in reverse
+  // order. They must not touch the disk.
+  void OnUndo(std::function<void()> step);
+
+  // May be called once. On an error nothing on disk has changed and, for the outermost group, the
+  // undo steps have run.
+  RunTimeError Commit();
+
+ private:
+  Profile& profile_;
+  bool isDecided_ = false;
+};
+
+// Reads many entries, each file as it was at the first access to it through this object (writes of
+// an open group included). Spares the check of the file system at each read.
+class ProfileSnapshot {
+ public:
+  explicit ProfileSnapshot(Profile& profile);
+
+  // The file's sections; empty for a file that is missing or cannot be read. Valid as long as this
+  // object.
+  const ProfileText& Text(std::string_view File);
+
+  // The file's bytes, without keeping them in memory for later reads. Valid until the next call.
+  std::string_view Bytes(std::string_view File);
+
+ private:
+  Profile& profile_;
+  std::string buffer_;
+  Profile::TextMap<std::shared_ptr<const ProfileText>> texts_;
+};
+
+}  // namespace quillary

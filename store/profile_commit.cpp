@@ -1,0 +1,204 @@
+#include <algorithm>
+#include <utility>
+
+#include "platform/process.h"
+#include "store/profile.h"
+#include "store/temporary_name.h"
+
+namespace quillary {
+namespace {
+
+constexpr unsigned OwnerOnly = 0600;
+// How often a commit starts again because another program wrote to the same files meanwhile.
+constexpr int MostAttempts = 20;
+
+std::string FolderOf(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string_view::npos ? "." : std::string(path.substr(0, slash + 1));
+}
+
+std::string NameOf(std::string_view path) {
+  return std::string(path.substr(path.rfind('/') + 1));
+}
+
+Journal MakeJournal(const auto& files) {
+  Journal journal;
+  for (const auto& pending : files) {
+    JournalFile& entries = journal.emplace_back();
+    entries.Name = NameOf(pending.File->HostPath);
+    for (const auto& section : pending.Changes->Sections()) {
+      const auto before =
+          pending.Before ? pending.Before->Find(section.Name) : ProfileText::Section();
+      for (const auto& [key, value] : section.Entries) {
+        std::optional<std::string> old = before.Value(key);
+        if (old != value) entries.Entries.push_back({section.Name, key, std::move(old), value});
+      }
+    }
+  }
+  return journal;
+}
+
+}  // namespace
+
+// Makes a new file whose bytes are sure to stay. On an error there is no such file, unless it could
+// not be removed either (`isLeft`).
+RunTimeError Profile::WriteNewFile(const std::string& path, std::string_view bytes,
+                                   unsigned permissions, bool* isLeft) {
+  int handle = -1;
+  RunTimeError error = disk_.Create(path, permissions, handle);
+  if (error != RunTimeError::None) return error;
+  error = disk_.Write(handle, bytes);
+  if (error == RunTimeError::None) error = disk_.Sync(handle);
+  const RunTimeError closeError = disk_.Close(handle);
+  if (error == RunTimeError::None) error = closeError;
+  if (error == RunTimeError::None) return error;
+  const bool isRemoved = disk_.Remove(path) == RunTimeError::None;
+  if (isLeft != nullptr) *isLeft = !isRemoved;
+  return error;
+}
+
+void Profile::DropTemporary(PendingFile& pending) {
+  if (!pending.TemporaryPath.empty()) (void)disk_.Remove(pending.TemporaryPath);
+  pending.TemporaryPath.clear();
+}
+
+// Applies the changes to the file as it stands now and writes the result beside it.
+RunTimeError Profile::Prepare(PendingFile& pending) {
+  CachedFile& file = *pending.File;
+  DropTemporary(pending);
+  RunTimeError error = Refresh(file);
+  if (error != RunTimeError::None) return error;
+  pending.Before = file.Text;
+  pending.After = pending.Before ? pending.Before->With(*pending.Changes)
+                                 : ProfileText(std::string()).With(*pending.Changes);
+  if (!pending.IsChanged()) return RunTimeError::None;
+  const std::string path =
+      FolderOf(file.HostPath) + TemporaryName(NameOf(file.HostPath), ProcessNumber());
+  const unsigned permissions = pending.Before ? file.Stamp.Permissions : OwnerOnly;
+  error = WriteNewFile(path, pending.After, permissions);
+  if (error == RunTimeError::PathAccess) {
+    // Left behind by an earlier program that had this program's number.
+    (void)disk_.Remove(path);
+    error = WriteNewFile(path, pending.After, permissions);
+  }
+  if (error == RunTimeError::None) pending.TemporaryPath = path;
+  return error;
+}
+
+// Prepares every file, again where another program wrote to it meanwhile.
+RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files) {
+  for (PendingFile& pending : files) {
+    const RunTimeError error = Prepare(pending);
+    if (error != RunTimeError::None) return error;
+  }
+  for (int attempt = 0; attempt < MostAttempts; ++attempt) {
+    bool isCurrent = true;
+    for (PendingFile& pending : files) {
+      RunTimeError error = Refresh(*pending.File);
+      if (error == RunTimeError::None && pending.File->Text != pending.Before) {
+        isCurrent = false;
+        error = Prepare(pending);
+      }
+      if (error != RunTimeError::None) return error;
+    }
+    if (isCurrent) return RunTimeError::None;
+  }
+  return RunTimeError::PermissionDenied;
+}
+
+RunTimeError Profile::PutInPlace(PendingFile& pending) {
+  CachedFile& file = *pending.File;
+  const std::int64_t clockNs = disk_.ClockNs();
+  const RunTimeError error = disk_.Rename(pending.TemporaryPath, file.HostPath);
+  if (error != RunTimeError::None) return error;
+  pending.TemporaryPath.clear();
+  file.Text = std::make_shared<const ProfileText>(std::move(pending.After));
+  file.ReadClockNs = clockNs;
+  // Without its stamp the file is simply read again.
+  if (disk_.Stamp(file.HostPath, file.Stamp) != RunTimeError::None) file.Text.reset();
+  return RunTimeError::None;
+}
+
+RunTimeError Profile::CommitOne(PendingFile& pending) {
+  RunTimeError error = PutInPlace(pending);
+  if (error != RunTimeError::None) return error;
+  const std::string folder = FolderOf(pending.File->HostPath);
+  if (disk_.SyncFolder(folder) == RunTimeError::None) return RunTimeError::None;
+  error = disk_.SyncFolder(folder);
+  if (error == RunTimeError::None) return error;
+  // The new file might not outlive a power cut: better the old one, and a caller who knows. Where
+  // that cannot be had either, the new one stands.
+  return TakeBack(pending) ? error : RunTimeError::None;
+}
+
+bool Profile::TakeBack(const PendingFile& done) {
+  CachedFile& file = *done.File;
+  if (!done.Before) {
+    file.Text.reset();
+    return disk_.Remove(file.HostPath) == RunTimeError::None;
+  }
+  PendingFile old;
+  old.File = &file;
+  old.After = done.Before->Bytes();
+  const std::string path =
+      FolderOf(file.HostPath) + TemporaryName(NameOf(file.HostPath), ProcessNumber());
+  if (WriteNewFile(path, old.After, file.Stamp.Permissions) != RunTimeError::None) return false;
+  old.TemporaryPath = path;
+  const bool isBack = PutInPlace(old) == RunTimeError::None;
+  DropTemporary(old);
+  return isBack;
+}
+
+// With the journal on the disk the group is decided: what cannot be done now is done before the
+// next write or at the next opening.
+RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
+                                    const ProfileChanges& changes) {
+  const std::string folder = FolderOf(files.front().File->HostPath);
+  const std::string journalPath = folder + std::string(JournalName);
+  const std::string journal = JournalText(MakeJournal(files));
+  bool isLeft = false;
+  RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
+  if (error == RunTimeError::None) {
+    error = disk_.SyncFolder(folder);
+    if (error != RunTimeError::None) isLeft = disk_.Remove(journalPath) != RunTimeError::None;
+  }
+  if (isLeft) staleJournal_ = journalPath;
+  if (error != RunTimeError::None) return error;
+  bool isDone = true;
+  for (PendingFile& pending : files) isDone = PutInPlace(pending) == RunTimeError::None && isDone;
+  if (isDone && disk_.SyncFolder(folder) == RunTimeError::None &&
+      disk_.Remove(journalPath) == RunTimeError::None &&
+      disk_.SyncFolder(folder) == RunTimeError::None) {
+    return RunTimeError::None;
+  }
+  unfinished_ = changes;
+  unfinishedFolder_ = folder;
+  // Nothing is lost if this fails: it is tried again before the next write.
+  (void)FinishUnfinished();
+  return RunTimeError::None;
+}
+
+RunTimeError Profile::Commit(const ProfileChanges& changes) {
+  RunTimeError error = FinishUnfinished();
+  if (error != RunTimeError::None || changes.empty()) return error;
+
+  std::vector<PendingFile> files;
+  files.reserve(changes.size());
+  const std::string folder = FolderOf(changes.begin()->first);
+  for (const auto& [path, fileChanges] : changes) {
+    if (FolderOf(path) != folder) return RunTimeError::PathAccess;
+    PendingFile& pending = files.emplace_back();
+    pending.File = &FileAt(path);
+    pending.Changes = &fileChanges;
+  }
+  error = PrepareAll(files);
+  if (error == RunTimeError::None) {
+    std::erase_if(files, [](const PendingFile& pending) { return !pending.IsChanged(); });
+    if (files.size() == 1) error = CommitOne(files.front());
+    if (files.size() > 1) error = CommitSeveral(files, changes);
+  }
+  for (PendingFile& pending : files) DropTemporary(pending);
+  return error;
+}
+
+}  // namespace quillary

@@ -1,0 +1,96 @@
+#include <utility>
+#include <vector>
+
+#include "platform/process.h"
+#include "store/profile.h"
+#include "store/temporary_name.h"
+
+namespace quillary {
+namespace {
+
+bool IsMissing(RunTimeError error) {
+  return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
+}
+
+}  // namespace
+
+RunTimeError Profile::Recover(std::string_view File) {
+  const std::string path = names_.Find(File);
+  const std::string folder = path.substr(0, path.rfind('/') + 1);
+  FileStamp stamp;
+  RunTimeError error = disk_.Stamp(folder, stamp);
+  if (IsMissing(error)) return RunTimeError::None;
+  if (error == RunTimeError::None) error = CompleteJournal(folder);
+  if (error == RunTimeError::None) SweepTemporaries(folder);
+  return error;
+}
+
+RunTimeError Profile::FinishUnfinished() {
+  if (!staleJournal_.empty()) {
+    const RunTimeError error = disk_.Remove(staleJournal_);
+    if (error != RunTimeError::None && !IsMissing(error)) return error;
+    staleJournal_.clear();
+  }
+  if (unfinished_.empty()) return RunTimeError::None;
+  RunTimeError error = CompleteJournal(unfinishedFolder_);
+  // The journal may have been removed before, without its removal being sure to stay.
+  if (error == RunTimeError::None) error = disk_.SyncFolder(unfinishedFolder_);
+  if (error == RunTimeError::None) unfinished_.clear();
+  return error;
+}
+
+// Brings the folder's files to the state that its journal says, and removes the journal.
+RunTimeError Profile::CompleteJournal(const std::string& folder) {
+  const std::string journalPath = folder + std::string(JournalName);
+  std::string bytes;
+  FileStamp stamp;
+  RunTimeError error = disk_.Read(journalPath, bytes, stamp);
+  if (IsMissing(error)) return RunTimeError::None;
+  if (error != RunTimeError::None) return error;
+  // A journal that is not whole was stopped before anything else was changed.
+  if (const std::optional<Journal> journal = ParseJournal(bytes)) {
+    for (const JournalFile& entries : *journal) {
+      error = Complete(folder, entries);
+      if (error != RunTimeError::None) return error;
+    }
+    error = disk_.SyncFolder(folder);
+    if (error != RunTimeError::None) return error;
+  }
+  error = disk_.Remove(journalPath);
+  return error == RunTimeError::None ? disk_.SyncFolder(folder) : error;
+}
+
+// Another program may have written since: its entries stay, be it in a file that the journal names.
+RunTimeError Profile::Complete(const std::string& folder, const JournalFile& entries) {
+  CachedFile& file = FileAt(folder + entries.Name);
+  RunTimeError error = Refresh(file);
+  if (error != RunTimeError::None) return error;
+  FileChanges changes;
+  for (const JournalEntry& entry : entries.Entries) {
+    const std::optional<std::string> now =
+        file.Text ? file.Text->Value(entry.Section, entry.Key) : std::nullopt;
+    if (now == entry.Old) changes.Set(entry.Section, entry.Key, entry.New);
+  }
+  if (changes.Sections().empty()) return RunTimeError::None;
+  PendingFile pending;
+  pending.File = &file;
+  pending.Changes = &changes;
+  error = Prepare(pending);
+  if (error == RunTimeError::None && pending.IsChanged()) error = PutInPlace(pending);
+  DropTemporary(pending);
+  return error;
+}
+
+// Removes the temporary files of programs that are no more. One that stays does no harm.
+void Profile::SweepTemporaries(const std::string& folder) {
+  std::vector<std::string> names;
+  if (disk_.List(folder, names) != RunTimeError::None) return;
+  for (const std::string& name : names) {
+    const std::optional<long> process = TemporaryProcess(name);
+    if (process && (*process == ProcessNumber() || !ProcessIsAlive(*process))) {
+      (void)disk_.Remove(folder + name);
+    }
+  }
+}
+
+}  // namespace quillary

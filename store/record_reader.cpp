@@ -1,0 +1,74 @@
+#include "store/record_reader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+
+#include "platform/numbers.h"
+#include "platform/text.h"
+#include "store/store_data.h"
+
+namespace quillary {
+namespace {
+
+// Damaged data may name any record file; the table of files stays small all the same.
+constexpr std::int64_t UsualFiles = 4096;
+
+}  // namespace
+
+std::string RecordSection(std::string_view RecNo) {
+  std::string section = "Record";
+  section += Trim(RecNo);
+  return section;
+}
+
+std::optional<std::int32_t> ParseRecordNumber(std::string_view RecNo) {
+  const std::string_view text = Trim(RecNo);
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  // "007" and "-0" would lead to sections of other names.
+  if (text.front() == '-' || (text.front() == '0' && text.size() > 1)) return std::nullopt;
+  return number;
+}
+
+std::int64_t RecordFileNumber(std::string_view RecNo) {
+  if (const auto number = ParseRecordNumber(RecNo)) return *number / RecordsPerFile;
+  constexpr double Largest = 1e15;
+  return static_cast<std::int64_t>(
+      std::clamp(std::floor(Val(RecNo) / RecordsPerFile), -Largest, Largest));
+}
+
+std::string RecordFileName(std::string_view dataPath, std::int64_t fileNumber) {
+  std::string name(dataPath);
+  name += "quill";
+  name += NumberText(fileNumber);
+  name += ".dat";
+  return name;
+}
+
+RecordReader::RecordReader(Profile& profile, std::string_view dataPath)
+    : snapshot_(profile), dataPath_(dataPath) {}
+
+const ProfileText& RecordReader::File(std::int64_t fileNumber) {
+  if (fileNumber < 0 || fileNumber >= UsualFiles) {
+    return snapshot_.Text(RecordFileName(dataPath_, fileNumber));
+  }
+  const auto index = static_cast<std::size_t>(fileNumber);
+  if (index >= files_.size()) files_.resize(index + 1);
+  if (files_[index] == nullptr) {
+    files_[index] = &snapshot_.Text(RecordFileName(dataPath_, fileNumber));
+  }
+  return *files_[index];
+}
+
+ProfileText::Section RecordReader::Record(std::string_view RecNo) {
+  return File(RecordFileNumber(RecNo)).Find(RecordSection(RecNo));
+}
+
+std::string RecordReader::Value(std::string_view RecNo, std::string_view key) {
+  return Record(RecNo).Value(key).value_or(std::string());
+}
+
+}  // namespace quillary

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/profile.h"
+
+namespace quillary {
+
+// The section of a record: "Record" & the trimmed number.
+std::string RecordSection(std::string_view RecNo);
+
+// The number of the record file of a record: Int(n / 100).
+std::int64_t RecordFileNumber(std::string_view RecNo);
+
+// The record number that a link or list head names; nothing for the empty text and for a text that
+// is no record number as this system writes them (digits, up to 2147483647).
+std::optional<std::int32_t> ParseRecordNumber(std::string_view RecNo);
+
+// The name of a record file.
+std::string RecordFileName(std::string_view dataPath, std::int64_t fileNumber);
+
+// Reads many records, each record file as it was at the first access to it through this object.
+class RecordReader {
+ public:
+  RecordReader(Profile& profile, std::string_view dataPath);
+
+  // A record file; empty for one that is missing. Valid as long as this object.
+  const ProfileText& File(std::int64_t fileNumber);
+  // The record's section; one that does not exist has no entries.
+  ProfileText::Section Record(std::string_view RecNo);
+  // The value of a record's key, the empty text where there is none.
+  std::string Value(std::string_view RecNo, std::string_view key);
+
+ private:
+  ProfileSnapshot snapshot_;
+  std::string dataPath_;
+  std::vector<const ProfileText*> files_;  // by file number, as far as they are usual
+};
+
+}  // namespace quillary

@@ -1,0 +1,85 @@
+#include "store/records.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/numbers.h"
+#include "store/chain.h"
+#include "store/record_reader.h"
+
+namespace quillary {
+namespace {
+
+constexpr std::string_view HeaderSection = "General Info";
+
+}  // namespace
+
+const Records::Chain Records::NameChain{"NameFirstRecord", "PrevName", "NextName"};
+const Records::Chain Records::CompanyChain{"CompanyFirstRecord", "PrevCompany", "NextCompany"};
+
+Records::Records(StoreData& data, Profile& profile, const TextComparer& comparer,
+                 ProgressHooks& progress, ListHooks& lines)
+    : data_(data), profile_(profile), comparer_(comparer), progress_(progress), lines_(lines) {}
+
+std::string Records::RecordFile(std::string_view RecNo) const {
+  return RecordFileName(data_.DataPath, RecordFileNumber(RecNo));
+}
+
+std::string Records::ReadRecordEntry(std::string_view RecNo, std::string_view Key) {
+  return profile_.ReadEntry(RecordFile(RecNo), RecordSection(RecNo), Key);
+}
+
+RunTimeError Records::WriteRecordEntry(std::string_view RecNo, std::string_view Key,
+                                       std::string_view Value) {
+  return profile_.WriteEntry(RecordFile(RecNo), RecordSection(RecNo), Key, Value);
+}
+
+std::string Records::ReadHeaderEntry(std::string_view Key) {
+  return profile_.ReadEntry(data_.DataFile, HeaderSection, Key);
+}
+
+RunTimeError Records::WriteHeaderEntry(std::string_view Key, std::string_view Value) {
+  return profile_.WriteEntry(data_.DataFile, HeaderSection, Key, Value);
+}
+
+void Records::Note(std::string_view file, std::string_view section, std::string_view key,
+                   std::string_view value) {
+  if (profile_.WriteEntry(file, section, key, value) == RunTimeError::None) return;
+  // A joined group that ends without Commit makes the whole group fail.
+  const ProfileUpdate failing(profile_);
+}
+
+void Records::NoteRecordEntry(std::string_view RecNo, std::string_view Key,
+                              std::string_view Value) {
+  Note(RecordFile(RecNo), RecordSection(RecNo), Key, Value);
+}
+
+void Records::NoteHeaderEntry(std::string_view Key, std::string_view Value) {
+  Note(data_.DataFile, HeaderSection, Key, Value);
+}
+
+void Records::ReadRecord(std::string_view RecNo) {
+  RecordReader reader(profile_, data_.DataPath);
+  const ProfileText::Section section = reader.Record(RecNo);
+  for (std::size_t i = 0; i < data_.NoOfFields; ++i) {
+    data_.FieldValues.at(i) = section.Value(data_.FieldKeys.at(i)).value_or(std::string());
+  }
+}
+
+bool Records::RecordExists(std::string_view RecNo) {
+  return RecordReader(profile_, data_.DataPath).Record(RecNo).Exists();
+}
+
+RunTimeError Records::NextRecordNumber(std::string& RecNo) {
+  constexpr std::int64_t Largest = std::numeric_limits<std::int32_t>::max() - 1;
+  std::int64_t number = std::max(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0);
+  RecordReader reader(profile_, data_.DataPath);
+  while (number <= Largest && reader.Record(NumberText(number)).Exists()) ++number;
+  if (number > Largest) return RunTimeError::DeviceError;
+
+  const RunTimeError error = WriteHeaderEntry("TotalNoOfRecords", NumberText(number + 1));
+  if (error == RunTimeError::None) RecNo = NumberText(number);
+  return error;
+}
+
+}  // namespace quillary

@@ -1,0 +1,92 @@
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+#include <utility>
+
+#include "store/chain.h"
+#include "store/records.h"
+
+namespace quillary {
+namespace {
+
+constexpr std::string_view SortingText = "Please wait while sorting names list...";
+
+using Texts = std::vector<std::string>;
+
+double Percent(std::size_t done, std::size_t count) {
+  return static_cast<double>(done) / static_cast<double>(count) * 100;
+}
+
+bool IsSorted(const TextComparer& comparer, const Texts& texts) {
+  return std::is_sorted(texts.begin(), texts.end(),
+                        [&](const auto& a, const auto& b) { return comparer.Compare(a, b) < 0; });
+}
+
+void Rearrange(Texts& texts, const std::vector<std::size_t>& order) {
+  Texts result;
+  result.reserve(order.size());
+  for (const std::size_t index : order) result.push_back(std::move(texts[index]));
+  texts = std::move(result);
+}
+
+// The order of the sorted texts, by their indices.
+std::vector<std::size_t> SortedOrder(const TextComparer& comparer, const Texts& texts,
+                                     ProgressHooks& progress, double progressFrom) {
+  Texts keys;
+  keys.reserve(texts.size());
+  for (const auto& text : texts) {
+    keys.push_back(comparer.SortKey(text));
+    progress.Step(progressFrom + Percent(keys.size(), texts.size()) / 2);
+  }
+  std::vector<std::size_t> order(texts.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
+  return order;
+}
+
+// False: both lists were in order already and nothing was changed.
+bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, Texts& names,
+              Texts& namesRecNo, Texts& companies, Texts& companiesRecNo) {
+  if (IsSorted(comparer, names) && IsSorted(comparer, companies)) {
+    progress.Step(100);
+    return false;
+  }
+  const auto nameOrder = SortedOrder(comparer, names, progress, 0);
+  const auto companyOrder = SortedOrder(comparer, companies, progress, 50);
+  Rearrange(names, nameOrder);
+  Rearrange(namesRecNo, nameOrder);
+  Rearrange(companies, companyOrder);
+  Rearrange(companiesRecNo, companyOrder);
+  return true;
+}
+
+}  // namespace
+
+RunTimeError Records::SortNamesList() {
+  progress_.Begin(SortingText, "Sorting Names...");
+  // Where the header's count is too small the chains go on; what follows must stay linked.
+  const std::string behindNames = RecordBehind(NameChain, data_.NamesRecNo);
+  const std::string behindCompanies = RecordBehind(CompanyChain, data_.CompaniesRecNo);
+  RunTimeError error = RunTimeError::None;
+  if (SortBoth(comparer_, progress_, data_.NamesList, data_.NamesRecNo, data_.CompaniesList,
+               data_.CompaniesRecNo)) {
+    progress_.Begin("Please wait while sorting data...", "Sorting Data...");
+    ProfileUpdate update(profile_);
+    update.OnUndo([this] { data_.ListsIncomplete = true; });
+    NoteLinks(behindNames, behindCompanies, &progress_);
+    data_.ListsIncomplete = false;
+    error = update.Commit();
+  }
+  progress_.End();
+  return error;
+}
+
+void Records::SortFilteredList() {
+  progress_.Begin(SortingText, "");
+  SortBoth(comparer_, progress_, data_.FilteredNames, data_.FilteredNamesRecNo,
+           data_.FilteredCompanies, data_.FilteredCompaniesRecNo);
+  progress_.End();
+}
+
+}  // namespace quillary

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quillary {
+
+inline constexpr int MaxRecords = 32767;    // live records, and deleted ones
+inline constexpr int RecordsPerFile = 100;  // record numbers in one record file
+inline constexpr std::uint8_t FieldCount = 16;
+
+// The index of each field in FieldKeys and FieldValues.
+enum Field : std::uint8_t {
+  Sal,
+  FirstName,
+  LastName,
+  Title,
+  Company,
+  Address1,
+  Address2,
+  Address3,
+  Address4,
+  Address5,
+  Address6,
+  Phone1,
+  Phone2,
+  Fax,
+  EMail,
+  Notes,
+};
+
+// A record's fields in the order of `Field`; all texts are UTF-8.
+using FieldArray = std::array<std::string, FieldCount>;
+
+// What the program knows of its data files. One object of it lives as long as the program; the
+// store's procedures and the windows share it.
+struct StoreData {
+  std::string DataPath;  // ends in a backslash
+  std::string DataFile;  // the header file, DataPath & "quill.dat"
+
+  std::int16_t NoOfRecords = 0;            // live records, the length of the four lists that follow
+  std::vector<std::string> NamesList{""};  // ShowName of each, in name order
+  std::vector<std::string> NamesRecNo{""};     // its record number
+  std::vector<std::string> CompaniesList{""};  // ShowCompany of each, in company order
+  std::vector<std::string> CompaniesRecNo{""};
+  // The lists above differ from the chains in the files: those did not hold together and the lists
+  // are what could be reached, or sorted lists could not be written. The next change writes all
+  // links anew.
+  bool ListsIncomplete = false;
+
+  bool FilterOn = false;
+  std::array<std::string, 5> FilterCriteria;  // FirstName, LastName, Title, Company, Notes
+  std::int16_t FilteredCount = 0;
+  std::vector<std::string> FilteredNames{""};
+  std::vector<std::string> FilteredNamesRecNo{""};
+  std::vector<std::string> FilteredCompanies{""};
+  std::vector<std::string> FilteredCompaniesRecNo{""};
+
+  std::uint8_t ViewMode = 0;  // 0 list by name, otherwise by company
+
+  std::uint8_t NoOfFields = FieldCount;
+  FieldArray FieldKeys{"Sal",      "FirstName", "LastName", "Title",    "Company",  "Address1",
+                       "Address2", "Address3",  "Address4", "Address5", "Address6", "Phone1",
+                       "Phone2",   "Fax",       "EMail",    "Notes"};
+  FieldArray FieldValues;  // the record being shown, made or changed
+};
+
+}  // namespace quillary

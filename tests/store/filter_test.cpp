@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/check_invariants.h"
+#include "tests/support/store_world.h"
+
+namespace quillary {
+namespace {
+
+using test::CheckInvariants;
+using test::StoreWorld;
+using Texts = std::vector<std::string>;
+
+struct FilterTest : testing::Test {
+  FilterTest() {
+    EXPECT_EQ(World.Store.WriteNewHeader(), RunTimeError::None);
+    World.Add("Bo", "Jansen", "Acme");
+    World.Add("Cy", "SANDERS", "Zinc  Works");
+    World.Add("Al", "Brandt", "");
+    World.Add("Έλλη", "ΠΑΠΠΆ", "Ödmjuk");
+    World.Add("Di", "Miller", "acme");
+  }
+  // The names that a filter leaves.
+  Texts Filter(const std::array<std::string, 5>& criteria) {
+    Data.FilterCriteria = criteria;
+    Data.FilterOn = true;
+    World.Store.BuildFilteredList();
+    World.Store.GetFilteredNamesList();
+    World.Store.SortFilteredList();
+    World.Store.ShowRecords();
+    EXPECT_TRUE(CheckInvariants(World));
+    Texts lines = World.Lines.Texts;
+    // One record asked for by itself gives the same answer.
+    for (const auto& recNo : Data.NamesRecNo) {
+      const bool isIn = std::find(World.Lines.RecNos.begin(), World.Lines.RecNos.end(), recNo) !=
+                        World.Lines.RecNos.end();
+      EXPECT_EQ(World.Store.RecordMatchesFilter(recNo), isIn) << recNo;
+    }
+    return lines;
+  }
+
+  StoreWorld World;
+  StoreData& Data = World.Data;
+};
+
+TEST_F(FilterTest, AnyPositionAnyCaseAllCriteria) {
+  EXPECT_EQ(Filter({"", "an"}), (Texts{"Brandt, Al", "Jansen, Bo", "SANDERS, Cy"}));
+  EXPECT_EQ(Filter({"b", "aN", "", "ACM"}), Texts{"Jansen, Bo"});
+  EXPECT_EQ(Filter({"", "παππά"}), Texts{"ΠΑΠΠΆ, Έλλη"});
+  EXPECT_EQ(Filter({"έλ", "", "", "öD"}), Texts{"ΠΑΠΠΆ, Έλλη"});
+  // Blanks count.
+  EXPECT_EQ(Filter({"", "", "", "  "}), Texts{"SANDERS, Cy"});
+  EXPECT_EQ(Filter({"", "", "", " w"}), Texts{"SANDERS, Cy"});
+  EXPECT_EQ(Filter({"", " an"}), Texts{});
+}
+
+TEST_F(FilterTest, FieldsAreFoundAsTheyAreWritten) {
+  ASSERT_EQ(World.Store.WriteRecordEntry("2", "Notes", "\"quoted\"\r\nline \xff"),
+            RunTimeError::None);
+  ASSERT_EQ(World.Store.WriteRecordEntry("4", "Notes", "3 \xe2\x84\xaa\x65lvin"),  // Kelvin sign
+            RunTimeError::None);
+  EXPECT_EQ(Filter({"", "", "", "", "ED\"\r\nL"}), Texts{"Brandt, Al"});
+  EXPECT_EQ(Filter({"", "", "", "", "3 kel"}), Texts{"Miller, Di"});
+}
+
+TEST_F(FilterTest, NothingMatchesLeavesOneEmptyEntry) {
+  EXPECT_EQ(Filter({"", "", "x"}), Texts{});
+  EXPECT_EQ(Data.FilteredCount, 0);
+  for (const Texts* list : {&Data.FilteredNames, &Data.FilteredCompanies, &Data.FilteredNamesRecNo,
+                            &Data.FilteredCompaniesRecNo}) {
+    EXPECT_EQ(*list, Texts{""});
+  }
+  EXPECT_EQ(Data.NoOfRecords, 5);
+}
+
+TEST_F(FilterTest, EachListIsSortedByItself) {
+  Filter({"", "an"});
+  EXPECT_EQ(Data.FilteredCompanies, (Texts{"( Acme )", "( Zinc  Works )", "Brandt, Al"}));
+  EXPECT_EQ(Data.FilteredCompaniesRecNo, (Texts{"0", "1", "2"}));
+  Data.ViewMode = 1;
+  World.Store.ShowRecords();
+  EXPECT_TRUE(CheckInvariants(World));
+}
+
+TEST_F(FilterTest, TellsItsProgressRecordByRecord) {
+  Data.FilterCriteria = {"", "an", "", "c"};
+  World.Store.BuildFilteredList();
+  EXPECT_EQ(World.Progress.Stages.back(), "Please wait. Searching...|");
+  EXPECT_EQ(World.Progress.Steps.size(), 8U);  // five records, then the three that are left
+  EXPECT_EQ(World.Progress.Steps.back(), 100);
+  World.Store.GetFilteredNamesList();
+  EXPECT_EQ(World.Progress.Stages.back(), "Please wait. Getting filtered names list...|");
+  EXPECT_EQ(World.Progress.Steps, (std::vector<double>{50, 100}));
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,130 @@
+#include "store/profile_text.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "store/journal.h"
+
+namespace quillary {
+namespace {
+
+std::string With(std::string_view bytes, std::string_view section, std::string_view key,
+                 std::string_view value) {
+  FileChanges changes;
+  changes.Set(section, key, value);
+  return ProfileText(std::string(bytes)).With(changes);
+}
+
+TEST(ProfileText, EveryTextComesBack) {
+  const std::string nul("a\0b", 3);
+  const std::vector<std::string> values = {
+      "",           " ",        "  Ann ",        "\tx\t",     "\"",           "\"\"",
+      "\"a\"",      "'a'",      "a=b",           "[General]", ";no comment",  "C:\\new\\r",
+      "\\",         "\\\"a\"",  "a\r\nb",        "\r",        "\n[x]\r\ny=1", nul,
+      " \"a\\nb\"", "\xff\xfe", "Ζωή 中文 שלום", "\\\"\n\"",  "= x"};
+  std::string bytes;
+  FileChanges changes;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    changes.Set("S", "K" + std::to_string(i), values[i]);
+  }
+  const ProfileText text(ProfileText("").With(changes));
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    EXPECT_EQ(text.Value("S", "K" + std::to_string(i)), values[i]) << i;
+  }
+}
+
+TEST(ProfileText, RandomValuesComeBack) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE(seed);
+  std::mt19937 random(seed);
+  const std::string alphabet("ab \t\"'\\=;[]\r\nrn0\0\xc3\xa9", 19);
+  for (int round = 0; round < 20000; ++round) {
+    std::string value(random() % 12, ' ');
+    for (char& c : value) c = alphabet[random() % alphabet.size()];
+    const std::string written = EncodeValue(value);
+    ASSERT_EQ(written.find_first_of("\r\n"), std::string::npos);
+    ASSERT_EQ(ProfileText("[s]\r\nk=" + written + "\r\n").Value("s", "k"), value) << written;
+  }
+}
+
+TEST(ProfileText, ReadsWhatOthersWrite) {
+  const ProfileText text(
+      "\xEF\xBB\xBF; by hand\n"
+      "lost=before any section\n"
+      "  [ General Info ]  \n"
+      " application = quillary\t\n"
+      ";Application=comment\n"
+      "no equals sign\n"
+      "Quoted=\"  two blanks\"\r\n"
+      "Path=\"C:\\new\\r\"\r\n"
+      "\n"
+      "[general info]\n"
+      "Application=second section of that name\n"
+      "[Record1]\nlast=without an end");
+  EXPECT_EQ(text.Value("GENERAL INFO", "Application"), "quillary");
+  EXPECT_EQ(text.Value("General Info", "quoted"), "  two blanks");
+  EXPECT_EQ(text.Value("General Info", "Path"), "C:\\new\\r");
+  EXPECT_EQ(text.Value("General Info", "no equals sign"), std::nullopt);
+  EXPECT_EQ(text.Value("Record1", "LAST"), "without an end");
+  EXPECT_FALSE(text.Find("Record").Exists());
+  EXPECT_FALSE(ProfileText("").Find("").Exists());
+}
+
+TEST(ProfileText, ChangesOnlyWhatTheyName) {
+  const std::string bytes = "; heading\n[A]\nx=1\n  Y = old\n; note\nx=2\n\n\n[B]\r\ny=3";
+  EXPECT_EQ(With(bytes, "a", "y", "new"),
+            "; heading\n[A]\nx=1\nY=new\r\n; note\nx=2\n\n\n[B]\r\ny=3");
+  EXPECT_EQ(With(bytes, "A", "z", " 9"),
+            "; heading\n[A]\nx=1\n  Y = old\n; note\nx=2\nz=\" 9\"\r\n\n\n[B]\r\ny=3");
+  EXPECT_EQ(With(bytes, "B", "z", "4"), bytes + "\r\nz=4\r\n");
+  EXPECT_EQ(With(bytes, "C", "z", ""), bytes + "\r\n[C]\r\nz=\r\n");
+  EXPECT_EQ(With(bytes, "A", "x", "1"), bytes);
+  EXPECT_EQ(With("", "A", "x", "1"), "[A]\r\nx=1\r\n");
+}
+
+TEST(ProfileText, AnyBytesAreTakenAndKept) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE(seed);
+  std::mt19937 random(seed);
+  const std::string alphabet("[]=;\"\\ \t\r\nAB\0\xff", 14);
+  for (int round = 0; round < 20000; ++round) {
+    std::string bytes(random() % 40, ' ');
+    for (char& c : bytes) c = alphabet[random() % alphabet.size()];
+    const ProfileText before(bytes);
+    const auto other = before.Value("A", "B");
+    const ProfileText after(With(bytes, "A", "A", "v"));
+    ASSERT_EQ(after.Value("A", "A"), "v");
+    ASSERT_EQ(after.Value("A", "B"), other);
+    ASSERT_EQ(With(after.Bytes(), "A", "A", "v"), after.Bytes());
+  }
+}
+
+TEST(Journal, ComesBackWholeOrNotAtAll) {
+  const Journal journal = {
+      {"quill.dat", {{"General Info", "NoOfRecords", "5", "6"}, {"General Info", "New", {}, ""}}},
+      {"quill0.dat", {{"Record1", "Notes", "a\r\nend 0", " b "}, {"Record2", "x", "", "\n+y=1"}}}};
+  const std::string text = JournalText(journal);
+  const auto parsed = ParseJournal(text);
+  ASSERT_TRUE(parsed);
+  EXPECT_EQ(JournalText(*parsed), text);
+  EXPECT_EQ((*parsed)[1].Entries[0].Old, "a\r\nend 0");
+  EXPECT_EQ((*parsed)[0].Entries[1].Old, std::nullopt);
+  for (std::size_t size = 0; size < text.size(); ++size) {
+    ASSERT_FALSE(ParseJournal(text.substr(0, size))) << size;
+  }
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    std::string damaged = text;
+    damaged[i] = static_cast<char>(damaged[i] ^ 1);
+    ASSERT_FALSE(ParseJournal(damaged)) << i;
+  }
+}
+
+TEST(Journal, NamesNoFileOutsideItsFolder) {
+  for (const char* name : {"../quill.dat", "/etc/x", "..", "a\\b", ""}) {
+    EXPECT_FALSE(ParseJournal(JournalText({{name, {{"s", "k", {}, "v"}}}}))) << name;
+  }
+}
+
+}  // namespace
+}  // namespace quillary

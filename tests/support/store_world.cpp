@@ -1,0 +1,81 @@
+#include "tests/support/store_world.h"
+
+#include <stdexcept>
+
+#include "platform/numbers.h"
+
+namespace quillary::test {
+
+void RecordedProgress::Begin(std::string_view status, std::string_view splash) {
+  Stages.push_back(std::string(status) + '|' + std::string(splash));
+  Steps.clear();
+  IsOpen = true;
+}
+
+void RecordedProgress::Step(double percent) {
+  Steps.push_back(percent);
+}
+
+void RecordedProgress::End() {
+  IsOpen = false;
+}
+
+void RecordedLines::SetLines(const std::vector<std::string>& texts,
+                             const std::vector<std::string>& recordNumbers) {
+  Texts = texts;
+  RecNos = recordNumbers;
+}
+
+void RecordedLines::InsertLine(std::size_t index, std::string_view text,
+                               std::string_view recordNumber) {
+  if (index > Texts.size()) throw std::out_of_range("no such line");
+  Texts.insert(Texts.begin() + static_cast<std::ptrdiff_t>(index), std::string(text));
+  RecNos.insert(RecNos.begin() + static_cast<std::ptrdiff_t>(index), std::string(recordNumber));
+}
+
+void RecordedLines::RemoveLine(std::size_t index) {
+  if (index >= Texts.size()) throw std::out_of_range("no such line");
+  Texts.erase(Texts.begin() + static_cast<std::ptrdiff_t>(index));
+  RecNos.erase(RecNos.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+StoreWorld::StoreWorld() {
+  Data.DataPath = ProgramPath(Folder.Path()) + '\\';
+  Data.DataFile = Data.DataPath + "quill.dat";
+}
+
+void StoreWorld::Open() {
+  Data.NoOfRecords = ToInt16(Store.ReadHeaderEntry("NoOfRecords"));
+  Store.GetNamesList();
+  Store.ShowRecords();
+}
+
+RunTimeError StoreWorld::Add(const std::string& firstName, const std::string& lastName,
+                             const std::string& company, std::string& RecNo) {
+  ProfileUpdate update(Access);
+  RunTimeError error = Store.NextRecordNumber(RecNo);
+  if (error != RunTimeError::None) return error;
+  Data.FieldValues = {};
+  Data.FieldValues[Field::FirstName] = firstName;
+  Data.FieldValues[Field::LastName] = lastName;
+  Data.FieldValues[Field::Company] = company;
+  error = Store.WriteRecord(RecNo);
+  if (error != RunTimeError::None) return error;
+  std::string first = firstName;
+  std::string last = lastName;
+  std::string firm = company;
+  const std::string showName = BuildShowName(first, last, firm);
+  error = Store.InsertRecord(RecNo, showName, BuildShowCompany(first, last, firm));
+  return error == RunTimeError::None ? update.Commit() : error;
+}
+
+std::string StoreWorld::Add(const std::string& firstName, const std::string& lastName,
+                            const std::string& company) {
+  std::string recNo;
+  if (Add(firstName, lastName, company, recNo) != RunTimeError::None) {
+    throw std::runtime_error("cannot add " + firstName + ' ' + lastName);
+  }
+  return recNo;
+}
+
+}  // namespace quillary::test

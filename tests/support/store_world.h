@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_names.h"
+#include "platform/text.h"
+#include "store/records.h"
+#include "tests/support/fault_disk.h"
+#include "tests/support/temp_folder.h"
+
+namespace quillary::test {
+
+// Remembers the stages of long work.
+struct RecordedProgress : ProgressHooks {
+  void Begin(std::string_view status, std::string_view splash) override;
+  void Step(double percent) override;
+  void End() override;
+
+  std::vector<std::string> Stages;  // "status|splash"
+  std::vector<double> Steps;        // of the last stage
+  bool IsOpen = false;
+};
+
+// A list box without a window.
+struct RecordedLines : ListHooks {
+  void SetLines(const std::vector<std::string>& texts,
+                const std::vector<std::string>& recordNumbers) override;
+  void InsertLine(std::size_t index, std::string_view text, std::string_view recordNumber) override;
+  void RemoveLine(std::size_t index) override;
+
+  std::vector<std::string> Texts;
+  std::vector<std::string> RecNos;
+};
+
+// The records over the real profile layer in a folder of their own.
+struct StoreWorld {
+  StoreWorld();
+
+  // As at a start of the program: reads NoOfRecords and the lists, fills the list box.
+  void Open();
+  // Stores and links a new record; its number in `RecNo`.
+  RunTimeError Add(const std::string& firstName, const std::string& lastName,
+                   const std::string& company, std::string& RecNo);
+  // The same, expected to succeed; returns the number.
+  std::string Add(const std::string& firstName, const std::string& lastName,
+                  const std::string& company = "");
+
+  TempFolder Folder;
+  FaultDisk Machine;
+  FileNames Names{Machine, Folder.Path(), Folder.Path()};
+  Profile Access{Machine, Names};
+  TextComparer Comparer;
+  RecordedProgress Progress;
+  RecordedLines Lines;
+  StoreData Data;
+  Records Store{Data, Access, Comparer, Progress, Lines};
+};
+
+}  // namespace quillary::test
