@@ -1,0 +1,61 @@
+#include "app/sharing_guard.h"
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <utility>
+
+#include "platform/numbers.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr const char* Section = "General Info";
+constexpr const char* Key = "NoOfUses";
+
+}  // namespace
+
+SharingGuard::SharingGuard(Profile& profile, SharedData& shared, std::function<void()> setReadOnly)
+    : profile_(profile), shared_(shared), setReadOnly_(std::move(setReadOnly)) {
+  using std::chrono_literals::operator""ms;
+  InUseTimer.setInterval(2000ms);
+  QObject::connect(&InUseTimer, &QTimer::timeout, &InUseTimer, [this] { InUseTimer_Timer(); });
+}
+
+RunTimeError SharingGuard::IncrementUses() {
+  return WriteUses(std::max(ReadUses(), 0) + 1);
+}
+
+void SharingGuard::CheckInUse() {
+  shared_.InUse = ReadUses() >= 2;
+}
+
+RunTimeError SharingGuard::ResetUses() {
+  const RunTimeError error = WriteUses(1);
+  if (error == RunTimeError::None) shared_.InUse = false;
+  return error;
+}
+
+RunTimeError SharingGuard::DecrementUses() {
+  return WriteUses(ReadUses() - 1);
+}
+
+int SharingGuard::ReadUses() {
+  return ToInt16(profile_.ReadEntry(shared_.DataFile, Section, Key));
+}
+
+RunTimeError SharingGuard::WriteUses(int uses) {
+  // Both applications read the counter as a 16-bit number.
+  using Limits = std::numeric_limits<std::int16_t>;
+  const int held = std::clamp<int>(uses, Limits::min(), Limits::max());
+  return profile_.WriteEntry(shared_.DataFile, Section, Key, NumberText(held));
+}
+
+void SharingGuard::InUseTimer_Timer() {
+  const bool wasInUse = shared_.InUse;
+  CheckInUse();
+  if (shared_.InUse != wasInUse) setReadOnly_();
+}
+
+}  // namespace quillary

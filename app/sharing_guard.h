@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QTimer>
+#include <functional>
+
+#include "app/shared_data.h"
+#include "store/profile.h"
+
+namespace quillary {
+
+// The agreement between this program and its companion on who may change the data: a counter of
+// users, "NoOfUses", in the header. With two or more users this program changes nothing.
+class SharingGuard {
+ public:
+  // `setReadOnly` applies InUse to every command that changes data.
+  SharingGuard(Profile& profile, SharedData& shared, std::function<void()> setReadOnly);
+
+  // Counts this program as a user: the counter, negative taken as 0, plus 1. Writes the header.
+  RunTimeError IncrementUses();
+  // Reads the counter into InUse.
+  void CheckInUse();
+  // Makes this program the only user: the counter becomes 1, InUse false. On an error both stay as
+  // they are.
+  RunTimeError ResetUses();
+  // Takes this program off the counter, which may become negative. Writes the header.
+  RunTimeError DecrementUses();
+
+  // Runs CheckInUse every 2000 ms and applies InUse when it changed. Stopped at first, and to be
+  // stopped while a change of several entries runs.
+  QTimer InUseTimer;
+
+ private:
+  void InUseTimer_Timer();
+  int ReadUses();
+  RunTimeError WriteUses(int uses);
+
+  Profile& profile_;
+  SharedData& shared_;
+  std::function<void()> setReadOnly_;
+};
+
+}  // namespace quillary
