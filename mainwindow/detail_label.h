@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QLabel>
+#include <QMouseEvent>
+#include <QString>
+#include <string>
+
+namespace quillary {
+
+// One line of the details panel, or a block of lines that wrap. It takes any text as it is, at the
+// same cost however long: its caption is the whole text, of which it paints what fits.
+class DetailLabel : public QLabel {
+  Q_OBJECT
+
+ public:
+  enum class Shape { OneLine, Block };
+
+  DetailLabel(const QString& name, const QString& accessibleName, Shape shape);
+
+  const std::string& Caption() const { return caption_; }
+  void SetCaption(std::string caption);
+  // Dark blue instead of black.
+  bool IsHighlighted() const { return highlighted_; }
+  void SetHighlighted(bool highlighted);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ Q_SIGNALS:
+  // Not while the line is disabled.
+  void MouseDown(QMouseEvent* event);
+  void MouseMove();
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  int LineHeight() const;
+
+  Shape shape_;
+  std::string caption_;
+  bool highlighted_ = false;
+};
+
+}  // namespace quillary

@@ -1,0 +1,84 @@
+#include <QClipboard>
+#include <QGuiApplication>
+
+#include "mainwindow/main_dialog.h"
+
+namespace quillary {
+
+namespace {
+
+bool IsAddress(int index) {
+  return index >= AddressLine && index <= LastAddressLine;
+}
+
+bool IsNumber(int index) {
+  return index >= Phone1Line && index <= FaxLine;
+}
+
+QString Hint(int index) {
+  switch (index) {
+    case NameLine:
+      return QStringLiteral(
+          "Click to change the style of this name. Shift+Click to copy to the Clipbaord.");
+    case TitleLine:
+      return QStringLiteral("Click to copy the Title to the Clipboard.");
+    case CompanyLine:
+      return QStringLiteral("Click to copy the Company to the Clipboard.");
+    case EMailLine:
+      return QStringLiteral("Click to copy the E-Mail address to the Clipboard.");
+    case NotesLine:
+      return QStringLiteral("Click to copy the Notes to the Clipboard.");
+    default:
+      return IsAddress(index)
+                 ? QStringLiteral("Click to copy the Address to the Clipboard.")
+                 : QStringLiteral(
+                       "Click to dial to this number. Shift+Click to copy to the Clipboard.");
+  }
+}
+
+void CopyToClipboard(const std::string& text) {
+  QClipboard* clipboard = QGuiApplication::clipboard();
+  clipboard->clear();
+  clipboard->setText(QString::fromStdString(text));
+}
+
+}  // namespace
+
+void MainDialog::Label_MouseDown(int index, const QMouseEvent& event) {
+  const std::string& caption = Label.at(static_cast<std::size_t>(index))->Caption();
+  if (IsAddress(index)) {
+    std::string address = Label[AddressLine]->Caption();
+    for (std::size_t i = AddressLine + 1; i <= LastAddressLine; ++i) {
+      address += "\r" + Label.at(i)->Caption();
+    }
+    CopyToClipboard(address);
+    return;
+  }
+  if (index != NameLine && !IsNumber(index)) {
+    CopyToClipboard(caption);
+    return;
+  }
+  if (event.button() != Qt::LeftButton) return;
+  if (ShiftAlone(event)) {
+    CopyToClipboard(caption);
+  } else if (index == NameLine && !event.modifiers().testFlag(Qt::ShiftModifier)) {
+    quillMnu_.SetNameStyles(shared_.FieldValues);
+    quillMnu_.MnuNameStyle.popup(event.globalPosition().toPoint());
+  }
+}
+
+void MainDialog::Label_MouseMove(int index) {
+  for (int i = 0; i < static_cast<int>(Label.size()); ++i) {
+    Label.at(static_cast<std::size_t>(i))
+        ->SetHighlighted(i == index || (IsAddress(i) && IsAddress(index)));
+  }
+  // What dialling says stays until it is over.
+  if (!IsNumber(index) || Panel(1) != QStringLiteral("Dial a number.")) SetPanel(1, Hint(index));
+}
+
+void MainDialog::MnuNameStyleArray_Click(int index) {
+  const auto name = OfferedName(index, shared_.FieldValues);
+  if (name.has_value()) Label[NameLine]->SetCaption(*name);
+}
+
+}  // namespace quillary

@@ -1,0 +1,157 @@
+#include "mainwindow/filter_dialog.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "platform/desktop/twips.h"
+#include "platform/numbers.h"
+#include "platform/text.h"
+
+namespace quillary {
+
+namespace {
+
+// Finds the record that is shown among all records, which the list box has just been filled with.
+void SelectCurRecordNo(SharedData& shared, const Hub& hub) {
+  const int recordNo = ToInt32(shared.CurRecordNo);
+  const int count = std::min<int>(shared.NoOfRecords, hub.ListCount());
+  for (int i = 0; i < count; ++i) {
+    if (hub.ItemData(i) == recordNo) {
+      shared.CurListIndex = static_cast<std::int16_t>(i);
+      return;
+    }
+  }
+}
+
+QLineEdit* MakeBox(const QString& name, const QString& accessibleName) {
+  auto* box = new QLineEdit;
+  box->setObjectName(name);
+  box->setAccessibleName(accessibleName);
+  return box;
+}
+
+QLabel* MakeLabel(const QString& name) {
+  auto* label = new QLabel(name);
+  label->setObjectName(name);
+  return label;
+}
+
+}  // namespace
+
+FilterDialog::FilterDialog(SharedData& shared, Records& records, Hub& hub, Percent& percent)
+    : Form(QStringLiteral("FilterDialog")),
+      shared_(shared),
+      records_(records),
+      hub_(hub),
+      percent_(percent),
+      criteria_{MakeBox(QStringLiteral("TxtFirstName"), QStringLiteral("First name")),
+                MakeBox(QStringLiteral("TxtLastName"), QStringLiteral("Last name")),
+                MakeBox(QStringLiteral("TxtTitle"), QStringLiteral("Title")),
+                MakeBox(QStringLiteral("TxtCompany"), QStringLiteral("Company")),
+                MakeBox(QStringLiteral("TxtNotes"), QStringLiteral("Notes"))},
+      BtnOK(new QPushButton(QStringLiteral("OK"))),
+      BtnCancel(new QPushButton(QStringLiteral("Cancel"))) {
+  setWindowTitle(QStringLiteral("Quillary Filter"));
+  BtnOK->setObjectName(QStringLiteral("BtnOK"));
+  BtnCancel->setObjectName(QStringLiteral("BtnCancel"));
+  connect(BtnOK, &QPushButton::clicked, this, &FilterDialog::BtnOK_Click);
+  connect(BtnCancel, &QPushButton::clicked, this, &FilterDialog::Unload);
+  LayOut();
+  SetOwner(hub.MainWindow());
+  SetDefaultButton(BtnOK);
+  SetCancelButton(BtnCancel);
+}
+
+void FilterDialog::LayOut() {
+  auto* frame = new QGroupBox;
+  auto* grid = new QGridLayout(frame);
+  grid->addWidget(MakeLabel(QStringLiteral("Name")), 0, 0);
+  grid->addWidget(criteria_[0], 0, 1);
+  grid->addWidget(criteria_[1], 0, 2);
+  const std::array<QString, 3> labels{QStringLiteral("Title"), QStringLiteral("Company"),
+                                      QStringLiteral("Notes")};
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    const int row = static_cast<int>(i) + 1;
+    grid->addWidget(MakeLabel(labels.at(i)), row, 0);
+    grid->addWidget(criteria_.at(i + 2), row, 1, 1, 2);
+  }
+  grid->setColumnMinimumWidth(1, Px(1500));
+  grid->setColumnMinimumWidth(2, Px(1500));
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  buttons->addWidget(BtnOK);
+  buttons->addSpacing(Px(120));
+  buttons->addWidget(BtnCancel);
+  buttons->addStretch(1);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(frame);
+  layout->addLayout(buttons);
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void FilterDialog::ShowFilterDialog() {
+  if (!IsLoaded()) Form_Load();
+  MoveToCorner(hub_.MainGeometry());
+  ShowForm();
+  hub_.EnableMain(false);
+}
+
+void FilterDialog::Form_Load() {
+  for (std::size_t i = 0; i < criteria_.size(); ++i) {
+    criteria_.at(i)->setText(QString::fromStdString(shared_.FilterCriteria.at(i)));
+  }
+}
+
+void FilterDialog::Form_Activate() {
+  hub_.SetPanel(1, windowTitle());
+}
+
+void FilterDialog::Form_Unload() {
+  hub_.SetPanel(1, QString());
+  hub_.EnableMain(true);
+}
+
+void FilterDialog::BtnOK_Click() {
+  for (std::size_t i = 0; i < criteria_.size(); ++i) {
+    shared_.FilterCriteria.at(i) = criteria_.at(i)->text().toStdString();
+  }
+  const bool wasOn = shared_.FilterOn;
+  shared_.FilterOn =
+      std::any_of(shared_.FilterCriteria.begin(), shared_.FilterCriteria.end(),
+                  [](const std::string& criterion) { return !Trim(criterion).empty(); });
+  if (shared_.FilterOn) {
+    HideForm();
+    hub_.BringToFront();
+    percent_.ShowProgressWindow();
+    records_.BuildFilteredList();
+    records_.GetFilteredNamesList();
+    records_.SortFilteredList();
+    shared_.CurListIndex = 0;
+  }
+  records_.ShowRecords();
+  if (wasOn && !shared_.FilterOn) SelectCurRecordNo(shared_, hub_);
+  hub_.SetPanel(1, QString());
+  hub_.SetPanel(2, QString());
+  percent_.HideForm();
+  Unload();
+  hub_.BringToFront();
+  hub_.SetData();
+}
+
+void FilterOff(SharedData& shared, Records& records, Hub& hub) {
+  hub.SetPanel(1, QString());
+  if (shared.FilterOn) {
+    shared.FilterOn = false;
+    records.ShowRecords();
+    SelectCurRecordNo(shared, hub);
+  }
+  hub.SetData();
+}
+
+}  // namespace quillary

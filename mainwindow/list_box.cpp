@@ -1,0 +1,130 @@
+#include "mainwindow/list_box.h"
+
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+#include "mainwindow/one_line.h"
+#include "platform/desktop/twips.h"
+#include "platform/numbers.h"
+
+namespace quillary {
+
+void Lines::Set(const std::vector<std::string>& texts, const std::vector<std::string>& itemData) {
+  beginResetModel();
+  lines_.clear();
+  lines_.reserve(texts.size());
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    lines_.push_back({texts[i], ToInt32(itemData.at(i))});
+  }
+  endResetModel();
+}
+
+void Lines::Insert(int index, std::string_view text, int itemData) {
+  beginInsertRows({}, index, index);
+  lines_.insert(lines_.begin() + index, {std::string(text), itemData});
+  endInsertRows();
+}
+
+void Lines::Remove(int index) {
+  beginRemoveRows({}, index, index);
+  lines_.erase(lines_.begin() + index);
+  endRemoveRows();
+}
+
+int Lines::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : Count();
+}
+
+QVariant Lines::data(const QModelIndex& index, int role) const {
+  if (role != Qt::DisplayRole || !index.isValid()) return {};
+  return OneLine(lines_.at(static_cast<std::size_t>(index.row())).Text);
+}
+
+ListBox::ListBox(const QString& name) {
+  setObjectName(name);
+  setModel(&lines_);
+  setUniformItemSizes(true);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setTabKeyNavigation(false);
+  setTextElideMode(Qt::ElideRight);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+}
+
+int ListBox::ItemData(int index) const {
+  return index >= 0 && index < ListCount() ? lines_.ItemData(index) : 0;
+}
+
+int ListBox::ListIndex() const {
+  // The current line is no answer: the view gives itself one when it gets the focus.
+  const QModelIndexList selected = selectionModel()->selectedRows();
+  return selected.isEmpty() ? -1 : selected.first().row();
+}
+
+void ListBox::SetListIndex(int index) {
+  const QScopedValueRollback quiet(quiet_, true);
+  if (index < 0 || index >= ListCount()) {
+    selectionModel()->clear();
+    return;
+  }
+  const QModelIndex line = lines_.index(index);
+  selectionModel()->setCurrentIndex(line, QItemSelectionModel::ClearAndSelect);
+  scrollTo(line);
+}
+
+void ListBox::SetLines(const std::vector<std::string>& texts,
+                       const std::vector<std::string>& itemData) {
+  const QScopedValueRollback quiet(quiet_, true);
+  lines_.Set(texts, itemData);
+  newIndex_ = -1;
+}
+
+void ListBox::InsertLine(int index, std::string_view text, int itemData) {
+  const QScopedValueRollback quiet(quiet_, true);
+  lines_.Insert(std::clamp(index, 0, ListCount()), text, itemData);
+  newIndex_ = index;
+}
+
+void ListBox::RemoveLine(int index) {
+  if (index < 0 || index >= ListCount()) return;
+  const QScopedValueRollback quiet(quiet_, true);
+  lines_.Remove(index);
+  newIndex_ = -1;
+}
+
+// The view's own search would take letters typed in quick succession for one word.
+void ListBox::keyboardSearch(const QString& letter) {
+  if (ListCount() == 0 || letter.isEmpty()) return;
+  const QModelIndex next = lines_.index((ListIndex() + 1) % ListCount());
+  const QModelIndexList found =
+      lines_.match(next, Qt::DisplayRole, letter, 1, Qt::MatchStartsWith | Qt::MatchWrap);
+  if (!found.isEmpty()) setCurrentIndex(found.first());
+}
+
+void ListBox::mousePressEvent(QMouseEvent* event) {
+  // The other buttons are for menus and leave the selection alone.
+  if (event->button() != Qt::LeftButton) return;
+  const int before = ListIndex();
+  QListView::mousePressEvent(event);
+  if (before >= 0 && before == ListIndex() && indexAt(event->pos()).row() == before) Q_EMIT Click();
+}
+
+void ListBox::mouseMoveEvent(QMouseEvent* event) {
+  if (event->buttons() == Qt::NoButton || event->buttons() == Qt::LeftButton) {
+    QListView::mouseMoveEvent(event);
+  }
+}
+
+QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex& index,
+                                                              const QEvent* /*event*/) const {
+  // Whatever keys are held, exactly one line is selected.
+  return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
+void ListBox::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QListView::selectionChanged(selected, deselected);
+  if (!quiet_ && !selected.isEmpty()) Q_EMIT Click();
+}
+
+}  // namespace quillary

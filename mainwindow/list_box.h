@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QListView>
+#include <QString>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillary {
+
+// The lines of a list box: texts of any length, each with a number.
+class Lines : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  using QAbstractListModel::QAbstractListModel;
+
+  int Count() const { return static_cast<int>(lines_.size()); }
+  int ItemData(int index) const { return lines_.at(static_cast<std::size_t>(index)).ItemData; }
+  void Set(const std::vector<std::string>& texts, const std::vector<std::string>& itemData);
+  void Insert(int index, std::string_view text, int itemData);
+  void Remove(int index);
+
+  int rowCount(const QModelIndex& parent) const override;
+  // What is shown of a line.
+  QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  struct Line {
+    std::string Text;
+    std::int32_t ItemData = 0;
+  };
+
+  std::vector<Line> lines_;
+};
+
+// A list of text lines with item data, of which one is selected. Lines that are out of range are
+// ignored. Typing a letter selects the next line that begins with it.
+class ListBox : public QListView {
+  Q_OBJECT
+
+ public:
+  explicit ListBox(const QString& name);
+
+  int ListCount() const { return lines_.Count(); }
+  // 0 where there is no such line.
+  int ItemData(int index) const;
+  // The line that was inserted last; -1 when all lines were replaced since, or it was removed.
+  int NewIndex() const { return newIndex_; }
+
+  // The selected line, -1 for none.
+  int ListIndex() const;
+  // Selects a line and brings it into view, without a Click; one out of range selects none.
+  void SetListIndex(int index);
+
+  // Replaces all lines; none is selected. The numbers are given as decimal text.
+  void SetLines(const std::vector<std::string>& texts, const std::vector<std::string>& itemData);
+  // The selected line stays selected.
+  void InsertLine(int index, std::string_view text, int itemData);
+  void RemoveLine(int index);
+
+  void keyboardSearch(const QString& letter) override;
+
+ Q_SIGNALS:
+  // The user selected a line, or clicked the one that is selected.
+  void Click();
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+
+ private:
+  Lines lines_;
+  int newIndex_ = -1;
+  bool quiet_ = false;  // a change of the selection that is not the user's
+};
+
+}  // namespace quillary

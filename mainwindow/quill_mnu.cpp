@@ -1,0 +1,182 @@
+#include "mainwindow/quill_mnu.h"
+
+#include <QString>
+
+#include "mainwindow/name_line.h"
+#include "mainwindow/one_line.h"
+
+namespace quillary {
+
+namespace {
+
+QAction* AddItem(QMenu& menu, const QString& name, const QString& caption, bool built) {
+  QAction* item = menu.addAction(caption);
+  item->setObjectName(name);
+  item->setEnabled(built);
+  return item;
+}
+
+QAction* AddItem(QMenu& menu, const QString& name, const QString& caption, Feature feature) {
+  return AddItem(menu, name, caption, IsBuilt(feature));
+}
+
+template <std::size_t N>
+std::array<QAction*, N> AddArray(QMenu& menu, const QString& name, const QString (&captions)[N],
+                                 Feature feature) {
+  std::array<QAction*, N> items{};
+  for (std::size_t i = 0; i < N; ++i) {
+    items[i] = AddItem(menu, QStringLiteral("%1(%2)").arg(name).arg(i), captions[i], feature);
+  }
+  return items;
+}
+
+QMenu* AddSubmenu(QMenu& menu, const QString& name, const QString& caption, Feature feature) {
+  QMenu* submenu = menu.addMenu(caption);
+  submenu->setObjectName(name);
+  submenu->menuAction()->setEnabled(IsBuilt(feature));
+  return submenu;
+}
+
+void AddSeparator(QMenu& menu, const QString& name) {
+  menu.addSeparator()->setObjectName(name);
+}
+
+// A record's text as a caption: an ampersand would mark an access key.
+QString AsCaption(const std::string& text) {
+  constexpr std::size_t longest = 100;
+  return OneLine(text, longest).replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
+}  // namespace
+
+QuillMnu::QuillMnu() {
+  MakeNameStyle();
+  MakeLstNames();
+}
+
+void QuillMnu::MakeNameStyle() {
+  MnuNameStyle.setObjectName(QStringLiteral("MnuNameStyle"));
+  for (int i = 0; i < 4; ++i) {
+    QAction* item =
+        AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(%1)").arg(i), QString(), true);
+    connect(item, &QAction::triggered, this, [this, i] { Q_EMIT MnuNameStyleArray_Click(i); });
+    MnuNameStyleArray.at(static_cast<std::size_t>(i)) = item;
+  }
+  MnuNameStyleArray[4] = MnuNameStyle.addSeparator();
+  MnuNameStyleArray[5] =
+      AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(5)"), QStringLiteral("Cancel"), true);
+}
+
+void QuillMnu::MakeLstNames() {
+  QMenu& menu = MnuLstNames;
+  menu.setObjectName(QStringLiteral("MnuLstNames"));
+
+  MnuCopy = AddSubmenu(menu, QStringLiteral("MnuCopy"), QStringLiteral("Copy"), Feature::Copy);
+  MnuCopyArray = AddArray(*MnuCopy, QStringLiteral("MnuCopyArray"),
+                          {QStringLiteral("Selected Details"), QStringLiteral("All Details"),
+                           QStringLiteral("Copy && Paste into WinWord")},
+                          Feature::Copy);
+  MnuCopyArray[2]->setEnabled(IsBuilt(Feature::CopyAndPaste));
+  MnuFilter =
+      AddSubmenu(menu, QStringLiteral("MnuFilter"), QStringLiteral("Filter"), Feature::Filter);
+  MnuFilterArray =
+      AddArray(*MnuFilter, QStringLiteral("MnuFilterArray"),
+               {QStringLiteral("Filter - ON"), QStringLiteral("Filter - OFF")}, Feature::Filter);
+  MnuDial = AddItem(menu, QStringLiteral("MnuDial"), QStringLiteral("Dial"), Feature::Dial);
+  AddSeparator(menu, QStringLiteral("MnuSprator0"));
+
+  MnuEdit = AddItem(menu, QStringLiteral("MnuEdit"), QStringLiteral("Edit"), Feature::Edit);
+  MnuNew = AddSubmenu(menu, QStringLiteral("MnuNew"), QStringLiteral("New"), Feature::New);
+  MnuNewArray = AddArray(
+      *MnuNew, QStringLiteral("MnuNewArray"),
+      {QStringLiteral("Insert New Name"), QStringLiteral("Duplicate selected Name")}, Feature::New);
+  MnuDelete =
+      AddSubmenu(menu, QStringLiteral("MnuDelete"), QStringLiteral("Delete"), Feature::Delete);
+  MnuDeleteArray = AddArray(
+      *MnuDelete, QStringLiteral("MnuDeleteArray"),
+      {QStringLiteral("Delete selected Name"), QStringLiteral("Delete with no confirmation !")},
+      Feature::Delete);
+  AddSeparator(menu, QStringLiteral("MnuSprator1"));
+
+  MakeExchange();
+  AddSeparator(menu, QStringLiteral("MnuSprator2"));
+
+  MnuView =
+      AddSubmenu(menu, QStringLiteral("MnuView"), QStringLiteral("View"), Feature::SwitchView);
+  MnuViewArray = AddArray(*MnuView, QStringLiteral("MnuViewArray"),
+                          {QStringLiteral("Name"), QStringLiteral("Company")}, Feature::SwitchView);
+  AddSeparator(menu, QStringLiteral("MnuSprator3"));
+  MnuTipOfDay = AddItem(menu, QStringLiteral("MnuTipOfDay"), QStringLiteral("Tip of The Day"),
+                        Feature::TipOfDay);
+  AddSeparator(menu, QStringLiteral("MnuSprator4"));
+  MnuAbout = AddItem(menu, QStringLiteral("MnuAbout"), QStringLiteral("About"), Feature::About);
+
+  for (QAction* item : {MnuFilterArray[0], MnuFilterArray[1], MnuViewArray[0], MnuViewArray[1]}) {
+    item->setCheckable(true);
+    // The mark tells what is in force, which choosing an item does not change by itself.
+    connect(item, &QAction::triggered, item, &QAction::toggle);
+  }
+}
+
+void QuillMnu::MakeExchange() {
+  MnuExchange = AddSubmenu(MnuLstNames, QStringLiteral("MnuExchange"), QStringLiteral("Exchange"),
+                           Feature::Exchange);
+  QMenu* reports = AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(0)"),
+                              QStringLiteral("Reports"), Feature::Reports);
+  MnuReports = AddItem(*reports, QStringLiteral("MnuReports"),
+                       QStringLiteral("Create Labels in WinWord"), Feature::Reports);
+  QMenu* import = AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(1)"),
+                             QStringLiteral("Import"), Feature::Import);
+  MnuImport =
+      AddArray(*import, QStringLiteral("MnuImport"),
+               {QStringLiteral("Append to existing data"), QStringLiteral("Replace existing data")},
+               Feature::Import);
+  QMenu* backUp = AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(2)"),
+                             QStringLiteral("Back Up"), Feature::BackUp);
+  MnuBackUp = AddArray(*backUp, QStringLiteral("MnuBackUp"),
+                       {QStringLiteral("Create BackUp"), QStringLiteral("Restore from BackUp")},
+                       Feature::BackUp);
+  QAction* restoreDeleted =
+      AddItem(*MnuExchange, QStringLiteral("MnuExchangeArray(3)"),
+              QStringLiteral("Restore Deleted Record"), Feature::RestoreDeleted);
+  MnuExchangeArray = {reports->menuAction(), import->menuAction(), backUp->menuAction(),
+                      restoreDeleted};
+}
+
+void QuillMnu::Connect(Commands& commands) {
+  const auto start = [this, &commands](QAction* item, void (Commands::*command)()) {
+    connect(item, &QAction::triggered, this, [&commands, command] { (commands.*command)(); });
+  };
+  start(MnuFilterArray[0], &Commands::ShowFilterDialog);
+  start(MnuFilterArray[1], &Commands::FilterOff);
+  start(MnuNewArray[0], &Commands::ShowNewDialog);
+  start(MnuNewArray[1], &Commands::ShowDuplicateDialog);
+  start(MnuTipOfDay, &Commands::ShowTipOfDay);
+  start(MnuAbout, &Commands::ShowAboutDialog);
+}
+
+void QuillMnu::SetReadOnly(bool readOnly) {
+  MnuEdit->setEnabled(!readOnly && IsBuilt(Feature::Edit));
+  MnuNew->menuAction()->setEnabled(!readOnly && IsBuilt(Feature::New));
+  MnuDelete->menuAction()->setEnabled(!readOnly && IsBuilt(Feature::Delete));
+  MnuExchangeArray[1]->setEnabled(!readOnly && IsBuilt(Feature::Import));
+  MnuBackUp[1]->setEnabled(!readOnly && IsBuilt(Feature::BackUp));
+}
+
+void QuillMnu::SetChecks(std::uint8_t viewMode, bool filterOn) {
+  MnuViewArray[0]->setChecked(viewMode == 0);
+  MnuViewArray[1]->setChecked(viewMode != 0);
+  MnuFilterArray[0]->setChecked(filterOn);
+  MnuFilterArray[1]->setChecked(!filterOn);
+}
+
+void QuillMnu::SetNameStyles(const FieldArray& fields) {
+  for (int i = 0; i < 4; ++i) {
+    QAction* item = MnuNameStyleArray.at(static_cast<std::size_t>(i));
+    const auto name = OfferedName(i, fields);
+    item->setVisible(name.has_value());
+    item->setText(AsCaption(name.value_or(std::string())));
+  }
+}
+
+}  // namespace quillary

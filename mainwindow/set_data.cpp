@@ -1,0 +1,136 @@
+#include <algorithm>
+
+#include "mainwindow/built.h"
+#include "mainwindow/main_dialog.h"
+#include "platform/numbers.h"
+
+namespace quillary {
+
+namespace {
+
+// What belongs to a copy flag: its detail lines, and the fields of which one at least must be
+// there.
+struct Detail {
+  DetailLine FirstLine;
+  DetailLine LastLine;
+  Field FirstField;
+  Field LastField;
+};
+
+constexpr std::array<Detail, CopyFlagCount> Details{{
+    {NameLine, NameLine, FirstName, LastName},
+    {TitleLine, TitleLine, Title, Title},
+    {CompanyLine, CompanyLine, Company, Company},
+    {AddressLine, LastAddressLine, Address1, Address6},
+    {Phone1Line, Phone1Line, Phone1, Phone1},
+    {Phone2Line, Phone2Line, Phone2, Phone2},
+    {FaxLine, FaxLine, Fax, Fax},
+    {EMailLine, EMailLine, EMail, EMail},
+}};
+
+}  // namespace
+
+void MainDialog::SetData() {
+  EnableMain(true);
+  SetPanel(1, QString());
+  ShowReadOnly();
+  if (AnythingToShow()) {
+    ShowRecord();
+  } else {
+    ShowNothing();
+  }
+  const bool company = shared_.ViewMode != 0;
+  SetPanel(3, company ? QStringLiteral("Company") : QStringLiteral("Name"));
+  SetPanel(4, shared_.FilterOn ? QStringLiteral("Filter - ON") : QStringLiteral("Filter - OFF"));
+  quillMnu_.SetChecks(shared_.ViewMode, shared_.FilterOn);
+}
+
+bool MainDialog::AnythingToShow() const {
+  return shared_.FilterOn ? shared_.FilteredCount > 0 : shared_.NoOfRecords > 0;
+}
+
+void MainDialog::ShowReadOnly() {
+  const bool change = AnythingToShow() && !shared_.InUse;
+  BtnNew->setEnabled(!shared_.InUse && IsBuilt(Feature::New));
+  BtnEdit->setEnabled(change && IsBuilt(Feature::Edit));
+  BtnDelete->setEnabled(change && IsBuilt(Feature::Delete));
+  quillMnu_.SetReadOnly(shared_.InUse);
+}
+
+void MainDialog::ShowNothing() {
+  const bool hidden = shared_.NoOfRecords > 0;  // the filter hides them all
+  BtnFilter->setEnabled(hidden && IsBuilt(Feature::Filter));
+  SetPanel(2, QString());
+  // Before the list is disabled: else its focus would wander off to the next control.
+  if (hidden) {
+    BtnFilter->setFocus();
+  } else if (!shared_.InUse) {
+    BtnNew->setFocus();
+  }
+  LstNames->SetListIndex(-1);
+  LstNames->setEnabled(false);
+  BtnCopy->setEnabled(false);
+  DetailsFrame->setEnabled(false);
+  for (std::size_t flag = 0; flag < ChkCopy.size(); ++flag) SetCopyBox(flag, false);
+  EnableFind(false);
+  CboSrchIn->setCurrentIndex(-1);
+  Notes->setEnabled(false);
+  for (DetailLabel* label : Label) label->SetCaption(std::string());
+}
+
+void MainDialog::ShowRecord() {
+  LstNames->setEnabled(true);
+  LstNames->SetListIndex(shared_.CurListIndex);
+  LstNames_Click();
+  BtnCopy->setEnabled(IsBuilt(Feature::Copy));
+  BtnFilter->setEnabled(IsBuilt(Feature::Filter));
+  DetailsFrame->setEnabled(true);
+  EnableFind(IsBuilt(Feature::Find));
+  if (CboSrchIn->currentIndex() < 0) CboSrchIn->setCurrentIndex(0);
+}
+
+void MainDialog::EnableFind(bool enable) {
+  for (QWidget* control : {static_cast<QWidget*>(FrmFind), static_cast<QWidget*>(BtnFind),
+                           static_cast<QWidget*>(TxtFind), static_cast<QWidget*>(SrchInLabel),
+                           static_cast<QWidget*>(CboSrchIn)}) {
+    control->setEnabled(enable);
+  }
+}
+
+void MainDialog::SetCopyBox(std::size_t flag, bool present) {
+  ChkCopy.at(flag)->setEnabled(present);
+  ChkCopy.at(flag)->setChecked(present && shared_.CopyValues.at(flag) != 0);
+}
+
+void MainDialog::LstNames_Click() {
+  if (LstNames->ListCount() == 0) return;
+  if (LstNames->ListIndex() < 0) LstNames->SetListIndex(0);
+  shared_.CurListIndex = static_cast<std::int16_t>(LstNames->ListIndex());
+  shared_.CurRecordNo = NumberText(LstNames->ItemData(shared_.CurListIndex));
+  const int count = shared_.FilterOn ? shared_.FilteredCount : shared_.NoOfRecords;
+  SetPanel(2, QString::fromStdString(SignedNumberText(shared_.CurListIndex + 1) + "/" +
+                                     SignedNumberText(count)));
+
+  records_->ReadRecord(shared_.CurRecordNo);
+  const FieldArray& fields = shared_.FieldValues;
+  auto captions = ComposeLines(shared_.NameStyle, fields);
+  for (std::size_t i = 0; i < Label.size(); ++i) {
+    Label.at(i)->SetHighlighted(false);
+    Label.at(i)->SetCaption(std::move(captions.at(i)));
+  }
+  for (std::size_t flag = 0; flag < Details.size(); ++flag) {
+    const Detail& detail = Details.at(flag);
+    const bool present =
+        std::any_of(fields.begin() + detail.FirstField, fields.begin() + detail.LastField + 1,
+                    [](const std::string& value) { return !value.empty(); });
+    SetCopyBox(flag, present);
+    for (std::size_t line = detail.FirstLine; line <= detail.LastLine; ++line) {
+      Label.at(line)->setEnabled(present);
+    }
+  }
+  const bool notes = !fields[Field::Notes].empty();
+  Notes->setEnabled(notes);
+  Label[NotesLine]->setEnabled(notes);
+}
+
+}  // namespace quillary

@@ -1,0 +1,358 @@
+#include "mainwindow/main_dialog.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QSignalSpy>
+
+#include "tests/support/data_set.h"
+#include "tests/support_qt/main_fixture.h"
+
+namespace quillary::test {
+namespace {
+
+using MainDialogTest = MainFixture;
+
+bool IsEnabled(QWidget& window, const char* name) {
+  return Control<QWidget>(window, name).isEnabled();
+}
+
+std::string Clipboard() {
+  return QGuiApplication::clipboard()->text().toStdString();
+}
+
+const char* const kCopyBoxes[] = {"ChkCopyName",    "ChkCopyTitle",  "ChkCopyCompany",
+                                  "ChkCopyAddress", "ChkCopyPhone1", "ChkCopyPhone2",
+                                  "ChkCopyFax",     "ChkCopyEMail"};
+
+TEST_F(MainDialogTest, WithoutRecordsOnlyANewOneIsOffered) {
+  Shared.CopyValues.fill(1);
+  Show();
+  for (const char* name : {"LstNames", "BtnCopy", "BtnEdit", "BtnDelete", "BtnFilter", "FrmFind",
+                           "TxtFind", "CboSrchIn", "DetailsFrame", "ChkCopyName", "Notes"}) {
+    EXPECT_FALSE(IsEnabled(Main, name)) << name;
+  }
+  EXPECT_EQ(Main.focusWidget(), &Control<QWidget>(Main, "BtnNew"));
+  EXPECT_EQ(Panel(1) + "|" + Panel(2) + "|" + Panel(3) + "|" + Panel(4), "||Name|Filter - OFF");
+  for (int i = 0; i < 13; ++i) EXPECT_EQ(Label(i).Caption(), "");
+
+  Shared.InUse = true;
+  Control<QWidget>(Main, "BtnAbout").setFocus();
+  Main.SetData();
+  EXPECT_FALSE(IsEnabled(Main, "BtnNew"));
+  EXPECT_EQ(Main.focusWidget(), &Control<QWidget>(Main, "BtnAbout"));
+  // The choices of what to copy are for later records.
+  EXPECT_EQ(Shared.CopyValues, (std::array<double, 8>{1, 1, 1, 1, 1, 1, 1, 1}));
+}
+
+TEST_F(MainDialogTest, AFilterThatHidesAllLeavesTheFilterButton) {
+  Add({{LastName, "Varek"}});
+  Show();
+  Shared.FilterOn = true;
+  Shared.FilterCriteria[1] = "nobody";
+  Store.BuildFilteredList();
+  Store.ShowRecords();
+  Main.SetData();
+  EXPECT_TRUE(IsEnabled(Main, "BtnFilter"));
+  EXPECT_EQ(Main.focusWidget(), &Control<QWidget>(Main, "BtnFilter"));
+  EXPECT_FALSE(IsEnabled(Main, "LstNames"));
+  EXPECT_EQ(Panel(2) + "|" + Panel(4), "|Filter - ON");
+  EXPECT_EQ(Label(0).Caption(), "");
+  EXPECT_TRUE(Main.Menus().MnuFilterArray[0]->isChecked());
+  EXPECT_FALSE(Main.Menus().MnuFilterArray[1]->isChecked());
+}
+
+TEST_F(MainDialogTest, ShowsTheSelectedRecord) {
+  Add({{LastName, "Aster"}});
+  Add({{Sal, "Mr."},
+       {FirstName, "Brin"},
+       {LastName, "Varek"},
+       {Title, "Clerk"},
+       {Company, "Acme"},
+       {Address1, "1 Main St"},
+       {Address4, "Springfield"},
+       {Address5, "12345"},
+       {Address6, "USA"},
+       {Phone1, "1"},
+       {Phone2, "2"},
+       {Fax, "3"},
+       {EMail, "b@v"},
+       {Field::Notes, "One\r\nTwo"}});
+  Shared.CurListIndex = 1;
+  Show();
+  const std::vector<std::string> expected{
+      "Mr. Varek", "Clerk", "Acme", "1 Main St", "",    "",          "Springfield, 12345",
+      "USA",       "1",     "2",    "3",         "b@v", "One\r\nTwo"};
+  for (int i = 0; i < 13; ++i) {
+    EXPECT_EQ(Label(i).Caption(), expected.at(static_cast<std::size_t>(i))) << i;
+    EXPECT_TRUE(Label(i).isEnabled()) << i;
+  }
+  EXPECT_EQ(Panel(2), " 2/ 2");
+  EXPECT_EQ(Shared.CurRecordNo, "1");
+
+  Shared.ViewMode = 1;
+  Store.ShowRecords();
+  Shared.CurListIndex = 0;  // "( Acme )" stands before the names
+  Main.SetData();
+  EXPECT_EQ(Label(2).Caption(), "Acme");
+  EXPECT_EQ(Panel(3), "Company");
+  EXPECT_TRUE(Main.Menus().MnuViewArray[1]->isChecked());
+}
+
+TEST(NameLine, ComposesEveryStyle) {
+  const auto fields = [](const char* sal, const char* first, const char* last) {
+    FieldArray values;
+    values[Sal] = sal;
+    values[FirstName] = first;
+    values[LastName] = last;
+    return values;
+  };
+  const FieldArray all = fields("Mr.", "Brin", "Varek");
+  EXPECT_EQ(ComposeName(0, all), "Mr. Varek");
+  EXPECT_EQ(ComposeName(1, all), "Mr. Brin Varek");
+  EXPECT_EQ(ComposeName(2, all), "Brin Varek");
+  EXPECT_EQ(ComposeName(3, all), "Brin");
+  EXPECT_EQ(ComposeName(200, all), "Mr. Varek");
+  EXPECT_EQ(ComposeName(0, fields("", "Brin", "Varek")), "Varek");
+  EXPECT_EQ(ComposeName(1, fields("", "Brin", "Varek")), "Brin Varek");
+  EXPECT_EQ(ComposeName(1, fields("Mr.", "", "Varek")), "Mr.  Varek");
+  EXPECT_EQ(ComposeName(2, fields("Mr.", "Brin", "")), "Brin ");
+}
+
+TEST_F(MainDialogTest, CopyBoxesFollowTheRecordAndKeepTheChoices) {
+  Add({{LastName, "Aster"}, {Phone1, "1"}, {Address6, "USA"}});
+  Add({{LastName, "Bell"}});
+  Shared.CopyValues = {1, 1, 1, 0, 1, 1, 1, 1};
+  Show();
+  EXPECT_TRUE(Control<QCheckBox>(Main, "ChkCopyPhone1").isChecked());
+  EXPECT_TRUE(IsEnabled(Main, "ChkCopyAddress"));
+  EXPECT_FALSE(Control<QCheckBox>(Main, "ChkCopyAddress").isChecked());
+  EXPECT_TRUE(Label(3).isEnabled());  // an empty line of an address that is there
+
+  QTest::keyClick(&Control<QWidget>(Main, "LstNames"), Qt::Key_Down);
+  EXPECT_FALSE(Control<QCheckBox>(Main, "ChkCopyPhone1").isChecked());
+  EXPECT_FALSE(IsEnabled(Main, "ChkCopyPhone1"));
+  EXPECT_FALSE(Label(8).isEnabled());
+  QTest::keyClick(&Control<QWidget>(Main, "LstNames"), Qt::Key_Up);
+  EXPECT_EQ(Shared.CopyValues, (std::array<double, 8>{1, 1, 1, 0, 1, 1, 1, 1}));
+
+  // The user's own clicks do change them.
+  Control<QCheckBox>(Main, "ChkCopyAddress").click();
+  Control<QCheckBox>(Main, "ChkCopyPhone1").click();
+  EXPECT_EQ(Shared.CopyValues, (std::array<double, 8>{1, 1, 1, 1, 0, 1, 1, 1}));
+  for (const char* name : kCopyBoxes) Control<QWidget>(Main, name);  // all are there
+}
+
+TEST_F(MainDialogTest, LinesGoToTheClipboard) {
+  Add({{Sal, "Mr."},
+       {FirstName, "Brin"},
+       {LastName, "Varek"},
+       {Company, "A & B <b>x</b>"},
+       {Address2, "Second"},
+       {Phone1, "555"},
+       {Field::Notes, "One\r\nTwo"}});
+  Show();
+  const auto click = [this](int line, Qt::MouseButton button = Qt::LeftButton,
+                            Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    QTest::mouseClick(&Label(line), button, modifiers);
+    return Clipboard();
+  };
+  EXPECT_EQ(click(2), "A & B <b>x</b>");
+  EXPECT_EQ(click(2, Qt::RightButton), "A & B <b>x</b>");
+  EXPECT_EQ(click(3), "\rSecond\r\r\r");  // an empty line of the address
+  EXPECT_EQ(click(7, Qt::RightButton), "\rSecond\r\r\r");
+  EXPECT_EQ(click(12), "One\r\nTwo");
+  EXPECT_EQ(click(0, Qt::LeftButton, Qt::ShiftModifier), "Mr. Varek");
+  EXPECT_EQ(click(8, Qt::LeftButton, Qt::ShiftModifier), "555");
+  // What does nothing.
+  for (const int line : {0, 8}) {
+    EXPECT_EQ(click(line, Qt::RightButton), "before");
+    EXPECT_EQ(click(line, Qt::LeftButton, Qt::ShiftModifier | Qt::ControlModifier), "before");
+    EXPECT_EQ(click(line, Qt::LeftButton, Qt::ShiftModifier | Qt::AltModifier), "before");
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  }
+  EXPECT_EQ(click(11), "before");  // no e-mail address
+}
+
+TEST_F(MainDialogTest, TheNameStyleMenuShowsTheNameOtherwise) {
+  Add({{Sal, "Mr."}, {FirstName, "Ann & Bob"}, {LastName, "Lee"}});
+  Add({{LastName, "Varek"}});
+  Show();
+  QTest::mouseClick(&Label(0), Qt::LeftButton);
+  EXPECT_EQ(QApplication::activePopupWidget(), &Main.Menus().MnuNameStyle);
+  auto& items = Main.Menus().MnuNameStyleArray;
+  EXPECT_EQ(items[1]->text(), QStringLiteral("Mr. Ann && Bob Lee"));
+  items[2]->trigger();
+  Main.Menus().MnuNameStyle.close();
+  EXPECT_EQ(Label(0).Caption(), "Ann & Bob Lee");
+  // A click on the selected name shows it in the style of the preferences again.
+  ListBox& list = Control<ListBox>(Main, "LstNames");
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                    list.visualRect(list.model()->index(0, 0)).center());
+  EXPECT_EQ(Label(0).Caption(), "Mr. Lee");
+
+  QTest::keyClick(&list, Qt::Key_End);
+  QTest::mouseClick(&Label(0), Qt::LeftButton);
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_FALSE(items.at(i)->isVisible()) << i;
+}
+
+TEST_F(MainDialogTest, TheMouseHighlightsLinesAndTellsWhatAClickDoes) {
+  Add({{LastName, "Lee"}, {Title, "Clerk"}, {Address1, "x"}, {Phone1, "1"}});
+  Show();
+  QTest::mouseMove(&Label(1));
+  QTest::mouseMove(&Label(4));
+  for (int i = 0; i < 13; ++i) EXPECT_EQ(Label(i).IsHighlighted(), i >= 3 && i <= 7) << i;
+  EXPECT_EQ(Panel(1), "Click to copy the Address to the Clipboard.");
+  Main.SetPanel(1, QStringLiteral("Dial a number."));
+  QTest::mouseMove(&Label(8));
+  EXPECT_EQ(Panel(1), "Dial a number.");
+  EXPECT_TRUE(Label(8).IsHighlighted());
+  QTest::mouseMove(&Label(0));
+  EXPECT_EQ(Panel(1),
+            "Click to change the style of this name. Shift+Click to copy to the Clipbaord.");
+  Control<ListBox>(Main, "LstNames").Click();
+  EXPECT_FALSE(Label(0).IsHighlighted());
+}
+
+TEST_F(MainDialogTest, AMegabyteIsShownAtOnceAndCopiedWhole) {
+  const std::string megabyte(1 << 20, 'x');
+  Add({{LastName, megabyte}, {Company, megabyte + "\xD7"}, {Field::Notes, megabyte}});
+  QElapsedTimer timer;
+  timer.start();
+  Show();
+  const int width = Main.width();
+  Main.grab();
+  EXPECT_LT(timer.elapsed(), 1000);
+  EXPECT_LE(Main.minimumSizeHint().width(), width);
+  QTest::mouseClick(&Label(12), Qt::LeftButton);
+  EXPECT_EQ(Clipboard(), megabyte);
+}
+
+TEST_F(MainDialogTest, ButtonsStartTheirCommands) {
+  Show();
+  Click(Main, "BtnNew", Qt::ShiftModifier);  // nothing to duplicate yet
+  Click(Main, "BtnNew", Qt::NoModifier, Qt::RightButton);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  Add({{LastName, "Lee"}});
+  Main.SetData();
+  Click(Main, "BtnNew");
+  Click(Main, "BtnNew", Qt::ShiftModifier);
+  Click(Main, "BtnNew", Qt::ShiftModifier | Qt::ControlModifier);
+  Control<QWidget>(Main, "BtnNew").setFocus();
+  QTest::keyClick(&Control<QWidget>(Main, "BtnNew"), Qt::Key_Return);
+  Click(Main, "BtnFilter");
+  Click(Main, "BtnAbout");
+  EXPECT_EQ(Started.Started,
+            (std::vector<std::string>{"ShowNewDialog", "ShowNewDialog", "ShowDuplicateDialog",
+                                      "ShowNewDialog", "ShowNewDialog", "ShowFilterDialog",
+                                      "ShowAboutDialog"}));
+
+  Click(Main, "BtnNew", Qt::NoModifier, Qt::RightButton);
+  EXPECT_EQ(QApplication::activePopupWidget(), Main.Menus().MnuNew);
+  Main.Menus().MnuNew->close();
+  Started.Started.clear();
+  Main.Menus().MnuNewArray[1]->trigger();
+  Main.Menus().MnuFilterArray[0]->trigger();
+  EXPECT_FALSE(Main.Menus().MnuFilterArray[0]->isChecked());  // not in force yet
+  Main.Menus().MnuTipOfDay->trigger();
+  EXPECT_EQ(Started.Started,
+            (std::vector<std::string>{"ShowDuplicateDialog", "ShowFilterDialog", "ShowTipOfDay"}));
+}
+
+TEST_F(MainDialogTest, ReadOnlyWhileAnotherApplicationHoldsTheData) {
+  Add({{LastName, "Lee"}});
+  Shared.InUse = true;
+  Show();
+  EXPECT_FALSE(IsEnabled(Main, "BtnNew"));
+  EXPECT_FALSE(Main.Menus().MnuNew->menuAction()->isEnabled());
+  EXPECT_TRUE(IsEnabled(Main, "LstNames"));
+  EXPECT_TRUE(IsEnabled(Main, "ChkCopyName"));
+  Click(Main, "BtnNew");
+  EXPECT_TRUE(Started.Started.empty());
+  Shared.InUse = false;
+  Main.ShowReadOnly();
+  EXPECT_TRUE(IsEnabled(Main, "BtnNew"));
+  EXPECT_TRUE(Main.Menus().MnuNew->menuAction()->isEnabled());
+  EXPECT_FALSE(Main.Menus().MnuEdit->isEnabled());  // not built yet
+}
+
+TEST_F(MainDialogTest, WhileItIsDisabledNeitherActivationNorClosingDoAnything) {
+  Add({{LastName, "Lee"}});
+  Show();
+  Control<QWidget>(Main, "ChkCopyName").setFocus();
+  Form dialog(QStringLiteral("Dialog"));
+  dialog.SetOwner(Main);
+  dialog.ShowForm();
+  Main.EnableMain(false);
+  Main.SetPanel(1, QStringLiteral("New Name"));
+  Main.activateWindow();
+  EXPECT_TRUE(WaitUntilActive(dialog));
+  EXPECT_FALSE(Main.isEnabled());
+  EXPECT_EQ(Panel(1), "New Name");
+  EXPECT_FALSE(Main.close());
+  EXPECT_TRUE(Started.Started.empty());
+
+  dialog.Unload();
+  Main.EnableMain(true);
+  EXPECT_EQ(Main.focusWidget(), &Control<QWidget>(Main, "ChkCopyName"));
+  Main.close();
+  EXPECT_EQ(Started.Started, (std::vector<std::string>{"ExitApplication"}));
+}
+
+TEST_F(MainDialogTest, TypingALetterSelectsTheNextName) {
+  for (const char* name : {"Aster", "Bell", "Brin", "Cole"}) Add({{LastName, name}});
+  Show();
+  ListBox& list = Control<ListBox>(Main, "LstNames");
+  list.setFocus();
+  QTest::keyClick(&list, 'b');
+  EXPECT_EQ(Label(0).Caption(), "Bell");
+  QTest::keyClick(&list, 'b');
+  EXPECT_EQ(Label(0).Caption(), "Brin");
+  // The other button and Ctrl do not take the selection away.
+  QTest::mouseClick(list.viewport(), Qt::RightButton, {},
+                    list.visualRect(list.model()->index(0, 0)).center());
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                    list.visualRect(list.model()->index(2, 0)).center());
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(5, list.viewport()->height() - 5));
+  EXPECT_EQ(list.ListIndex(), 2);
+  EXPECT_EQ(Panel(2), " 3/ 4");
+}
+
+TEST(ListBox, KeepsItsSelectionWhenLinesComeAndGo) {
+  ListBox list(QStringLiteral("LstNames"));
+  QSignalSpy clicks(&list, &ListBox::Click);
+  list.SetLines({"a", "b", "c"}, {"7", "8", "9"});
+  EXPECT_EQ(list.ListIndex(), -1);
+  list.SetListIndex(1);
+  list.InsertLine(0, "new", 10);
+  EXPECT_EQ(list.ListIndex(), 2);
+  EXPECT_EQ(list.NewIndex(), 0);
+  EXPECT_EQ(list.ItemData(2), 8);
+  list.RemoveLine(2);
+  EXPECT_EQ(list.ListCount(), 3);
+  list.SetListIndex(5);
+  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_EQ(clicks.count(), 0);
+}
+
+TEST(ListBox, FillsQuicklyWithTheLargestList) {
+  std::vector<std::string> texts;
+  std::vector<std::string> numbers;
+  for (int i = 0; i < MaxRecords; ++i) {
+    texts.push_back("Lastname, Firstname " + std::to_string(i));
+    numbers.push_back(std::to_string(i));
+  }
+  ListBox list(QStringLiteral("LstNames"));
+  list.resize(200, 400);
+  list.show();
+  QElapsedTimer timer;
+  timer.start();
+  list.SetLines(texts, numbers);
+  list.SetListIndex(MaxRecords - 1);
+  list.grab();
+  EXPECT_LT(timer.elapsed(), 300);  // some ten milliseconds; the rest is for slow machines
+}
+
+}  // namespace
+}  // namespace quillary::test

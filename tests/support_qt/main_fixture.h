@@ -1,0 +1,158 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QString>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/commands.h"
+#include "app/shared_data.h"
+#include "auxiliary/percent.h"
+#include "auxiliary/progress.h"
+#include "mainwindow/main_dialog.h"
+#include "platform/file_names.h"
+#include "platform/numbers.h"
+#include "store/profile.h"
+#include "store/records.h"
+#include "tests/support/fault_disk.h"
+#include "tests/support/temp_folder.h"
+
+namespace quillary::test {
+
+// Notes what was started; `On` may do it.
+class FakeCommands : public Commands {
+ public:
+  void ShowNewDialog() override { Start("ShowNewDialog"); }
+  void ShowDuplicateDialog() override { Start("ShowDuplicateDialog"); }
+  void ShowFilterDialog() override { Start("ShowFilterDialog"); }
+  void FilterOff() override { Start("FilterOff"); }
+  void ShowAboutDialog() override { Start("ShowAboutDialog"); }
+  void ShowTipOfDay() override { Start("ShowTipOfDay"); }
+  void ExitApplication() override { Start("ExitApplication"); }
+
+  std::vector<std::string> Started;
+  std::function<void(const std::string& command)> On;
+
+ private:
+  void Start(const std::string& command) {
+    Started.push_back(command);
+    if (On) On(command);
+  }
+};
+
+// The control of that name in a window.
+template <class T>
+T& Control(QWidget& window, const char* name) {
+  T* control = window.findChild<T*>(QString::fromLatin1(name));
+  if (control == nullptr) throw std::runtime_error(std::string("no control ") + name);
+  return *control;
+}
+
+inline void Click(QWidget& window, const char* name,
+                  Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+                  Qt::MouseButton button = Qt::LeftButton) {
+  QTest::mouseClick(&Control<QWidget>(window, name), button, modifiers);
+}
+
+// QTest's own wait takes a dialog for active as soon as the window behind it is.
+inline bool WaitUntilActive(const QWidget& window) {
+  return QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; });
+}
+
+// Presses `BtnOK` in each message box that comes up as long as this lives, and notes its title and
+// text.
+class MsgBoxAnswerer : public QObject {
+ public:
+  MsgBoxAnswerer() {
+    QObject::connect(&timer_, &QTimer::timeout, this, [this] { Answer(); });
+    timer_.start(5);
+  }
+  std::vector<std::pair<QString, QString>> Seen;
+
+ private:
+  void Answer() {
+    QWidget* box = QApplication::activeModalWidget();
+    if (box == nullptr || !box->isVisible()) return;
+    Seen.emplace_back(box->windowTitle(), Control<QLabel>(*box, "Text1").text());
+    Click(*box, "BtnOK");
+  }
+
+  QTimer timer_;
+};
+
+// The main window over data files of its own, with everything that stands below it.
+class MainFixture : public testing::Test {
+ public:
+  using Values = std::initializer_list<std::pair<Field, std::string>>;
+
+  MainFixture() {
+    Shared.DataPath = ProgramPath(Folder.Path()) + "\\";
+    Shared.DataFile = Shared.DataPath + "quill.dat";
+    Main.Connect(Store, Started);
+    EXPECT_EQ(Store.WriteNewHeader(), RunTimeError::None);
+  }
+  ~MainFixture() override {
+    if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+  }
+
+  // Stores a record and links it; gives its number.
+  std::string Add(Values values) {
+    FieldArray& fields = Shared.FieldValues;
+    fields = {};
+    for (const auto& [field, value] : values) fields.at(field) = value;
+    std::string RecNo;
+    EXPECT_EQ(Store.NextRecordNumber(RecNo), RunTimeError::None);
+    EXPECT_EQ(Store.WriteRecord(RecNo), RunTimeError::None);
+    const std::string ShowName =
+        BuildShowName(fields[FirstName], fields[LastName], fields[Field::Company]);
+    const std::string ShowCompany =
+        BuildShowCompany(fields[FirstName], fields[LastName], fields[Field::Company]);
+    EXPECT_EQ(Store.InsertRecord(RecNo, ShowName, ShowCompany), RunTimeError::None);
+    return RecNo;
+  }
+
+  // Shows the main window and lets it become the active one.
+  void Show() {
+    Main.show();
+    Main.activateWindow();
+    ASSERT_TRUE(WaitUntilActive(Main));
+    Main.SetData();
+  }
+
+  std::vector<std::string> ListTexts() {
+    const QAbstractItemModel* lines = Control<ListBox>(Main, "LstNames").model();
+    std::vector<std::string> texts;
+    for (int i = 0; i < lines->rowCount(); ++i) {
+      texts.push_back(lines->index(i, 0).data().toString().toStdString());
+    }
+    return texts;
+  }
+  DetailLabel& Label(int index) {
+    return Control<DetailLabel>(Main, ("Label(" + std::to_string(index) + ")").c_str());
+  }
+  std::string Panel(int panel) { return Main.Panel(panel).toStdString(); }
+
+  TempFolder Folder;
+  FaultDisk Disk;
+  FileNames Names{Disk, Folder.Path(), Folder.Path()};
+  quillary::Profile Profile{Disk, Names};
+  TextComparer Comparer;
+  SharedData Shared;
+  MainDialog Main{Shared};
+  Percent ProgressWindow{Main};
+  Progress Hooks{Main, [this] { return &ProgressWindow; }, [] { return nullptr; }, {}};
+  Records Store{Shared, Profile, Comparer, Hooks, Main};
+  FakeCommands Started;
+};
+
+}  // namespace quillary::test
