@@ -1,0 +1,37 @@
+#include "main/end_signals.h"
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace quillary {
+
+EndSignals::EndSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
+  if (pthread_sigmask(SIG_BLOCK, &signals, nullptr) != 0) return;
+  descriptor_ = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
+  if (descriptor_ < 0) {
+    // Without this the signals end the program in their own way.
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    return;
+  }
+  notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Read);
+  connect(notifier_.get(), &QSocketNotifier::activated, this, &EndSignals::Read);
+}
+
+EndSignals::~EndSignals() {
+  notifier_.reset();
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+void EndSignals::Read() {
+  signalfd_siginfo info{};
+  while (read(descriptor_, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
+    Q_EMIT EndRequested();
+  }
+}
+
+}  // namespace quillary

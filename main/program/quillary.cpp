@@ -1,0 +1,61 @@
+#include <QApplication>
+#include <cstdlib>
+
+#include "main/end_signals.h"
+#include "main/main.h"
+#include "platform/desktop/raise_window.h"
+#include "platform/desktop/single_instance.h"
+#include "platform/disk.h"
+#include "platform/file_names.h"
+#include "platform/text.h"
+#include "store/profile.h"
+
+namespace {
+
+using namespace quillary;
+
+class ProcessEnding : public Ending {
+ public:
+  void EndProgram() override { QCoreApplication::exit(); }
+  void EndNow() override { std::_Exit(EXIT_SUCCESS); }
+};
+
+// When the desktop goes away without a word, Qt ends the process by exit().
+Forms* runningForms = nullptr;
+void LeaveDesktop() {
+  if (runningForms != nullptr) runningForms->ExitApplication();
+}
+
+int Run(QApplication& application) {
+  EndSignals endSignals;
+  SingleInstance instance(QStringLiteral("Quillary"));
+  HostDisk disk;
+  const FileNames names(disk, FindOwnDirectory(), FindProfileFolder());
+  Profile profile(disk, names);
+  const TextComparer comparer;
+  ProcessEnding ending;
+  Forms forms(profile, comparer, ending);
+
+  QObject::connect(&endSignals, &EndSignals::EndRequested, [&] { forms.ExitApplication(); });
+  QObject::connect(&application, &QCoreApplication::aboutToQuit, [&] { forms.ExitApplication(); });
+  QObject::connect(&instance, &SingleInstance::ActivateRequested, [&] {
+    QWidget* const window = QApplication::activeModalWidget();
+    RaiseWindow(window != nullptr ? *window : forms.Main);
+  });
+  runningForms = &forms;
+  std::atexit(LeaveDesktop);
+
+  const Surroundings surroundings{names.OwnDirectory(), [&] { return instance.IsFirst(); }};
+  const int result = Main(forms, profile, surroundings) ? QApplication::exec() : EXIT_SUCCESS;
+  runningForms = nullptr;
+  return result;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("quillary"));
+  QApplication::setQuitOnLastWindowClosed(false);
+  return Run(application);
+}

@@ -1,0 +1,28 @@
+# To be sourced. What the project needs from Debian, and a function that installs what is missing.
+
+RunPackages=(
+  cmake ninja-build g++ pkg-config
+  qt6-base-dev libqt6serialport6-dev libicu-dev libgl-dev
+  fonts-dejavu-core
+)
+CheckPackages=(
+  libgtest-dev libbenchmark-dev clang-format clang-tidy
+  xvfb xauth openbox xdotool imagemagick xclip dbus python3
+)
+
+# Installs those of the named packages that are not there. Needs root or sudo only then.
+InstallMissing() {
+  local missing=()
+  local package
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  echo "Installing: ${missing[*]}"
+  local asRoot=()
+  [ "$(id -u)" -eq 0 ] || asRoot=(sudo)
+  "${asRoot[@]}" apt-get update -q
+  "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
