@@ -1,0 +1,212 @@
+// What the store does, beside the least that the machine needs for the same work. The folder for
+// the data is the one that TMPDIR names; it should be on a real disk.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "platform/disk.h"
+#include "platform/file_names.h"
+#include "platform/text.h"
+#include "store/profile.h"
+#include "store/records.h"
+#include "tests/support/data_set.h"
+#include "tests/support/temp_folder.h"
+
+namespace quillary {
+namespace {
+
+using test::DataSetShape;
+using test::TempFolder;
+
+constexpr int Full = MaxRecords;
+constexpr int Insertions = 40;
+
+class NoProgress : public ProgressHooks {
+ public:
+  void Begin(std::string_view, std::string_view) override {}
+  void Step(double) override {}
+  void End() override {}
+};
+
+class NoLines : public ListHooks {
+ public:
+  void SetLines(const std::vector<std::string>&, const std::vector<std::string>&) override {}
+  void InsertLine(std::size_t, std::string_view, std::string_view) override {}
+  void RemoveLine(std::size_t) override {}
+};
+
+// A program over a data set of its own.
+struct Program {
+  explicit Program(const DataSetShape& shape) {
+    test::WriteDataSet(Folder.Path(), shape);
+    Data.DataPath = ProgramPath(Folder.Path()) + "\\";
+    Data.DataFile = Data.DataPath + "quill.dat";
+    Data.NoOfRecords = static_cast<std::int16_t>(shape.Live);
+  }
+  // Files that were written just now are compared with what is kept of them at every read.
+  static void LetFilesSettle() { std::this_thread::sleep_for(std::chrono::milliseconds(2100)); }
+
+  std::vector<std::string> Files() const {
+    std::vector<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(Folder.Path())) {
+      files.push_back(entry.path());
+    }
+    return files;
+  }
+
+  TempFolder Folder;
+  HostDisk Machine;
+  FileNames Names{Machine, Folder.Path(), Folder.Path()};
+  Profile Access{Machine, Names};
+  TextComparer Comparer;
+  StoreData Data;
+  NoProgress Hooks;
+  NoLines Lines;
+  Records Store{Data, Access, Comparer, Hooks, Lines};
+};
+
+std::string ReadWhole(HostDisk& disk, const std::string& path) {
+  std::string bytes;
+  FileStamp stamp;
+  if (disk.Read(path, bytes, stamp) != RunTimeError::None) std::abort();
+  return bytes;
+}
+
+void WriteDurably(HostDisk& disk, const std::string& path, std::string_view bytes) {
+  int handle = -1;
+  const std::string beside = path + ".new";
+  const bool isDone =
+      disk.Create(beside, 0600, handle) == RunTimeError::None &&
+      disk.Write(handle, bytes) == RunTimeError::None && disk.Sync(handle) == RunTimeError::None &&
+      disk.Close(handle) == RunTimeError::None && disk.Rename(beside, path) == RunTimeError::None;
+  if (!isDone) std::abort();
+}
+
+void SyncFolder(HostDisk& disk, const std::string& folder) {
+  if (disk.SyncFolder(folder) != RunTimeError::None) std::abort();
+}
+
+void StatOfTheFile(benchmark::State& state) {
+  Program program({100});
+  const std::string path = program.Folder.File("quill0.dat");
+  FileStamp stamp;
+  for (auto _ : state) benchmark::DoNotOptimize(program.Machine.Stamp(path, stamp));
+}
+BENCHMARK(StatOfTheFile);
+
+void ReadEntry(benchmark::State& state) {
+  Program program({100});
+  const std::string file = program.Data.DataPath + "quill0.dat";
+  Program::LetFilesSettle();
+  program.Access.ReadEntry(file, "Record57", "EMail");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(program.Access.ReadEntry(file, "Record57", "EMail"));
+  }
+}
+BENCHMARK(ReadEntry);
+
+void WriteSyncRename(benchmark::State& state) {
+  Program program({100});
+  const std::string path = program.Folder.File("quill0.dat");
+  const std::string bytes = ReadWhole(program.Machine, path);
+  for (auto _ : state) {
+    WriteDurably(program.Machine, path, bytes);
+    SyncFolder(program.Machine, program.Folder.Path());
+  }
+}
+BENCHMARK(WriteSyncRename)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void WriteEntry(benchmark::State& state) {
+  Program program({100});
+  const std::string file = program.Data.DataPath + "quill0.dat";
+  int value = 0;
+  for (auto _ : state) {
+    const auto error =
+        program.Access.WriteEntry(file, "Record57", "Phone1", std::to_string(++value));
+    if (error != RunTimeError::None) std::abort();
+  }
+}
+BENCHMARK(WriteEntry)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void ReadAllFiles(benchmark::State& state) {
+  Program program({Full});
+  const auto files = program.Files();
+  for (auto _ : state) {
+    for (const auto& file : files) benchmark::DoNotOptimize(ReadWhole(program.Machine, file));
+  }
+}
+BENCHMARK(ReadAllFiles)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void GetNamesList(benchmark::State& state) {
+  Program program({Full});
+  for (auto _ : state) {
+    // As at the start of the program: nothing is kept of any file yet.
+    Profile access(program.Machine, program.Names);
+    Records store(program.Data, access, program.Comparer, program.Hooks, program.Lines);
+    store.GetNamesList();
+    if (program.Data.ListsIncomplete || program.Data.NoOfRecords != Full) std::abort();
+  }
+}
+BENCHMARK(GetNamesList)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void WriteAllFilesDurably(benchmark::State& state) {
+  Program program({.Live = Full, .Deleted = 0, .Scrambled = true});
+  std::vector<std::pair<std::string, std::string>> files;
+  for (const auto& path : program.Files()) {
+    files.emplace_back(path, ReadWhole(program.Machine, path));
+  }
+  for (auto _ : state) {
+    for (const auto& [path, bytes] : files) WriteDurably(program.Machine, path, bytes);
+    SyncFolder(program.Machine, program.Folder.Path());
+  }
+}
+BENCHMARK(WriteAllFilesDurably)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void SortNamesList(benchmark::State& state) {
+  const DataSetShape shape{.Live = Full, .Deleted = 0, .Scrambled = true};
+  Program program(shape);
+  for (auto _ : state) {
+    state.PauseTiming();
+    test::WriteDataSet(program.Folder.Path(), shape);
+    program.Store.GetNamesList();
+    state.ResumeTiming();
+    if (program.Store.SortNamesList() != RunTimeError::None) std::abort();
+  }
+}
+BENCHMARK(SortNamesList)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// Into so many records, without the writing of the new record's fields.
+void InsertRecord(benchmark::State& state) {
+  Program program({static_cast<int>(state.range(0))});
+  program.Store.GetNamesList();
+  int number = 0;
+  for (auto _ : state) {
+    state.PauseTiming();
+    // Names that fall all over the list.
+    const std::string name = std::string(1, static_cast<char>('A' + number * 7 % 26)) + "nderson";
+    std::string recNo;
+    if (program.Store.NextRecordNumber(recNo) != RunTimeError::None) std::abort();
+    program.Data.FieldValues[LastName] = name;
+    if (program.Store.WriteRecord(recNo) != RunTimeError::None) std::abort();
+    ++number;
+    state.ResumeTiming();
+    if (program.Store.InsertRecord(recNo, name, name) != RunTimeError::None) std::abort();
+  }
+}
+BENCHMARK(InsertRecord)
+    ->Arg(100)
+    ->Arg(Full - Insertions)
+    ->Iterations(Insertions)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace quillary
+
+BENCHMARK_MAIN();
