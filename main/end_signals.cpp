@@ -16,8 +16,11 @@ EndSignals::EndSignals() {
   if (descriptor_ < 0) {
     // Without this the signals end the program in their own way.
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
-    return;
   }
+}
+
+void EndSignals::Listen() {
+  if (descriptor_ < 0) return;
   notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Read);
   connect(notifier_.get(), &QSocketNotifier::activated, this, &EndSignals::Read);
 }

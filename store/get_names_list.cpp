@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -21,16 +23,24 @@ namespace {
 
 constexpr std::int32_t Nowhere = -1;
 
-// What the lists need of one record.
-struct Listed {
+// What the lists need of one record. The ways along the chains use little of it and go from record
+// to record in no order of the memory, so that little stands together.
+struct Links {
   std::int32_t Number = Nowhere;  // none: there is no such section
   std::int32_t NextName = Nowhere;
   std::int32_t NextCompany = Nowhere;
   bool IsInNames = false;
   bool IsInCompanies = false;
+};
+struct Texts {
   std::string RecNo;
   std::string ShowName;
   std::string ShowCompany;
+};
+
+struct Listed {
+  Links* Chained = nullptr;
+  Texts* Shown = nullptr;
 };
 
 std::int32_t Link(std::string_view text) {
@@ -43,70 +53,90 @@ class Block {
  public:
   Block(std::int32_t fileNumber, std::string_view bytes) : first_(fileNumber * RecordsPerFile) {
     if (bytes.starts_with(ByteOrderMark)) bytes.remove_prefix(ByteOrderMark.size());
-    // The first characters of headings and of the wanted keys.
-    ForLinesBeginningWith<'[', 'S', 's', 'N', 'n', ' ', '\t'>(
-        bytes, [this](std::string_view line) { Take(line); });
+    LineReader reader(bytes);
+    std::string_view line;
+    while (reader.Next(line)) {
+      const char first = line.front();
+      if (first == '[' || IsBlank(first) || MayBeWanted(line)) Take(line);
+    }
   }
-  Listed* Find(std::int32_t number) {
-    Listed& record = records_[static_cast<std::size_t>(number - first_)];
-    return record.Number == Nowhere ? nullptr : &record;
-  }
+  Listed Find(std::int32_t number) { return {&LinksOf(number), &TextsOf(number)}; }
 
  private:
   static constexpr std::string_view Prefix = "Record";
-  static constexpr std::size_t KeyCount = 4;
-  static constexpr std::array<std::string_view, KeyCount> Keys{"ShowName", "ShowCompany",
-                                                               "NextName", "NextCompany"};
+  static constexpr std::array<std::string_view, 4> Keys{"ShowName", "ShowCompany", "NextName",
+                                                        "NextCompany"};
+
+  // The first four letters, in lower case, as one number. Characters that are no letters may look
+  // like some.
+  static std::uint32_t Beginning(const char* text) {
+    std::uint32_t letters = 0;
+    std::memcpy(&letters, text, sizeof letters);
+    return letters | 0x20202020U;
+  }
+
+  // False for most of the lines with other keys.
+  static bool MayBeWanted(std::string_view line) {
+    if (line.size() < sizeof(std::uint32_t)) return false;
+    const std::uint32_t beginning = Beginning(line.data());
+    return beginning == Beginning("show") || beginning == Beginning("next");
+  }
+
+  Links& LinksOf(std::int32_t number) { return links_[static_cast<std::size_t>(number - first_)]; }
+  Texts& TextsOf(std::int32_t number) { return texts_[static_cast<std::size_t>(number - first_)]; }
 
   void Take(std::string_view line) {
     if (line.front() == '[' || IsBlank(line.front())) {
       if (const auto name = ParseHeading(line)) return Begin(*name);
     }
-    if (current_ != nullptr) TakeEntry(line);
+    if (current_ != Nowhere) TakeEntry(line);
   }
 
   void Begin(std::string_view section) {
-    current_ = nullptr;
+    current_ = Nowhere;
     isSet_ = {};
     if (!EqualNames(section.substr(0, Prefix.size()), Prefix)) return;
     const std::string_view digits = section.substr(Prefix.size());
     const std::int32_t number = digits.starts_with(' ') ? Nowhere : Link(digits);
     if (number < first_ || number - first_ >= RecordsPerFile) return;
-    Listed& record = records_[static_cast<std::size_t>(number - first_)];
-    if (record.Number != Nowhere) return;
-    record.Number = number;
-    record.RecNo = digits;
-    current_ = &record;
+    if (LinksOf(number).Number != Nowhere) return;
+    LinksOf(number).Number = number;
+    TextsOf(number).RecNo = digits;
+    current_ = number;
   }
 
   void TakeEntry(std::string_view line) {
-    // Only the lines that are wanted are taken apart wholly.
-    const std::size_t equals = line.find('=');
-    const std::string_view name = TrimBlanks(line.substr(0, equals));
+    const WrittenEntry entry = ParseEntry(line);
     std::size_t key = 0;
-    while (key < KeyCount && !EqualNames(name, Keys[key])) ++key;
-    if (key == KeyCount || isSet_[key]) return;
+    while (key < Keys.size() && !EqualNames(entry.Key, Keys[key])) ++key;
+    if (key == Keys.size() || isSet_[key]) return;
     isSet_[key] = true;
-    std::string value = DecodeValue(ParseEntry(line).Written);
     switch (key) {
       case 0:
-        current_->ShowName = std::move(value);
+        TextsOf(current_).ShowName = DecodeValue(entry.Written);
         break;
       case 1:
-        current_->ShowCompany = std::move(value);
+        TextsOf(current_).ShowCompany = DecodeValue(entry.Written);
         break;
       case 2:
-        current_->NextName = Link(value);
+        LinksOf(current_).NextName = WrittenLink(entry.Written);
         break;
       default:
-        current_->NextCompany = Link(value);
+        LinksOf(current_).NextCompany = WrittenLink(entry.Written);
     }
   }
 
+  // A number hardly ever needs decoding.
+  static std::int32_t WrittenLink(std::string_view written) {
+    const std::int32_t number = Link(written);
+    return number != Nowhere || written.empty() ? number : Link(DecodeValue(written));
+  }
+
   std::int32_t first_;
-  std::array<Listed, RecordsPerFile> records_;
-  Listed* current_ = nullptr;  // the record whose section is being read
-  std::array<bool, KeyCount> isSet_{};
+  std::array<Links, RecordsPerFile> links_;
+  std::array<Texts, RecordsPerFile> texts_;
+  std::int32_t current_ = Nowhere;  // the record whose section is being read
+  std::array<bool, Keys.size()> isSet_{};
 };
 
 // A chain leads to and fro through the files: each is gone through once, in its own order, when the
@@ -116,16 +146,18 @@ class ListedRecords {
   ListedRecords(Profile& profile, std::string_view dataPath)
       : snapshot_(profile), dataPath_(dataPath) {}
 
-  // Null where there is no such record.
-  Listed* Find(std::int32_t number) {
-    if (number < 0) return nullptr;
+  // Nothing where there is no such record.
+  std::optional<Listed> Find(std::int32_t number) {
+    if (number < 0) return std::nullopt;
     const std::int32_t fileNumber = number / RecordsPerFile;
     std::unique_ptr<Block>& block = BlockAt(fileNumber);
     if (!block) {
       block = std::make_unique<Block>(fileNumber,
                                       snapshot_.Bytes(RecordFileName(dataPath_, fileNumber)));
     }
-    return block->Find(number);
+    const Listed record = block->Find(number);
+    if (record.Chained->Number == Nowhere) return std::nullopt;
+    return record;
   }
 
  private:
@@ -146,48 +178,48 @@ class ListedRecords {
 
 // The way along one of the two chains.
 struct Walk {
-  std::int32_t Listed::*Next;
-  bool Listed::*IsIn;
+  std::int32_t Links::*Next;
+  bool Links::*IsIn;
   std::int32_t At;
-  std::vector<Listed*> Found;
+  std::vector<Listed> Found;
 
   // False at the end of the chain, be it a proper one or not.
   bool Go(ListedRecords& records) {
-    Listed* const record = records.Find(At);
-    if (record == nullptr || record->*IsIn) return false;
-    record->*IsIn = true;
-    Found.push_back(record);
-    At = record->*Next;
+    const std::optional<Listed> record = records.Find(At);
+    if (!record || record->Chained->*IsIn) return false;
+    record->Chained->*IsIn = true;
+    Found.push_back(*record);
+    At = record->Chained->*Next;
     return true;
   }
 };
 
-void MoveToList(const std::vector<Listed*>& found, std::string Listed::*text,
+void MoveToList(const std::vector<Listed>& found, std::string Texts::*text,
                 std::vector<std::string>& texts, std::vector<std::string>& recNos) {
   const std::size_t size = std::max<std::size_t>(found.size(), 1);
   texts.resize(size);
   recNos.resize(size);
   for (std::size_t i = 0; i < found.size(); ++i) {
-    texts[i] = std::move(found[i]->*text);
-    recNos[i] = found[i]->RecNo;
+    texts[i] = std::move(found[i].Shown->*text);
+    recNos[i] = found[i].Shown->RecNo;
   }
 }
 
 // Both lists become all records that either way has found.
 void Unite(Walk& names, Walk& companies, const TextComparer& comparer) {
-  std::vector<Listed*> all = names.Found;
+  std::vector<Listed> all = names.Found;
   std::copy_if(companies.Found.begin(), companies.Found.end(), std::back_inserter(all),
-               [](const Listed* record) { return !record->IsInNames; });
+               [](const Listed& record) { return !record.Chained->IsInNames; });
   if (all.size() > MaxRecords) all.resize(MaxRecords);
-  const auto sorted = [&](std::string Listed::*text) {
-    std::vector<Listed*> list = all;
-    std::stable_sort(list.begin(), list.end(), [&](const Listed* a, const Listed* b) {
-      return comparer.Compare(a->*text, b->*text) < 0;
+  const auto sorted = [&](std::string Texts::*text) {
+    std::vector<Listed> list = all;
+    std::stable_sort(list.begin(), list.end(), [&](const Listed& a, const Listed& b) {
+      return comparer.Compare(a.Shown->*text, b.Shown->*text) < 0;
     });
     return list;
   };
-  names.Found = sorted(&Listed::ShowName);
-  companies.Found = sorted(&Listed::ShowCompany);
+  names.Found = sorted(&Texts::ShowName);
+  companies.Found = sorted(&Texts::ShowCompany);
 }
 
 }  // namespace
@@ -202,10 +234,9 @@ void Records::GetNamesList() {
   progress_.Begin("Please wait while getting names list...", "Loading Names...");
 
   ListedRecords records(profile_, data_.DataPath);
-  Walk names{
-      &Listed::NextName, &Listed::IsInNames, Link(ReadHeaderEntry(NameChain.FirstRecord)), {}};
-  Walk companies{&Listed::NextCompany,
-                 &Listed::IsInCompanies,
+  Walk names{&Links::NextName, &Links::IsInNames, Link(ReadHeaderEntry(NameChain.FirstRecord)), {}};
+  Walk companies{&Links::NextCompany,
+                 &Links::IsInCompanies,
                  Link(ReadHeaderEntry(CompanyChain.FirstRecord)),
                  {}};
   names.Found.reserve(count);
@@ -220,7 +251,7 @@ void Records::GetNamesList() {
   // are to hold the same ones.
   if (isWhole && names.At == Nowhere && companies.At == Nowhere) {
     isWhole = std::all_of(names.Found.begin(), names.Found.end(),
-                          [](const Listed* record) { return record->IsInCompanies; });
+                          [](const Listed& record) { return record.Chained->IsInCompanies; });
   }
   if (!isWhole) {
     while (names.Found.size() < MaxRecords && names.Go(records)) {
@@ -231,8 +262,8 @@ void Records::GetNamesList() {
     data_.NoOfRecords = static_cast<std::int16_t>(names.Found.size());
     data_.ListsIncomplete = true;
   }
-  MoveToList(names.Found, &Listed::ShowName, data_.NamesList, data_.NamesRecNo);
-  MoveToList(companies.Found, &Listed::ShowCompany, data_.CompaniesList, data_.CompaniesRecNo);
+  MoveToList(names.Found, &Texts::ShowName, data_.NamesList, data_.NamesRecNo);
+  MoveToList(companies.Found, &Texts::ShowCompany, data_.CompaniesList, data_.CompaniesRecNo);
   progress_.End();
 }
 

@@ -1,9 +1,9 @@
 #include "store/record_reader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include "platform/numbers.h"
 #include "platform/text.h"
@@ -24,13 +24,17 @@ std::string RecordSection(std::string_view RecNo) {
 }
 
 std::optional<std::int32_t> ParseRecordNumber(std::string_view RecNo) {
-  const std::string_view text = Trim(RecNo);
-  std::int32_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  // "007" and "-0" would lead to sections of other names.
-  if (text.front() == '-' || (text.front() == '0' && text.size() > 1)) return std::nullopt;
-  return number;
+  std::string_view text = RecNo;
+  if (text.starts_with(' ') || text.ends_with(' ')) text = Trim(text);
+  // "007" would lead to a section of another name.
+  if (text.empty() || (text.front() == '0' && text.size() > 1)) return std::nullopt;
+  std::int64_t number = 0;
+  for (const char digit : text) {
+    if (digit < '0' || digit > '9') return std::nullopt;
+    number = number * 10 + (digit - '0');
+    if (number > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
+  }
+  return static_cast<std::int32_t>(number);
 }
 
 std::int64_t RecordFileNumber(std::string_view RecNo) {

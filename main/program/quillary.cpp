@@ -26,8 +26,7 @@ void LeaveDesktop() {
   if (runningForms != nullptr) runningForms->ExitApplication();
 }
 
-int Run(QApplication& application) {
-  EndSignals endSignals;
+int Run(QApplication& application, EndSignals& endSignals) {
   SingleInstance instance(QStringLiteral("Quillary"));
   HostDisk disk;
   const FileNames names(disk, FindOwnDirectory(), FindProfileFolder());
@@ -42,6 +41,7 @@ int Run(QApplication& application) {
     QWidget* const window = QApplication::activeModalWidget();
     RaiseWindow(window != nullptr ? *window : forms.Main);
   });
+  endSignals.Listen();
   runningForms = &forms;
   std::atexit(LeaveDesktop);
 
@@ -54,8 +54,9 @@ int Run(QApplication& application) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  EndSignals endSignals;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("quillary"));
   QApplication::setQuitOnLastWindowClosed(false);
-  return Run(application);
+  return Run(application, endSignals);
 }

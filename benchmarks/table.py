@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""Measures everything and prints a table: each figure beside the limit measured in the same run.
+
+    benchmarks/table.py <build directory>
+
+Needs a release build and Xvfb. Data go to TMPDIR, which should be on a real disk; the machine should
+have nothing else to do.
+"""
+
+import json
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+
+STARTS = 9
+FULL = 32767
+
+
+def store_times(build):
+    """Medians in milliseconds, by the benchmark's name without its settings."""
+    out = subprocess.run(
+        [os.path.join(build, "benchmarks/store_benchmark"), "--benchmark_format=json",
+         "--benchmark_repetitions=5", "--benchmark_report_aggregates_only=true"],
+        check=True, capture_output=True).stdout
+    to_ms = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1e3}
+    times = {}
+    for row in json.loads(out)["benchmarks"]:
+        if row["aggregate_name"] == "median":
+            name = row["run_name"].split("/iterations")[0].replace("/real_time", "")
+            times[name] = row["real_time"] * to_ms[row["time_unit"]]
+    return times
+
+
+def start_figures(build, count):
+    """Medians of the milliseconds to the painted list and of the megabytes used by then."""
+    folder = tempfile.mkdtemp(prefix="quillary-start-")
+    try:
+        data = os.path.join(folder, "data")
+        os.mkdir(data)
+        subprocess.run([os.path.join(build, "benchmarks/generate_data"), data, str(count)],
+                       check=True)
+        with open(os.path.join(folder, "varek.ini"), "w", encoding="utf-8") as file:
+            file.write(f"[QL32]\nVersion=2.0\nTips=0\n[Data Files]\nQuillDataPath={data}/\n")
+        figures = []
+        for _ in range(STARTS):
+            out = subprocess.run(
+                ["xvfb-run", "-a", os.path.join(build, "benchmarks/start_benchmark"), folder],
+                check=True, capture_output=True, text=True).stdout.split()
+            figures.append((float(out[0]), float(out[1]) / 1024))
+        return [statistics.median(column) for column in zip(*figures)]
+    finally:
+        shutil.rmtree(folder)
+
+
+def main():
+    build = sys.argv[1]
+    times = store_times(build)
+    empty_ms, empty_mb = start_figures(build, 0)
+    full_ms, full_mb = start_figures(build, FULL)
+    into_full = next(time for name, time in times.items()
+                     if name.startswith("InsertRecord/") and name != "InsertRecord/100")
+
+    rows = [("read an entry of an unchanged file", times["ReadEntry"] * 1000, "us", "2 us",
+             times["ReadEntry"] * 1000, 2)]
+    for what, name, peer_name, peer_what, limit in [
+            ("write an entry durably", "WriteEntry", "WriteSyncRename",
+             "write, sync, rename the same bytes", 1.5),
+            (f"GetNamesList, {FULL} records", "GetNamesList", "ReadAllFiles",
+             "read all the files once", 4),
+            (f"SortNamesList, {FULL} scrambled", "SortNamesList", "WriteAllFilesDurably",
+             "write all the files durably", 2)]:
+        rows.append((what, times[name], "ms", f"{limit} x {peer_what}",
+                     times[name] / times[peer_name], limit))
+    rows.append((f"InsertRecord into {FULL}", into_full, "ms", "1.2 x into 100",
+                 into_full / times["InsertRecord/100"], 1.2))
+    rows.append((f"start to painted list, {FULL} records", full_ms, "ms",
+                 "150 ms more than with none", full_ms - empty_ms, 150))
+    rows.append(("memory by then", full_mb, "MB", "60 MB more than with none",
+                 full_mb - empty_mb, 60))
+
+    print("| what | measured | limit | against the limit | |")
+    print("|---|---|---|---|---|")
+    for what, value, unit, limit_text, against, limit in rows:
+        print(f"| {what} | {value:.3g} {unit} | {limit_text} | {against:.3g} of {limit} |"
+              f" {'kept' if against <= limit else 'MISSED'} |")
+
+
+if __name__ == "__main__":
+    main()
