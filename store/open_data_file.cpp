@@ -48,6 +48,7 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   static_cast<void>(profile_.MakeFolder(folder));
   // What an older program left half done there must not be completed over the new header.
   error = profile_.Recover(data_.DataFile);
+  if (error == RunTimeError::None) error = KeepOldHeader();
   if (error == RunTimeError::None) error = WriteNewHeader();
   if (error == RunTimeError::None) {
     // The next start looks there; while it cannot, it would offer to empty this data set.
@@ -60,6 +61,15 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   }
   data_.NoOfRecords = 0;
   return true;
+}
+
+// A header that is about to be emptied may be the only way to records of an older data set.
+RunTimeError Records::KeepOldHeader() {
+  constexpr std::string_view KeptName = "quill.old";
+  if (ReadHeaderEntry("TotalNoOfRecords") == "0") return RunTimeError::None;
+  const RunTimeError error =
+      profile_.CopyFile(data_.DataFile, data_.DataPath + std::string(KeptName));
+  return error == RunTimeError::FileNotFound ? RunTimeError::None : error;
 }
 
 RunTimeError Records::WriteNewHeader() {

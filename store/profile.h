@@ -56,6 +56,10 @@ class Profile {
   // Makes a folder that only its owner can enter; one that exists already is no error.
   RunTimeError MakeFolder(std::string_view Folder);
 
+  // Copies a file as it stands on the disk, in place of one that has the name `To`. The copy is
+  // whole and durable when None is returned; otherwise there is none, or the old one.
+  RunTimeError CopyFile(std::string_view From, std::string_view To);
+
   // Drops the open group without its undo steps. For a program that ends in the middle of it.
   void AbandonGroup();
 

@@ -178,6 +178,20 @@ RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
   return RunTimeError::None;
 }
 
+RunTimeError Profile::CopyFile(std::string_view From, std::string_view To) {
+  std::string bytes;
+  FileStamp stamp;
+  RunTimeError error = disk_.Read(names_.Find(From), bytes, stamp);
+  if (error != RunTimeError::None) return error;
+  const std::string path = names_.Find(To);
+  const std::string beside = FolderOf(path) + TemporaryName(NameOf(path), ProcessNumber());
+  error = WriteNewFile(beside, bytes, stamp.Permissions);
+  if (error != RunTimeError::None) return error;
+  error = disk_.Rename(beside, path);
+  if (error != RunTimeError::None) (void)disk_.Remove(beside);
+  return error == RunTimeError::None ? disk_.SyncFolder(FolderOf(path)) : error;
+}
+
 RunTimeError Profile::Commit(const ProfileChanges& changes) {
   RunTimeError error = FinishUnfinished();
   if (error != RunTimeError::None || changes.empty()) return error;

@@ -32,7 +32,8 @@ class Records {
 
   // Finds the data directory from the preferences, completes or drops an unfinished change there,
   // and reads NoOfRecords; where there is no valid header, asks and creates a new data set in
-  // "quilldat" of the program's own directory (`ownDirectory`, a program path). False: the program
+  // "quilldat" of the program's own directory (`ownDirectory`, a program path); a header of other
+  // records that lies there is kept as "quill.old". False: the program
   // is to end; then `error` tells why, None meaning that the user declined. When a new data set
   // cannot be made, StoreData is as it was before the question.
   bool OpenDataFile(std::string_view prefsFile, std::string_view ownDirectory,
@@ -104,6 +105,8 @@ class Records {
             std::string_view value);
   void NoteRecordEntry(std::string_view RecNo, std::string_view Key, std::string_view Value);
   void NoteHeaderEntry(std::string_view Key, std::string_view Value);
+
+  RunTimeError KeepOldHeader();
 
   std::string RecordBehind(const Chain& chain, const std::vector<std::string>& recNos);
   void NoteLink(const Chain& chain, const std::vector<std::string>& recNos, std::size_t index,

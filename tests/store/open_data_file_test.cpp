@@ -99,6 +99,18 @@ TEST_F(OpenDataFileTest, CreatesAnEmptyDataSetBesideTheProgram) {
   EXPECT_EQ(World.Store.ReadRecordEntry("0", "FirstName"), "Ann");
 }
 
+TEST_F(OpenDataFileTest, KeepsTheHeaderOfRecordsThatLieThereAlready) {
+  ASSERT_TRUE(Open());
+  World.Add("Ann", "Lee", "");
+  const std::string header = World.Folder.ReadFile("quilldat/quill.dat");
+  std::filesystem::remove(World.Folder.File("varek.ini"));
+  for (int start = 0; start < 2; ++start) {
+    ASSERT_TRUE(Open());
+    EXPECT_EQ(World.Folder.ReadFile("quilldat/quill.old"), header);
+    std::filesystem::remove(World.Folder.File("varek.ini"));
+  }
+}
+
 TEST_F(OpenDataFileTest, SaysWhatKeptItFromCreating) {
   World.Data.NoOfRecords = 5;
   int faults = 0;
