@@ -56,8 +56,7 @@ class Block {
     LineReader reader(bytes);
     std::string_view line;
     while (reader.Next(line)) {
-      const char first = line.front();
-      if (first == '[' || IsBlank(first) || MayBeWanted(line)) Take(line);
+      if (MayMatter(line.front())) Take(line);
     }
   }
   Listed Find(std::int32_t number) { return {&LinksOf(number), &TextsOf(number)}; }
@@ -75,7 +74,13 @@ class Block {
     return letters | 0x20202020U;
   }
 
-  // False for most of the lines with other keys.
+  // Most lines are told by their first character to be neither headings nor wanted entries.
+  static bool MayMatter(char first) {
+    return first == '[' || first == 'S' || first == 'N' || first == 's' || first == 'n' ||
+           IsBlank(first);
+  }
+
+  // False for most of the other lines with other keys.
   static bool MayBeWanted(std::string_view line) {
     if (line.size() < sizeof(std::uint32_t)) return false;
     const std::uint32_t beginning = Beginning(line.data());
@@ -88,6 +93,8 @@ class Block {
   void Take(std::string_view line) {
     if (line.front() == '[' || IsBlank(line.front())) {
       if (const auto name = ParseHeading(line)) return Begin(*name);
+    } else if (!MayBeWanted(line)) {
+      return;
     }
     if (current_ != Nowhere) TakeEntry(line);
   }
@@ -108,7 +115,8 @@ class Block {
   void TakeEntry(std::string_view line) {
     const WrittenEntry entry = ParseEntry(line);
     std::size_t key = 0;
-    while (key < Keys.size() && !EqualNames(entry.Key, Keys[key])) ++key;
+    while (key < Keys.size() && entry.Key != Keys[key]) ++key;
+    if (key == Keys.size()) key = KeyInOtherCase(entry.Key);
     if (key == Keys.size() || isSet_[key]) return;
     isSet_[key] = true;
     switch (key) {
@@ -124,6 +132,12 @@ class Block {
       default:
         LinksOf(current_).NextCompany = WrittenLink(entry.Written);
     }
+  }
+
+  static std::size_t KeyInOtherCase(std::string_view name) {
+    const auto* const found = std::find_if(
+        Keys.begin(), Keys.end(), [&](std::string_view key) { return EqualNames(name, key); });
+    return static_cast<std::size_t>(found - Keys.begin());
   }
 
   // A number hardly ever needs decoding.
