@@ -24,11 +24,14 @@ SharingGuard::SharingGuard(Profile& profile, SharedData& shared, std::function<v
 }
 
 RunTimeError SharingGuard::IncrementUses() {
-  return WriteUses(std::max(ReadUses(), 0) + 1);
+  const RunTimeError error = WriteUses(std::max(ReadUses(), 0) + 1);
+  isCounted_ = error == RunTimeError::None;
+  isToBeCounted_ = !isCounted_;
+  return error;
 }
 
 void SharingGuard::CheckInUse() {
-  shared_.InUse = ReadUses() >= 2;
+  shared_.InUse = isToBeCounted_ || ReadUses() >= 2;
 }
 
 RunTimeError SharingGuard::ResetUses() {
@@ -46,6 +49,10 @@ int SharingGuard::ReadUses() {
 }
 
 RunTimeError SharingGuard::WriteUses(int uses) {
+  // Data that are gone must not come back as a header of this counter alone.
+  if (profile_.ReadEntry(shared_.DataFile, Section, "Application").empty()) {
+    return RunTimeError::FileNotFound;
+  }
   // Both applications read the counter as a 16-bit number.
   using Limits = std::numeric_limits<std::int16_t>;
   const int held = std::clamp<int>(uses, Limits::min(), Limits::max());
@@ -54,6 +61,7 @@ RunTimeError SharingGuard::WriteUses(int uses) {
 
 void SharingGuard::InUseTimer_Timer() {
   const bool wasInUse = shared_.InUse;
+  if (isToBeCounted_) static_cast<void>(IncrementUses());
   CheckInUse();
   if (shared_.InUse != wasInUse) setReadOnly_();
 }

@@ -16,7 +16,10 @@ class SharingGuard {
   SharingGuard(Profile& profile, SharedData& shared, std::function<void()> setReadOnly);
 
   // Counts this program as a user: the counter, negative taken as 0, plus 1. Writes the header.
+  // Where that fails nothing is to be changed: InUse stays true until it succeeds, which the timer
+  // tries again. Where there is no header nothing is written (FileNotFound); so with the others.
   RunTimeError IncrementUses();
+  bool IsCounted() const { return isCounted_; }
   // Reads the counter into InUse.
   void CheckInUse();
   // Makes this program the only user: the counter becomes 1, InUse false. On an error both stay as
@@ -37,6 +40,8 @@ class SharingGuard {
   Profile& profile_;
   SharedData& shared_;
   std::function<void()> setReadOnly_;
+  bool isCounted_ = false;
+  bool isToBeCounted_ = false;  // IncrementUses failed
 };
 
 }  // namespace quillary

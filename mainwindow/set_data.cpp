@@ -34,8 +34,9 @@ void MainDialog::SetData() {
   EnableMain(true);
   SetPanel(1, QString());
   ShowReadOnly();
+  RunTimeError error = RunTimeError::None;
   if (AnythingToShow()) {
-    ShowRecord();
+    error = ShowRecord();
   } else {
     ShowNothing();
   }
@@ -43,10 +44,32 @@ void MainDialog::SetData() {
   SetPanel(3, company ? QStringLiteral("Company") : QStringLiteral("Name"));
   SetPanel(4, shared_.FilterOn ? QStringLiteral("Filter - ON") : QStringLiteral("Filter - OFF"));
   quillMnu_.SetChecks(shared_.ViewMode, shared_.FilterOn);
+  TellFault(error);
+}
+
+void MainDialog::TellFault(RunTimeError error) {
+  if (faultBox_ != nullptr) return;
+  const bool told = error == toldFault_ && shared_.CurRecordNo == faultyRecordNo_;
+  toldFault_ = error;
+  faultyRecordNo_ = shared_.CurRecordNo;
+  // Closing the box activates the window, which brings SetData here again.
+  if (told || error == RunTimeError::None) return;
+  const std::string number = SignedNumberText(static_cast<int>(error));
+  faultBox_ = new QMessageBox(
+      QMessageBox::NoIcon, QStringLiteral("Quillary"),
+      QStringLiteral("Error No. %1 Found, in the MainDialog.SetData\nPlease contact the authour.")
+          .arg(QString::fromStdString(number)),
+      QMessageBox::Ok, this);
+  faultBox_->setTextFormat(Qt::PlainText);
+  faultBox_->setAttribute(Qt::WA_DeleteOnClose);
+  // Without waiting: whoever called SetData may have windows to close.
+  faultBox_->setWindowModality(Qt::ApplicationModal);
+  faultBox_->show();
 }
 
 bool MainDialog::AnythingToShow() const {
-  return shared_.FilterOn ? shared_.FilteredCount > 0 : shared_.NoOfRecords > 0;
+  const int count = shared_.FilterOn ? shared_.FilteredCount : shared_.NoOfRecords;
+  return count > 0 && LstNames->ListCount() > 0;
 }
 
 void MainDialog::ShowReadOnly() {
@@ -58,11 +81,11 @@ void MainDialog::ShowReadOnly() {
 }
 
 void MainDialog::ShowNothing() {
-  const bool hidden = shared_.NoOfRecords > 0;  // the filter hides them all
-  BtnFilter->setEnabled(hidden && IsBuilt(Feature::Filter));
+  const bool anyRecord = shared_.NoOfRecords > 0;
+  BtnFilter->setEnabled(anyRecord && IsBuilt(Feature::Filter));
   SetPanel(2, QString());
   // Before the list is disabled: else its focus would wander off to the next control.
-  if (hidden) {
+  if (anyRecord && shared_.FilterOn) {
     BtnFilter->setFocus();
   } else if (!shared_.InUse) {
     BtnNew->setFocus();
@@ -75,18 +98,23 @@ void MainDialog::ShowNothing() {
   EnableFind(false);
   CboSrchIn->setCurrentIndex(-1);
   Notes->setEnabled(false);
-  for (DetailLabel* label : Label) label->SetCaption(std::string());
+  for (DetailLabel* label : Label) {
+    label->SetHighlighted(false);
+    label->SetCaption(std::string());
+    label->setEnabled(false);
+  }
 }
 
-void MainDialog::ShowRecord() {
+RunTimeError MainDialog::ShowRecord() {
   LstNames->setEnabled(true);
   LstNames->SetListIndex(shared_.CurListIndex);
-  LstNames_Click();
+  const RunTimeError error = LstNames_Click();
   BtnCopy->setEnabled(IsBuilt(Feature::Copy));
   BtnFilter->setEnabled(IsBuilt(Feature::Filter));
   DetailsFrame->setEnabled(true);
   EnableFind(IsBuilt(Feature::Find));
   if (CboSrchIn->currentIndex() < 0) CboSrchIn->setCurrentIndex(0);
+  return error;
 }
 
 void MainDialog::EnableFind(bool enable) {
@@ -102,8 +130,8 @@ void MainDialog::SetCopyBox(std::size_t flag, bool present) {
   ChkCopy.at(flag)->setChecked(present && shared_.CopyValues.at(flag) != 0);
 }
 
-void MainDialog::LstNames_Click() {
-  if (LstNames->ListCount() == 0) return;
+RunTimeError MainDialog::LstNames_Click() {
+  if (LstNames->ListCount() == 0) return RunTimeError::None;
   if (LstNames->ListIndex() < 0) LstNames->SetListIndex(0);
   shared_.CurListIndex = static_cast<std::int16_t>(LstNames->ListIndex());
   shared_.CurRecordNo = NumberText(LstNames->ItemData(shared_.CurListIndex));
@@ -111,7 +139,7 @@ void MainDialog::LstNames_Click() {
   SetPanel(2, QString::fromStdString(SignedNumberText(shared_.CurListIndex + 1) + "/" +
                                      SignedNumberText(count)));
 
-  records_->ReadRecord(shared_.CurRecordNo);
+  const RunTimeError error = records_->ReadRecord(shared_.CurRecordNo);
   const FieldArray& fields = shared_.FieldValues;
   auto captions = ComposeLines(shared_.NameStyle, fields);
   for (std::size_t i = 0; i < Label.size(); ++i) {
@@ -131,6 +159,7 @@ void MainDialog::LstNames_Click() {
   const bool notes = !fields[Field::Notes].empty();
   Notes->setEnabled(notes);
   Label[NotesLine]->setEnabled(notes);
+  return error;
 }
 
 }  // namespace quillary

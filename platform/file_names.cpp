@@ -157,7 +157,9 @@ std::string FindOwnDirectory() {
 
 std::string FindOwnDirectory(const std::string& executableFolder) {
   const bool isBin = std::filesystem::path(executableFolder).filename() == "bin";
-  if (!isBin && access(executableFolder.c_str(), W_OK | X_OK) == 0) return executableFolder;
+  // A program path cannot name a folder with a backslash.
+  const bool isUsable = !isBin && executableFolder.find('\\') == std::string::npos;
+  if (isUsable && access(executableFolder.c_str(), W_OK | X_OK) == 0) return executableFolder;
 
   std::string folder = Join(UserFolder("XDG_DATA_HOME", ".local/share"), "quillary");
   MakeFolders(folder);

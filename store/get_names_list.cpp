@@ -156,6 +156,8 @@ class Block {
 // A chain leads to and fro through the files: each is gone through once, in its own order, when the
 // first of its records is met.
 class ListedRecords {
+  static constexpr std::int32_t UsualFiles = 4096;
+
  public:
   ListedRecords(Profile& profile, std::string_view dataPath)
       : snapshot_(profile), dataPath_(dataPath) {}
@@ -174,10 +176,15 @@ class ListedRecords {
     return record;
   }
 
+  // The first error that kept a record file from being read.
+  RunTimeError Error() const { return snapshot_.Error(); }
+
+  // How many record numbers, from 0 on, are looked at where chains do not lead to every record.
+  static constexpr std::int32_t UsualNumbers = UsualFiles * RecordsPerFile;
+
  private:
   // Damaged links may name any file: only the usual ones have a place in a table.
   std::unique_ptr<Block>& BlockAt(std::int32_t fileNumber) {
-    constexpr std::int32_t UsualFiles = 4096;
     if (fileNumber >= UsualFiles) return others_[fileNumber];
     const auto index = static_cast<std::size_t>(fileNumber);
     if (index >= usual_.size()) usual_.resize(index + 1);
@@ -219,21 +226,42 @@ void MoveToList(const std::vector<Listed>& found, std::string Texts::*text,
   }
 }
 
-// Both lists become all records that either way has found.
-void Unite(Walk& names, Walk& companies, const TextComparer& comparer) {
+// The records below `end` that neither chain leads to, though they are not deleted.
+std::vector<Listed> FindStrays(ListedRecords& records, std::int32_t end, RecordReader& reader,
+                               const std::string& firstDeleted) {
+  std::vector<Listed> strays;
+  for (std::int32_t number = 0; number < end; ++number) {
+    const std::optional<Listed> record = records.Find(number);
+    if (!record || record->Chained->IsInNames || record->Chained->IsInCompanies) continue;
+    // A section without a display string holds links at most.
+    const std::string& recNo = record->Shown->RecNo;
+    if (record->Shown->ShowName.empty() || recNo == firstDeleted) continue;
+    const bool isDeleted =
+        !reader.Value(recNo, "PrevDel").empty() || !reader.Value(recNo, "NextDel").empty();
+    if (!isDeleted) strays.push_back(*record);
+  }
+  return strays;
+}
+
+// Both lists become all records that either way has found, and the strays. False if there are more
+// than the lists can hold.
+bool Unite(Walk& names, Walk& companies, const std::vector<Listed>& strays,
+           const TextComparer& comparer) {
   std::vector<Listed> all = names.Found;
   std::copy_if(companies.Found.begin(), companies.Found.end(), std::back_inserter(all),
                [](const Listed& record) { return !record.Chained->IsInNames; });
-  if (all.size() > MaxRecords) all.resize(MaxRecords);
+  all.insert(all.end(), strays.begin(), strays.end());
   const auto sorted = [&](std::string Texts::*text) {
     std::vector<Listed> list = all;
     std::stable_sort(list.begin(), list.end(), [&](const Listed& a, const Listed& b) {
       return comparer.Compare(a.Shown->*text, b.Shown->*text) < 0;
     });
+    if (list.size() > MaxRecords) list.resize(MaxRecords);
     return list;
   };
   names.Found = sorted(&Texts::ShowName);
   companies.Found = sorted(&Texts::ShowCompany);
+  return all.size() <= MaxRecords;
 }
 
 }  // namespace
@@ -245,6 +273,9 @@ void Records::GetNamesList() {
     list->assign(std::max<std::size_t>(count, 1), std::string());
   }
   data_.ListsIncomplete = false;
+  linksOutdated_ = false;
+  behindNames_.clear();
+  behindCompanies_.clear();
   progress_.Begin("Please wait while getting names list...", "Loading Names...");
 
   ListedRecords records(profile_, data_.DataPath);
@@ -256,6 +287,7 @@ void Records::GetNamesList() {
   names.Found.reserve(count);
   companies.Found.reserve(count);
   bool isWhole = true;
+  bool isTooLong = false;
   for (std::size_t i = 0; i < count && isWhole; ++i) {
     if (i > 0) progress_.Step(static_cast<double>(i + 1) / static_cast<double>(count) * 100);
     isWhole = names.Go(records);
@@ -272,10 +304,18 @@ void Records::GetNamesList() {
     }
     while (companies.Found.size() < MaxRecords && companies.Go(records)) {
     }
-    Unite(names, companies, comparer_);
+    RecordReader reader(profile_, data_.DataPath);
+    const std::int32_t end =
+        std::clamp(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0, ListedRecords::UsualNumbers);
+    const auto strays =
+        FindStrays(records, end, reader, std::string(Trim(ReadHeaderEntry("DelFirstRecord"))));
+    // What has no place in the lists must not fall out of the chains.
+    isTooLong = !Unite(names, companies, strays, comparer_);
     data_.NoOfRecords = static_cast<std::int16_t>(names.Found.size());
     data_.ListsIncomplete = true;
   }
+  listsError_ = records.Error();
+  if (listsError_ == RunTimeError::None && isTooLong) listsError_ = RunTimeError::DeviceError;
   MoveToList(names.Found, &Texts::ShowName, data_.NamesList, data_.NamesRecNo);
   MoveToList(companies.Found, &Texts::ShowCompany, data_.CompaniesList, data_.CompaniesRecNo);
   progress_.End();

@@ -1,14 +1,15 @@
 #include <algorithm>
+#include <cctype>
 #include <utility>
 
 #include "platform/numbers.h"
 #include "platform/text.h"
+#include "store/chain.h"
 #include "store/records.h"
 
 namespace quillary {
 namespace {
 
-constexpr std::string_view Signature = "Quillary";
 constexpr std::string_view HeaderName = "quill.dat";
 
 }  // namespace
@@ -18,7 +19,11 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   constexpr std::string_view PathSection = "Data Files";
   constexpr std::string_view PathKey = "QuillDataPath";
 
+  // A group without writes: preferences that cannot be read are not the same as none.
+  ProfileUpdate reading(profile_);
   data_.DataPath = profile_.ReadEntry(prefsFile, PathSection, PathKey);
+  error = reading.Commit();
+  if (error != RunTimeError::None) return false;
   data_.DataFile = data_.DataPath + std::string(HeaderName);
   // Without a data directory the name would stand for a profile in the user's configuration.
   error = data_.DataPath.empty() ? RunTimeError::None : profile_.Recover(data_.DataFile);
@@ -27,6 +32,10 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   const std::string count = ReadHeaderEntry("NoOfRecords");
   const bool isOurs = EqualWithoutCase(application, Signature);
   data_.NoOfRecords = std::max<std::int16_t>(ToInt16(count), 0);
+  // Where the count says nothing, the lists are followed as far as they go.
+  const bool isCount =
+      !Trim(count).empty() && std::isdigit(static_cast<unsigned char>(Trim(count)[0]));
+  if (!isCount && !ReadHeaderEntry(NameChain.FirstRecord).empty()) data_.NoOfRecords = MaxRecords;
   if (isOurs && !count.empty() && !ReadHeaderEntry("TotalNoOfRecords").empty()) {
     // Over half of an unfinished change nothing must be built.
     return error == RunTimeError::None;
@@ -44,15 +53,18 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   std::string oldPath = std::exchange(data_.DataPath, folder + '\\');
   std::string oldFile = std::exchange(data_.DataFile, data_.DataPath + std::string(HeaderName));
 
-  // A folder that cannot be made shows in the write that follows.
+  // A folder that cannot be made shows in the writes that follow.
   static_cast<void>(profile_.MakeFolder(folder));
-  // What an older program left half done there must not be completed over the new header.
-  error = profile_.Recover(data_.DataFile);
-  if (error == RunTimeError::None) error = KeepOldHeader();
-  if (error == RunTimeError::None) error = WriteNewHeader();
+  // The preference comes first: while it cannot be stored, a header that lies there stays as it is.
+  error = profile_.WriteEntry(prefsFile, PathSection, PathKey, UpperCase(data_.DataPath));
   if (error == RunTimeError::None) {
-    // The next start looks there; while it cannot, it would offer to empty this data set.
-    error = profile_.WriteEntry(prefsFile, PathSection, PathKey, UpperCase(data_.DataPath));
+    // What an older program left half done there must not be completed over the new header.
+    error = profile_.Recover(data_.DataFile);
+    if (error == RunTimeError::None) error = KeepOldHeader();
+    if (error == RunTimeError::None) error = WriteNewHeader();
+    if (error != RunTimeError::None) {
+      static_cast<void>(profile_.WriteEntry(prefsFile, PathSection, PathKey, oldPath));
+    }
   }
   if (error != RunTimeError::None) {
     data_.DataPath = std::move(oldPath);

@@ -188,12 +188,18 @@ RunTimeError ProfileUpdate::Commit() {
 
 ProfileSnapshot::ProfileSnapshot(Profile& profile) : profile_(profile) {}
 
+void ProfileSnapshot::NoteError(RunTimeError error) {
+  if (error == RunTimeError::None) return;
+  if (error_ == RunTimeError::None) error_ = error;
+  profile_.NoteReadError(error);
+}
+
 const ProfileText& ProfileSnapshot::Text(std::string_view File) {
   const auto known = texts_.find(File);
   if (known != texts_.end()) return *known->second;
   RunTimeError error = RunTimeError::None;
   const Profile::CachedFile& file = profile_.Current(File, error);
-  if (error != RunTimeError::None) profile_.NoteReadError(error);
+  NoteError(error);
   return *texts_.emplace(std::string(File), profile_.TextWithUnwritten(file)).first->second;
 }
 
@@ -210,7 +216,7 @@ std::string_view ProfileSnapshot::Bytes(std::string_view File) {
     error = profile_.disk_.Read(profile_.names_.Find(File), buffer_, stamp);
   }
   if (error != RunTimeError::None) buffer_.clear();
-  if (error != RunTimeError::None && !IsMissing(error)) profile_.NoteReadError(error);
+  if (!IsMissing(error)) NoteError(error);
   return buffer_;
 }
 

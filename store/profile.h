@@ -179,8 +179,14 @@ class ProfileSnapshot {
   // The file's bytes, without keeping them in memory for later reads. Valid until the next call.
   std::string_view Bytes(std::string_view File);
 
+  // The first error that kept a file from being read; a missing file is none.
+  RunTimeError Error() const { return error_; }
+
  private:
+  void NoteError(RunTimeError error);
+
   Profile& profile_;
+  RunTimeError error_ = RunTimeError::None;
   std::string buffer_;
   Profile::TextMap<std::shared_ptr<const ProfileText>> texts_;
 };

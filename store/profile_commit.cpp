@@ -72,6 +72,11 @@ RunTimeError Profile::Prepare(PendingFile& pending) {
   pending.After = pending.Before ? pending.Before->With(*pending.Changes)
                                  : ProfileText(std::string()).With(*pending.Changes);
   if (!pending.IsChanged()) return RunTimeError::None;
+  // The new file would be writable however the old one is protected.
+  constexpr unsigned AnyWrite = 0222;
+  if (pending.Before && (file.Stamp.Permissions & AnyWrite) == 0) {
+    return RunTimeError::PermissionDenied;
+  }
   const std::string path =
       FolderOf(file.HostPath) + TemporaryName(NameOf(file.HostPath), ProcessNumber());
   const unsigned permissions = pending.Before ? file.Stamp.Permissions : OwnerOnly;
@@ -155,9 +160,16 @@ RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
                                     const ProfileChanges& changes) {
   const std::string folder = FolderOf(files.front().File->HostPath);
   const std::string journalPath = folder + std::string(JournalName);
-  const std::string journal = JournalText(MakeJournal(files));
+  std::string journal = JournalText(MakeJournal(files));
   bool isLeft = false;
   RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
+  if (error == RunTimeError::PathAccess && CompleteJournal(folder) == RunTimeError::None) {
+    // Another program was stopped in the middle of a group; now its group is done, too.
+    error = PrepareAll(files);
+    if (error != RunTimeError::None) return error;
+    journal = JournalText(MakeJournal(files));
+    error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
+  }
   if (error == RunTimeError::None) {
     error = disk_.SyncFolder(folder);
     if (error != RunTimeError::None) isLeft = disk_.Remove(journalPath) != RunTimeError::None;
@@ -193,8 +205,9 @@ RunTimeError Profile::CopyFile(std::string_view From, std::string_view To) {
 }
 
 RunTimeError Profile::Commit(const ProfileChanges& changes) {
+  if (changes.empty()) return RunTimeError::None;
   RunTimeError error = FinishUnfinished();
-  if (error != RunTimeError::None || changes.empty()) return error;
+  if (error != RunTimeError::None) return error;
 
   std::vector<PendingFile> files;
   files.reserve(changes.size());

@@ -28,6 +28,9 @@ class RecordReader {
  public:
   RecordReader(Profile& profile, std::string_view dataPath);
 
+  // The first error that kept a record file from being read.
+  RunTimeError Error() const { return snapshot_.Error(); }
+
   // A record file; empty for one that is missing. Valid as long as this object.
   const ProfileText& File(std::int64_t fileNumber);
   // The record's section; one that does not exist has no entries.

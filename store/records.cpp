@@ -58,12 +58,22 @@ void Records::NoteHeaderEntry(std::string_view Key, std::string_view Value) {
   Note(data_.DataFile, HeaderSection, Key, Value);
 }
 
-void Records::ReadRecord(std::string_view RecNo) {
+RunTimeError Records::ReadRecord(std::string_view RecNo) {
   RecordReader reader(profile_, data_.DataPath);
   const ProfileText::Section section = reader.Record(RecNo);
   for (std::size_t i = 0; i < data_.NoOfFields; ++i) {
     data_.FieldValues.at(i) = section.Value(data_.FieldKeys.at(i)).value_or(std::string());
   }
+  return reader.Error();
+}
+
+// Whether the header could be the one that was opened: data may vanish with their disk.
+RunTimeError Records::CheckHeader() {
+  ProfileSnapshot snapshot(profile_);
+  const auto application = snapshot.Text(data_.DataFile).Value(HeaderSection, "Application");
+  if (snapshot.Error() != RunTimeError::None) return snapshot.Error();
+  const bool isOurs = EqualWithoutCase(application.value_or(std::string()), Signature);
+  return isOurs ? RunTimeError::None : RunTimeError::FileNotFound;
 }
 
 bool Records::RecordExists(std::string_view RecNo) {
@@ -71,10 +81,17 @@ bool Records::RecordExists(std::string_view RecNo) {
 }
 
 RunTimeError Records::NextRecordNumber(std::string& RecNo) {
+  if (const RunTimeError error = CheckHeader(); error != RunTimeError::None) return error;
   constexpr std::int64_t Largest = std::numeric_limits<std::int32_t>::max() - 1;
   std::int64_t number = std::max(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0);
   RecordReader reader(profile_, data_.DataPath);
+  // A file that should be there and is not may come back, with its own records.
+  const bool isInFile = number % RecordsPerFile != 0;
+  if (isInFile && reader.File(number / RecordsPerFile).Bytes().empty()) {
+    number += RecordsPerFile - number % RecordsPerFile;
+  }
   while (number <= Largest && reader.Record(NumberText(number)).Exists()) ++number;
+  if (reader.Error() != RunTimeError::None) return reader.Error();
   if (number > Largest) return RunTimeError::DeviceError;
 
   const RunTimeError error = WriteHeaderEntry("TotalNoOfRecords", NumberText(number + 1));

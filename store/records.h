@@ -48,15 +48,17 @@ class Records {
                                 std::string_view Value);
   std::string ReadHeaderEntry(std::string_view Key);
   RunTimeError WriteHeaderEntry(std::string_view Key, std::string_view Value);
-  // The record's fields into FieldValues, all of them as they stood at one moment.
-  void ReadRecord(std::string_view RecNo);
+  // The record's fields into FieldValues, all of them as they stood at one moment. A missing record
+  // has empty fields; so has one whose file cannot be read, which is an error.
+  RunTimeError ReadRecord(std::string_view RecNo);
 
   // Whether the record's section is in its file, linked or not.
   bool RecordExists(std::string_view RecNo);
   // The number for a new record: TotalNoOfRecords, or the first one above it that no section
   // bears, so that a record of an older or damaged data set is never overwritten. Raises
   // TotalNoOfRecords to the number after it; to be called inside the group that writes the record.
-  // On an error (no number is left: DeviceError) nothing has changed.
+  // On an error (no number is left: DeviceError; the data files are gone: FileNotFound) nothing has
+  // changed.
   RunTimeError NextRecordNumber(std::string& RecNo);
 
   // Writes FieldValues and the two display strings into the record. Clears the salutation of a
@@ -66,16 +68,17 @@ class Records {
 
   // Reads both lists from the files into memory: exactly NoOfRecords entries of each. Where a chain
   // ends early, runs in a circle or points nowhere, or the two do not hold the same records, takes
-  // every record that either chain reaches, sorted, sets NoOfRecords to their number and
-  // ListsIncomplete. Changes nothing on disk.
+  // every record that either chain reaches or that stands in the files without being deleted,
+  // sorted, sets NoOfRecords to their number and ListsIncomplete. Changes nothing on disk.
   void GetNamesList();
   // Sorts both lists (equal ones keep their order) and, if anything moved, writes every link and
   // the list heads anew as one group. On an error the files are as before and the lists in memory
-  // are sorted all the same; ListsIncomplete is set then.
+  // are sorted all the same; the next change writes the links first.
   RunTimeError SortNamesList();
   void SortFilteredList();
-  // If ListsIncomplete is set: writes every link, the list heads and NoOfRecords from the lists in
-  // memory and clears it. To be called at the start of a group that reads or changes links.
+  // To be called at the start of a group that reads or changes links. If the links in the files are
+  // not those of the lists in memory, writes all of them anew. Fails, so that nothing is written,
+  // where the data files are gone or a part of them could not be read.
   RunTimeError RestoreLinks();
   // Fills the list box from the list that ViewMode and FilterOn choose.
   void ShowRecords();
@@ -96,6 +99,8 @@ class Records {
   void GetFilteredNamesList();
 
  private:
+  static constexpr std::string_view Signature = "Quillary";
+
   struct Chain;  // the names of one list's keys
   static const Chain NameChain;
   static const Chain CompanyChain;
@@ -106,6 +111,7 @@ class Records {
   void NoteRecordEntry(std::string_view RecNo, std::string_view Key, std::string_view Value);
   void NoteHeaderEntry(std::string_view Key, std::string_view Value);
 
+  RunTimeError CheckHeader();
   RunTimeError KeepOldHeader();
 
   std::string RecordBehind(const Chain& chain, const std::vector<std::string>& recNos);
@@ -125,6 +131,13 @@ class Records {
   const TextComparer& comparer_;
   ProgressHooks& progress_;
   ListHooks& lines_;
+
+  // Why the lists in memory are not to be written over the links in the files.
+  RunTimeError listsError_ = RunTimeError::None;
+  // The order in memory could not be stored; what follows the listed records in the files.
+  bool linksOutdated_ = false;
+  std::string behindNames_;
+  std::string behindCompanies_;
 };
 
 // The display strings of the two lists. All three arguments are trimmed in place.

@@ -49,11 +49,17 @@ void Records::NoteLinks(const std::string& behindNames, const std::string& behin
 }
 
 RunTimeError Records::RestoreLinks() {
-  if (!data_.ListsIncomplete) return RunTimeError::None;
+  if (const RunTimeError error = CheckHeader(); error != RunTimeError::None) return error;
+  if (listsError_ != RunTimeError::None) return listsError_;
+  if (!data_.ListsIncomplete && !linksOutdated_) return RunTimeError::None;
   ProfileUpdate update(profile_);
-  NoteLinks("", "", nullptr);
-  update.OnUndo([this] { data_.ListsIncomplete = true; });
+  NoteLinks(behindNames_, behindCompanies_, nullptr);
+  update.OnUndo([this, wasIncomplete = data_.ListsIncomplete, wereOutdated = linksOutdated_] {
+    data_.ListsIncomplete = wasIncomplete;
+    linksOutdated_ = wereOutdated;
+  });
   data_.ListsIncomplete = false;
+  linksOutdated_ = false;
   return update.Commit();
 }
 

@@ -48,6 +48,7 @@ std::vector<std::size_t> SortedOrder(const TextComparer& comparer, const Texts& 
 // False: both lists were in order already and nothing was changed.
 bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, Texts& names,
               Texts& namesRecNo, Texts& companies, Texts& companiesRecNo) {
+  if (names.size() < 2) return false;
   if (IsSorted(comparer, names) && IsSorted(comparer, companies)) {
     progress.Step(100);
     return false;
@@ -66,16 +67,16 @@ bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, Texts& name
 RunTimeError Records::SortNamesList() {
   progress_.Begin(SortingText, "Sorting Names...");
   // Where the header's count is too small the chains go on; what follows must stay linked.
-  const std::string behindNames = RecordBehind(NameChain, data_.NamesRecNo);
-  const std::string behindCompanies = RecordBehind(CompanyChain, data_.CompaniesRecNo);
+  behindNames_ = RecordBehind(NameChain, data_.NamesRecNo);
+  behindCompanies_ = RecordBehind(CompanyChain, data_.CompaniesRecNo);
   RunTimeError error = RunTimeError::None;
   if (SortBoth(comparer_, progress_, data_.NamesList, data_.NamesRecNo, data_.CompaniesList,
                data_.CompaniesRecNo)) {
     progress_.Begin("Please wait while sorting data...", "Sorting Data...");
     ProfileUpdate update(profile_);
-    update.OnUndo([this] { data_.ListsIncomplete = true; });
-    NoteLinks(behindNames, behindCompanies, &progress_);
-    data_.ListsIncomplete = false;
+    update.OnUndo([this] { linksOutdated_ = true; });
+    NoteLinks(behindNames_, behindCompanies_, &progress_);
+    linksOutdated_ = false;
     error = update.Commit();
   }
   progress_.End();

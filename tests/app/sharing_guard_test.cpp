@@ -19,10 +19,12 @@ class SharingGuardTest : public testing::Test {
 
   // What the other application does.
   void WriteCounter(const std::string& counter) {
-    folder_.WriteFile("quill.dat", "[General Info]\r\nNoOfUses=" + counter + "\r\n");
+    folder_.WriteFile("quill.dat",
+                      "[General Info]\r\nApplication=Quillary\r\nNoOfUses=" + counter + "\r\n");
   }
   void ExpectCounter(const std::string& counter) {
-    EXPECT_EQ(folder_.ReadFile("quill.dat"), "[General Info]\r\nNoOfUses=" + counter + "\r\n");
+    EXPECT_EQ(folder_.ReadFile("quill.dat"),
+              "[General Info]\r\nApplication=Quillary\r\nNoOfUses=" + counter + "\r\n");
   }
 
   TempFolder folder_;
@@ -35,6 +37,7 @@ class SharingGuardTest : public testing::Test {
 };
 
 TEST_F(SharingGuardTest, CountsThisProgramFromWhateverStandsThere) {
+  folder_.WriteFile("quill.dat", "[General Info]\r\nApplication=Quillary\r\n");
   EXPECT_EQ(guard_.IncrementUses(), RunTimeError::None);
   ExpectCounter("1");
   guard_.CheckInUse();
@@ -47,6 +50,19 @@ TEST_F(SharingGuardTest, CountsThisProgramFromWhateverStandsThere) {
     EXPECT_EQ(guard_.IncrementUses(), RunTimeError::None);
     ExpectCounter(after);
   }
+}
+
+TEST_F(SharingGuardTest, UncountedItChangesNothingUntilItCanBeCounted) {
+  EXPECT_EQ(guard_.IncrementUses(), RunTimeError::FileNotFound);
+  EXPECT_EQ(guard_.DecrementUses(), RunTimeError::FileNotFound);
+  EXPECT_FALSE(std::filesystem::exists(folder_.File("quill.dat")));
+  guard_.CheckInUse();
+  EXPECT_TRUE(shared_.InUse);
+  WriteCounter("0");
+  guard_.InUseTimer.start(1);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !shared_.InUse; }));
+  EXPECT_EQ(applied_, 1);
+  ExpectCounter("1");
 }
 
 TEST_F(SharingGuardTest, TheLastUserMayTakeTheCounterBelowZero) {

@@ -111,12 +111,15 @@ TEST_F(OpenDataFileTest, KeepsTheHeaderOfRecordsThatLieThereAlready) {
   }
 }
 
-TEST_F(OpenDataFileTest, SaysWhatKeptItFromCreating) {
+TEST_F(OpenDataFileTest, SaysWhatKeptItFromCreatingAndLeavesAnOldHeaderAlone) {
+  const std::string oldHeader = "[General Info]\nApplication=Other\nTotalNoOfRecords=7\n";
   World.Data.NoOfRecords = 5;
   int faults = 0;
   for (int call = 1;; ++call) {
     std::filesystem::remove_all(World.Folder.File("quilldat"));
     std::filesystem::remove(World.Folder.File("varek.ini"));
+    std::filesystem::create_directory(World.Folder.File("quilldat"));
+    World.Folder.WriteFile("quilldat/quill.dat", oldHeader);
     Profile access(World.Machine, World.Names);
     Records store(World.Data, access, World.Comparer, World.Progress, World.Lines);
     World.Machine.FailAt(call, RunTimeError::DiskFull, true);
@@ -133,9 +136,22 @@ TEST_F(OpenDataFileTest, SaysWhatKeptItFromCreating) {
     ++faults;
     EXPECT_NE(Error, RunTimeError::None) << call;
     EXPECT_EQ(World.Data.DataPath, "") << call;
-    EXPECT_EQ(World.Folder.ReadFile("varek.ini"), "") << call;
+    EXPECT_EQ(World.Folder.ReadFile("quilldat/quill.dat"), oldHeader) << call;
   }
   EXPECT_GT(faults, 5);
+}
+
+TEST_F(OpenDataFileTest, FollowsTheListsWhereTheCountSaysNothing) {
+  for (const std::string count : {"many", "-5"}) {
+    Prepare(
+        "[General Info]\nApplication=Quillary\nTotalNoOfRecords=1\nNameFirstRecord=0\n"
+        "CompanyFirstRecord=0\nNoOfRecords=" +
+        count);
+    World.Folder.WriteFile("data/quill0.dat", "[Record0]\nShowName=A\nShowCompany=A\n");
+    EXPECT_TRUE(Open());
+    World.Store.GetNamesList();
+    EXPECT_EQ(World.Data.NoOfRecords, 1) << count;
+  }
 }
 
 }  // namespace

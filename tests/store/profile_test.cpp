@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <ostream>
 
 #include "tests/support/fault_disk.h"
 #include "tests/support/temp_folder.h"
@@ -188,6 +189,10 @@ struct Operation {
   const char* Name;
   int Files;
   bool InGroup;
+
+  friend void PrintTo(const Operation& operation, std::ostream* stream) {
+    *stream << operation.Name;
+  }
 };
 
 struct ProfileFaultTest : ProfileTest, testing::WithParamInterface<Operation> {

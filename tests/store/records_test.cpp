@@ -54,7 +54,7 @@ TEST_F(RecordsTest, WriteRecordStoresFieldsAsTypedAndTrimsAfterwards) {
   EXPECT_EQ(Store.ReadRecordEntry("100", "ShowName"), "2, 1");
   EXPECT_EQ(Store.ReadRecordEntry("100", "ShowCompany"), "( 4 )");
   EXPECT_TRUE(World.Folder.ReadFile("quill1.dat").starts_with("[Record100]\r\nSal="));
-  Store.ReadRecord("100");
+  EXPECT_EQ(Store.ReadRecord("100"), RunTimeError::None);
   EXPECT_EQ(Values, typed);
 
   // Without a name there is no salutation; a name of blanks is a name here.
@@ -75,7 +75,8 @@ TEST_F(RecordsTest, AFailedWriteRecordLeavesTheFieldsAsTyped) {
 }
 
 TEST_F(RecordsTest, ANewNumberNeverBelongsToARecordOfOldFiles) {
-  World.Folder.WriteFile("quill.dat", "[General Info]\r\nTotalNoOfRecords=98\r\n");
+  World.Folder.WriteFile("quill.dat",
+                         "[General Info]\r\nApplication=Quillary\r\nTotalNoOfRecords=98\r\n");
   World.Folder.WriteFile("quill0.dat", "[Record98]\r\nNotes=old\r\n[record99]\r\n");
   World.Folder.WriteFile("quill1.dat", "[Record100]\r\n");
   std::string recNo;
@@ -86,13 +87,13 @@ TEST_F(RecordsTest, ANewNumberNeverBelongsToARecordOfOldFiles) {
   EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "102");
 
   for (const auto& [total, number] : std::initializer_list<std::pair<std::string, std::string>>{
-           {"-7", "0"}, {"none", "0"}, {"2147483646", "2147483646"}}) {
+           {"-7", "0"}, {"none", "0"}, {"2147483600", "2147483600"}}) {
     ASSERT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", total), RunTimeError::None);
     EXPECT_EQ(Store.NextRecordNumber(recNo), RunTimeError::None);
     EXPECT_EQ(recNo, number);
   }
   EXPECT_EQ(Store.NextRecordNumber(recNo), RunTimeError::DeviceError);
-  EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "2147483647");
+  EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "2147483601");
 }
 
 }  // namespace

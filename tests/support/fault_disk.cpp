@@ -59,8 +59,9 @@ RunTimeError FaultDisk::Create(const std::string& path, unsigned permissions, in
 }
 
 RunTimeError FaultDisk::Write(int handle, std::string_view bytes) {
-  if (stops_ && calls_ + 1 == faultAt_)
+  if (stops_ && calls_ + 1 == faultAt_) {
     (void)HostDisk::Write(handle, bytes.substr(0, bytes.size() / 2));
+  }
   const RunTimeError fault = Fault(true);
   return fault == RunTimeError::None ? HostDisk::Write(handle, bytes) : fault;
 }
