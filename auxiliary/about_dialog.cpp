@@ -47,7 +47,7 @@ void AboutDialog::ShowAbout() {
   Form_Load();
   const QRect main = hub_.MainGeometry();
   MoveToCentre(main);
-  move(HoldOnScreen(pos(), FrameSize(), ScreenOf(main)));
+  MoveTo(HoldOnScreen(pos(), FrameSize(), ScreenOf(main)));
   ShowForm();
   hub_.EnableMain(false);
 }

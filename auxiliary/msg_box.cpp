@@ -138,7 +138,7 @@ void MsgBox::Form_Activate() {
   const QRect screen = ScreenOf(hub_.MainGeometry());
   const int lowest = screen.top() + screen.height() - FrameSize().height() - Px(300);
   const QPoint place(std::max(pos().x(), screen.left() + Px(150)), std::min(pos().y(), lowest));
-  if (place != pos()) move(place);
+  if (place != pos()) MoveTo(place);
 }
 
 void MsgBox::Form_Unload() {

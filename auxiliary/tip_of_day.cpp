@@ -78,8 +78,8 @@ TipOfDay::TipOfDay(SharedData& shared, Profile& profile, Hub& hub, MsgBoxSnglTxt
   Place(*BtnOK, 4605, 2835, 1215, 375);
   connect(BtnOK, &QPushButton::clicked, this, &TipOfDay::BtnOK_Click);
 
-  setTabOrder(BtnOK, BtnNext);
-  setTabOrder(BtnNext, ChkTips);
+  setTabOrder(ChkTips, BtnNext);
+  setTabOrder(BtnNext, BtnOK);
   SetDefaultButton(BtnOK);
   SetSize(6000, 3375);
   SetOwner(hub.MainWindow());
@@ -89,7 +89,7 @@ void TipOfDay::ShowTip(bool holdOnScreen) {
   Form_Load();
   const QRect main = hub_.MainGeometry();
   MoveToCentre(main);
-  if (holdOnScreen) move(HoldOnScreen(pos(), FrameSize(), ScreenOf(main)));
+  if (holdOnScreen) MoveTo(HoldOnScreen(pos(), FrameSize(), ScreenOf(main)));
   ShowForm();
   hub_.EnableMain(false);
 }

@@ -28,6 +28,9 @@ class TipOfDay : public Form {
  protected:
   void Form_Activate() override;
   void Form_Unload() override;
+  QWidget* FirstControl() const override { return DefaultButton(); }
+  // Esc closes the window like its title bar.
+  void reject() override { Unload(); }
 
  private:
   void Form_Load();

@@ -64,7 +64,6 @@ FileInUse::FileInUse(SharedData& shared, SharingGuard& guard, Hub& hub,
   Place(*BtnOK, 5145, 2940, 1215, 375);
   connect(BtnOK, &QPushButton::clicked, this, &FileInUse::BtnOK_Click);
 
-  setTabOrder(BtnOK, ChkCrashRecover);
   SetDefaultButton(BtnOK);
   SetSize(6540, 3480);
   SetOwner(hub.MainWindow());

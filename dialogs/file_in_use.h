@@ -23,6 +23,10 @@ class FileInUse : public Form {
   // it by OK, the counter is reset. If that fails he is told and the window stays.
   void ShowFileInUse();
 
+ protected:
+  // Not the check box, which must not be ticked by a stray key.
+  QWidget* FirstControl() const override { return DefaultButton(); }
+
  private:
   void Form_Load();
   void ChkCrashRecover_Click();

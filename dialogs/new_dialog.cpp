@@ -89,6 +89,10 @@ void NewDialog::Form_Unload() {
   hub_.EnableMain(true);
 }
 
+QWidget* NewDialog::FirstControl() const {
+  return goesOn_ ? &Frame1->LastBox() : Form::FirstControl();
+}
+
 void NewDialog::BtnOK_Click() {
   guard_.InUseTimer.stop();
   RemovePrompts();
@@ -113,8 +117,11 @@ void NewDialog::BtnOK_Click() {
     pleaseWait_.HideForm();
     hub_.SetPanel(1, QString());
     Tell(*refusal);
-    move(place);
+    MoveTo(place);
+    goesOn_ = true;
     ShowForm();
+    goesOn_ = false;
+    Frame1->GoOn();
     return;
   }
   Unload();

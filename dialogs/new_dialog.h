@@ -39,6 +39,7 @@ class NewDialog : public Form {
  protected:
   void Form_Activate() override;
   void Form_Unload() override;
+  QWidget* FirstControl() const override;
 
  private:
   // What the user is told when the record is not saved.
@@ -69,6 +70,7 @@ class NewDialog : public Form {
   RecordBoxes* Frame1;
   QPushButton* BtnOK;
   QPushButton* BtnCancel;
+  bool goesOn_ = false;  // comes back after a refusal
 };
 
 }  // namespace quillary

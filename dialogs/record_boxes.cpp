@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <algorithm>
 #include <limits>
 
 #include "platform/desktop/twips.h"
@@ -15,6 +16,7 @@ namespace {
 // All in twips, inside the frame.
 constexpr int kBoxHeight = 285;
 constexpr int kNotesHeight = 495;
+constexpr int kLabelTop = 60;  // below the top of its box, in whose middle its text is
 
 struct BoxPlace {
   const char* AccessibleName;
@@ -89,7 +91,8 @@ void RecordBoxes::MakeLabels() {
   for (const LabelPlace& place : kLabels) {
     auto* label = new QLabel(QString::fromLatin1(place.Caption), this);
     label->setObjectName(QStringLiteral("Label%1").arg(number++));
-    Place(*label, 120, place.Top - 30, 810, 240);
+    Place(*label, 120, place.Top, 810, 2 * (kBoxHeight / 2 - kLabelTop));
+    label->resize(label->width(), std::max(label->height(), label->fontMetrics().height()));
   }
 }
 
@@ -120,7 +123,37 @@ std::string RecordBoxes::Value(std::size_t index) const {
 void RecordBoxes::Begin() {
   for (QLineEdit* box : TxtBox) box->setCursorPosition(0);
   notesBox_->moveCursor(QTextCursor::Start);
+  lastBox_ = 0;
   TxtBox_GotFocus(0);
+  RememberSelection();
+}
+
+QWidget& RecordBoxes::LastBox() const {
+  if (lastBox_ < TxtBox.size()) return *TxtBox.at(lastBox_);
+  return *notesBox_;
+}
+
+void RecordBoxes::GoOn() {
+  if (lastBox_ >= TxtBox.size()) return;  // it keeps them
+  QLineEdit& box = *TxtBox.at(lastBox_);
+  const int length = static_cast<int>(box.text().size());
+  const int anchor = std::min(anchor_, length);
+  const int cursor = std::min(cursor_, length);
+  if (anchor == cursor) {
+    box.setCursorPosition(cursor);
+    box.deselect();
+  } else {
+    box.setSelection(anchor, cursor - anchor);
+  }
+}
+
+void RecordBoxes::RememberSelection() {
+  if (lastBox_ >= TxtBox.size()) return;
+  const QLineEdit& box = *TxtBox.at(lastBox_);
+  cursor_ = box.cursorPosition();
+  anchor_ = cursor_;
+  if (!box.hasSelectedText()) return;
+  anchor_ = box.selectionStart() == cursor_ ? box.selectionEnd() : box.selectionStart();
 }
 
 bool RecordBoxes::eventFilter(QObject* object, QEvent* event) {
@@ -137,6 +170,10 @@ bool RecordBoxes::eventFilter(QObject* object, QEvent* event) {
     const bool isBack = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
                         reason == Qt::MenuBarFocusReason;
     if (!clickGaveFocus_ && !isBack) TxtBox_GotFocus(index);
+    lastBox_ = index;
+  } else if (event->type() == QEvent::FocusOut && index == lastBox_) {
+    // A box of one line is about to drop its selection.
+    RememberSelection();
   } else if (event->type() == QEvent::MouseButtonRelease && clickGaveFocus_) {
     clickGaveFocus_ = false;
     if (!HasSelection(index)) TxtBox_GotFocus(index);

@@ -30,6 +30,10 @@ class RecordBoxes : public QFrame {
   // All boxes show their beginning, and the first one's text is selected, as when it gets the
   // focus.
   void Begin();
+  // The box that has the focus, or had it last.
+  QWidget& LastBox() const;
+  // That box has its selection and cursor as the user left them.
+  void GoOn();
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;
@@ -39,12 +43,16 @@ class RecordBoxes : public QFrame {
   void PlaceBox(QWidget& box, std::size_t index, int height);
   void TxtBox_GotFocus(std::size_t index);
   bool HasSelection(std::size_t index) const;
+  void RememberSelection();
 
   std::array<QLineEdit*, Field::Notes> TxtBox{};  // those of one line
   MultiLineBox* notesBox_ = nullptr;              // TxtBox(15)
   FieldArray values_;                             // as they were set
   std::array<QString, FieldCount> texts_;         // what the boxes made of them
   bool clickGaveFocus_ = false;                   // and its mouse button is still down
+  std::size_t lastBox_ = 0;                       // which had the focus last
+  int anchor_ = 0;                                // of its selection
+  int cursor_ = 0;
 };
 
 }  // namespace quillary

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QString>
@@ -23,6 +24,18 @@ class CommandButton : public QPushButton {
   std::function<bool(const QMouseEvent&)> MouseDown;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    // The arrow keys would walk to whatever button lies in their direction.
+    const int key = event->key();
+    const bool arrow =
+        key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+    if (arrow) {
+      event->ignore();
+    } else {
+      QPushButton::keyPressEvent(event);
+    }
+  }
+
   void mousePressEvent(QMouseEvent* event) override {
     if (!MouseDown || !MouseDown(*event)) QPushButton::mousePressEvent(event);
   }

@@ -1,6 +1,7 @@
 #include "mainwindow/detail_label.h"
 
 #include <QPainter>
+#include <QTextLayout>
 #include <QTextOption>
 #include <algorithm>
 #include <utility>
@@ -58,18 +59,45 @@ void DetailLabel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const QColor normal = highlighted_ ? QColor(0, 0, 192) : QColor(0, 0, 0);
   painter.setPen(isEnabled() ? normal : palette().color(QPalette::Disabled, QPalette::WindowText));
-  if (shape_ == Shape::OneLine) {
-    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+  if (shape_ == Shape::Block) {
+    PaintBlock(painter);
     return;
   }
-  // Whole lines only.
-  const int line = fontMetrics().lineSpacing();
-  const QRect block(0, 0, width(), std::max(1, height() / line) * line);
-  painter.setClipRect(block);
+  const QString line = OneLine(caption_, static_cast<std::size_t>(width()));
+  painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                   fontMetrics().elidedText(line, Qt::ElideRight, width()));
+}
+
+// Whole lines only; the last one tells whether there is more.
+void DetailLabel::PaintBlock(QPainter& painter) const {
+  const int pitch = fontMetrics().lineSpacing();
+  const int lines = std::max(1, height() / pitch);
+  // No text of so many characters fits.
+  const int narrow = std::max(1, fontMetrics().horizontalAdvance(QLatin1Char('i')) / 2);
+  const int limit = lines * std::max(1, width() / narrow);
+  const QString text = ManyLines(caption_, static_cast<std::size_t>(limit))
+                           .replace(QLatin1Char('\n'), QChar::LineSeparator);
+  QTextLayout layout(text, font(), const_cast<DetailLabel*>(this));
   QTextOption option(Qt::AlignLeft | Qt::AlignTop);
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  painter.drawText(QRectF(block), text(), option);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  for (int i = 0; i < lines; ++i) {
+    QTextLine line = layout.createLine();
+    if (!line.isValid()) break;
+    line.setLineWidth(width());
+    line.setPosition(QPointF(0, i * pitch));
+    const qsizetype start = line.textStart();
+    if (i < lines - 1 || start + line.textLength() >= text.size()) continue;
+    // The line as far as it goes, and its mark.
+    const QString rest = text.mid(start).section(QChar::LineSeparator, 0, 0) + QChar(0x2026);
+    painter.drawText(QRect(0, i * pitch, width(), pitch), Qt::AlignLeft | Qt::TextSingleLine,
+                     fontMetrics().elidedText(rest, Qt::ElideRight, width()));
+    line.setPosition(QPointF(0, lines * pitch));
+  }
+  layout.endLayout();
+  painter.setClipRect(0, 0, width(), lines * pitch);
+  layout.draw(&painter, QPointF(0, 0));
 }
 
 }  // namespace quillary

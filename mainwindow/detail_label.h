@@ -8,7 +8,8 @@
 namespace quillary {
 
 // One line of the details panel, or a block of lines that wrap. It takes any text as it is, at the
-// same cost however long: its caption is the whole text, of which it paints what fits.
+// same cost however long: its caption is the whole text, of which it paints what fits, with "…"
+// where there is more.
 class DetailLabel : public QLabel {
   Q_OBJECT
 
@@ -38,6 +39,7 @@ class DetailLabel : public QLabel {
 
  private:
   int LineHeight() const;
+  void PaintBlock(QPainter& painter) const;
 
   Shape shape_;
   std::string caption_;

@@ -67,11 +67,15 @@ void MainDialog::Label_MouseDown(int index, const QMouseEvent& event) {
   }
 }
 
-void MainDialog::Label_MouseMove(int index) {
+void MainDialog::Highlight(int index) {
   for (int i = 0; i < static_cast<int>(Label.size()); ++i) {
     Label.at(static_cast<std::size_t>(i))
         ->SetHighlighted(i == index || (IsAddress(i) && IsAddress(index)));
   }
+}
+
+void MainDialog::Label_MouseMove(int index) {
+  Highlight(index);
   // What dialling says stays until it is over.
   if (!IsNumber(index) || Panel(1) != QStringLiteral("Dial a number.")) SetPanel(1, Hint(index));
 }

@@ -89,9 +89,10 @@ void FilterDialog::LayOut() {
   buttons->addWidget(BtnCancel);
   buttons->addStretch(1);
 
+  grid->addLayout(buttons, static_cast<int>(labels.size()) + 1, 0, 1, 3);
+
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(frame);
-  layout->addLayout(buttons);
   layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
@@ -106,6 +107,8 @@ void FilterDialog::Form_Load() {
   for (std::size_t i = 0; i < criteria_.size(); ++i) {
     criteria_.at(i)->setText(QString::fromStdString(shared_.FilterCriteria.at(i)));
   }
+  // Typing replaces the first criterion, as in a box that is reached by Tab.
+  criteria_[0]->selectAll();
 }
 
 void FilterDialog::Form_Activate() {

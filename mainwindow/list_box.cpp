@@ -1,5 +1,6 @@
 #include "mainwindow/list_box.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <algorithm>
@@ -69,6 +70,7 @@ void ListBox::SetListIndex(int index) {
     return;
   }
   const QModelIndex line = lines_.index(index);
+  if (index == ListIndex() && line == currentIndex()) return;
   selectionModel()->setCurrentIndex(line, QItemSelectionModel::ClearAndSelect);
   scrollTo(line);
 }
@@ -100,6 +102,15 @@ void ListBox::keyboardSearch(const QString& letter) {
   const QModelIndexList found =
       lines_.match(next, Qt::DisplayRole, letter, 1, Qt::MatchStartsWith | Qt::MatchWrap);
   if (!found.isEmpty()) setCurrentIndex(found.first());
+}
+
+void ListBox::keyPressEvent(QKeyEvent* event) {
+  // The view would copy what it shows of the line, over what the user has copied.
+  if (event->matches(QKeySequence::Copy)) {
+    event->ignore();
+    return;
+  }
+  QListView::keyPressEvent(event);
 }
 
 void ListBox::mousePressEvent(QMouseEvent* event) {

@@ -52,7 +52,8 @@ class ListBox : public QListView {
 
   // The selected line, -1 for none.
   int ListIndex() const;
-  // Selects a line and brings it into view, without a Click; one out of range selects none.
+  // Selects a line and brings it into view, without a Click; one out of range selects none. The
+  // line that is selected already stays where it is on the screen.
   void SetListIndex(int index);
 
   // Replaces all lines; none is selected. The numbers are given as decimal text.
@@ -68,6 +69,7 @@ class ListBox : public QListView {
   void Click();
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,

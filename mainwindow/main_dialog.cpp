@@ -36,7 +36,8 @@ MainDialog::MainDialog(SharedData& shared)
       StatBar(new StatusBar(QStringLiteral("StatBar"))) {
   setObjectName(QStringLiteral("MainDialog"));
   LstNames->setAccessibleName(QStringLiteral("Names"));
-  connect(LstNames, &ListBox::Click, this, &MainDialog::LstNames_Click);
+  // The list shows a record that cannot be read as an empty one; SetData tells why.
+  connect(LstNames, &ListBox::Click, this, [this] { static_cast<void>(LstNames_Click()); });
   connect(&quillMnu_, &QuillMnu::MnuNameStyleArray_Click, this,
           &MainDialog::MnuNameStyleArray_Click);
   MakeDetails();
@@ -44,6 +45,7 @@ MainDialog::MainDialog(SharedData& shared)
   MakeButtons();
   MakeFind();
   LayOut();
+  TrackMouse();
 }
 
 void MainDialog::Connect(Records& records, Commands& commands) {

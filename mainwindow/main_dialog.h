@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QPointer>
 #include <array>
 
@@ -62,6 +63,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   void MakeDetails();
@@ -72,14 +74,23 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
 
   void Form_Activate();
   bool BtnNew_MouseDown(const QMouseEvent& event);
-  void LstNames_Click();
+  // Gives the error of reading the record.
+  RunTimeError LstNames_Click();
   void Label_MouseDown(int index, const QMouseEvent& event);
   void Label_MouseMove(int index);
+  // Highlights a line, or all lines of the address; -1 for none.
+  void Highlight(int index);
+  // The mouse is over that control or the background, but not over a line that takes it.
+  void ShowHint(const QWidget* under);
+  void TrackMouse();
   void MnuNameStyleArray_Click(int index);
 
   bool AnythingToShow() const;
   void ShowNothing();
-  void ShowRecord();
+  RunTimeError ShowRecord();
+  // Tells the user that the selected record cannot be read; once, until it can be or another one
+  // is selected.
+  void TellFault(RunTimeError error);
   void EnableFind(bool enable);
   // Shows a copy flag's choice for a record that has the detail; otherwise an empty, disabled box.
   void SetCopyBox(std::size_t flag, bool present);
@@ -88,6 +99,9 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   Records* records_ = nullptr;
   Commands* commands_ = nullptr;
   QuillMnu quillMnu_;
+  QPointer<QMessageBox> faultBox_;
+  std::string faultyRecordNo_;  // that was told
+  RunTimeError toldFault_ = RunTimeError::None;
   QPointer<QWidget> focusBefore_;  // what had the focus when the window was disabled
 
   ListBox* LstNames;

@@ -4,12 +4,27 @@ namespace quillary {
 
 namespace {
 
+// At least the first `limit` characters of the text, when it has them, at a cost that does not
+// depend on its length; whole UTF-8 sequences of at most four bytes.
+std::string_view Bytes(std::string_view text, std::size_t limit) {
+  if (text.size() <= 4 * limit) return text;
+  std::size_t end = 4 * limit;
+  while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U &&
+         end < 4 * limit + 4) {
+    ++end;
+  }
+  return text.substr(0, end);
+}
+
 QString Beginning(std::string_view text, std::size_t limit) {
-  if (text.size() <= limit) return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
-  // A character is not cut in two: its later bytes go with the first one.
-  std::size_t end = limit;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-  return QString::fromUtf8(text.data(), static_cast<int>(end)) + QChar(0x2026);
+  const std::string_view bytes = Bytes(text, limit);
+  QString beginning = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  auto end = static_cast<qsizetype>(limit);
+  if (bytes.size() == text.size() && beginning.size() <= end) return beginning;
+  // The two halves of a character stay together.
+  if (end < beginning.size() && end > 0 && beginning.at(end).isLowSurrogate()) --end;
+  beginning.truncate(end);
+  return beginning + QChar(0x2026);
 }
 
 bool IsControl(QChar c) {

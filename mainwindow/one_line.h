@@ -7,7 +7,7 @@
 namespace quillary {
 
 // What is painted of a text, which may be of any length and hold any bytes: at most its first
-// `limit` bytes, with "…" after them where there are more.
+// `limit` characters, with "…" after them where there are more.
 // On one line: line breaks, tabs and other control characters become blanks.
 QString OneLine(std::string_view text, std::size_t limit = 500);
 // On several lines: every kind of line break becomes a line feed.

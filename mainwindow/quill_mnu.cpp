@@ -1,9 +1,11 @@
 #include "mainwindow/quill_mnu.h"
 
+#include <QFontMetrics>
 #include <QString>
 
 #include "mainwindow/name_line.h"
 #include "mainwindow/one_line.h"
+#include "platform/desktop/twips.h"
 
 namespace quillary {
 
@@ -42,9 +44,11 @@ void AddSeparator(QMenu& menu, const QString& name) {
 }
 
 // A record's text as a caption: an ampersand would mark an access key.
-QString AsCaption(const std::string& text) {
-  constexpr std::size_t longest = 100;
-  return OneLine(text, longest).replace(QLatin1Char('&'), QStringLiteral("&&"));
+QString AsCaption(const std::string& text, const QMenu& menu) {
+  constexpr int widest = 6000;  // twips
+  return QFontMetrics(menu.font())
+      .elidedText(OneLine(text), Qt::ElideRight, Px(widest))
+      .replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
 }  // namespace
@@ -62,6 +66,8 @@ void QuillMnu::MakeNameStyle() {
     connect(item, &QAction::triggered, this, [this, i] { Q_EMIT MnuNameStyleArray_Click(i); });
     MnuNameStyleArray.at(static_cast<std::size_t>(i)) = item;
   }
+  // The line stays above "Cancel" when the record offers no style.
+  MnuNameStyle.setSeparatorsCollapsible(false);
   MnuNameStyleArray[4] = MnuNameStyle.addSeparator();
   MnuNameStyleArray[5] =
       AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(5)"), QStringLiteral("Cancel"), true);
@@ -175,7 +181,7 @@ void QuillMnu::SetNameStyles(const FieldArray& fields) {
     QAction* item = MnuNameStyleArray.at(static_cast<std::size_t>(i));
     const auto name = OfferedName(i, fields);
     item->setVisible(name.has_value());
-    item->setText(AsCaption(name.value_or(std::string())));
+    item->setText(AsCaption(name.value_or(std::string()), MnuNameStyle));
   }
 }
 

@@ -1,18 +1,41 @@
 #include "mainwindow/status_bar.h"
 
-#include <algorithm>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QTextDocument>
+#include <QToolTip>
 
 namespace quillary {
+
+QString StatusPanel::Shown() const {
+  return fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width() - 2 * margin());
+}
+
+bool StatusPanel::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QLabel::event(event);
+  // As plain text: a message may name a record or a file.
+  const QString tip = Shown() == text() ? QString() : Qt::convertFromPlainText(text());
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
+  return true;
+}
+
+void StatusPanel::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  drawFrame(&painter);
+  const int m = margin();
+  painter.drawText(contentsRect().adjusted(m, 0, -m, 0),
+                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, Shown());
+}
 
 StatusBar::StatusBar(const QString& name) {
   setObjectName(name);
   // The longest text of each panel that must always be read whole; the hint takes what is left.
-  const std::array<QString, 4> longest{QString(), QStringLiteral(" 32767/ 32767"),
+  const std::array<QString, 4> longest{QString(), QStringLiteral("32767/ 32767"),
                                        QStringLiteral("Company"), QStringLiteral("Filter - OFF")};
   const std::array<QString, 4> names{QStringLiteral("Hint"), QStringLiteral("Position"),
                                      QStringLiteral("List order"), QStringLiteral("Filter")};
   for (std::size_t i = 0; i < panels_.size(); ++i) {
-    auto* panel = new QLabel;
+    auto* panel = new StatusPanel;
     panel->setObjectName(QStringLiteral("Panel(%1)").arg(i + 1));
     panel->setAccessibleName(names.at(i));
     panel->setTextFormat(Qt::PlainText);
@@ -27,7 +50,9 @@ StatusBar::StatusBar(const QString& name) {
       // A long hint must not make the window wider.
       panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     } else {
-      panel->setMinimumWidth(panel->fontMetrics().horizontalAdvance(longest.at(i)) + 14);
+      constexpr int kReserve = 4;
+      panel->setFixedWidth(panel->fontMetrics().horizontalAdvance(longest.at(i)) +
+                           2 * (panel->frameWidth() + panel->margin()) + kReserve);
     }
     addWidget(panel, i == 0 ? 1 : 0);
     panels_.at(i) = panel;

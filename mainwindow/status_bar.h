@@ -7,6 +7,22 @@
 
 namespace quillary {
 
+// A panel of the status bar. A text that does not fit ends in "…"; the tool tip tells it whole.
+class StatusPanel : public QLabel {
+  Q_OBJECT
+
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  bool event(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  // What is painted of the text.
+  QString Shown() const;
+};
+
 // Four panels: 1 a hint or message, 2 the position in the list, 3 the list order, 4 the filter.
 class StatusBar : public QStatusBar {
   Q_OBJECT
@@ -19,9 +35,9 @@ class StatusBar : public QStatusBar {
   QString Panel(int panel) const;
 
  private:
-  QLabel* At(int panel) const { return panels_.at(static_cast<std::size_t>(panel - 1)); }
+  StatusPanel* At(int panel) const { return panels_.at(static_cast<std::size_t>(panel - 1)); }
 
-  std::array<QLabel*, 4> panels_{};
+  std::array<StatusPanel*, 4> panels_{};
 };
 
 }  // namespace quillary

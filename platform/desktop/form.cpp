@@ -38,12 +38,19 @@ QSize Form::FrameSize() const {
   return size() + frame;
 }
 
+void Form::MoveTo(QPoint place) {
+  move(place);
+  // A form that was shown before has a window of the window system; while that is hidden, it takes
+  // the place for that of the inside.
+  if (windowHandle() != nullptr) windowHandle()->setFramePosition(place);
+}
+
 void Form::MoveToCorner(QRect main) {
-  move(PlaceAtCorner(main, FrameSize(), ScreenOf(main)));
+  MoveTo(PlaceAtCorner(main, FrameSize(), ScreenOf(main)));
 }
 
 void Form::MoveToCentre(QRect main) {
-  move(PlaceCentred(main, FrameSize()));
+  MoveTo(PlaceCentred(main, FrameSize()));
 }
 
 void Form::ShowForm() {
@@ -117,15 +124,16 @@ void Form::WaitUntilSeen() {
   connect(&longestWait, &QTimer::timeout, &loop, &QEventLoop::quit);
   longestWait.start(kLongestWaitMs);
   untilPainted_ = &loop;
-  loop.exec(QEventLoop::ExcludeUserInputEvents);
+  // A signal that ends the program arrives by a socket: not in the middle of what is being done.
+  loop.exec(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
   untilPainted_ = nullptr;
 }
 
 void Form::changeEvent(QEvent* event) {
   QDialog::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange && isActiveWindow() && isVisible()) {
-    Form_Activate();
-  }
+  // Not isActiveWindow: that is also true while a window in front of or behind this one is active.
+  const bool active = QApplication::activeWindow() == this;
+  if (event->type() == QEvent::ActivationChange && active && isVisible()) Form_Activate();
 }
 
 void Form::closeEvent(QCloseEvent* event) {
@@ -161,7 +169,7 @@ void Form::reject() {
 void Form::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   const bool hasFocus = QGuiApplication::focusWindow() == windowHandle();
-  if (hasFocus && !isActiveWindow()) QApplication::setActiveWindow(this);
+  if (hasFocus && QApplication::activeWindow() != this) QApplication::setActiveWindow(this);
 }
 
 }  // namespace quillary

@@ -33,6 +33,8 @@ class Form : public QDialog {
   // The form with its frame, in pixels. Before its first showing the frame is taken to be the
   // owner's.
   QSize FrameSize() const;
+  // Moves the form so that the top left corner of its frame is there, whether it is shown or not.
+  void MoveTo(QPoint place);
   // Moves the form to its place in or over the main window, whose geometry is given with its frame
   // (see placement.h).
   void MoveToCorner(QRect main);
@@ -65,8 +67,9 @@ class Form : public QDialog {
 
   // A window without a title bar that only the program itself can close.
   void MakePanel();
-  // Runs events, other than the user's, until the form is painted on the screen, for a short time
-  // at most. For forms that are shown right before work that runs no events.
+  // Runs events, other than the user's and those of sockets, until the form is painted on the
+  // screen, for a short time at most. For forms that are shown right before work that runs no
+  // events.
   void WaitUntilSeen();
 
   void changeEvent(QEvent* event) override;

@@ -43,7 +43,9 @@ int Twips(int pixels) {
 }
 
 void Place(QWidget& control, int left, int top, int width, int height) {
-  control.setGeometry(Px(left), Px(top), Px(width), Px(height));
+  // Right edges that are the same in twips are the same in pixels. Heights keep their own rounding:
+  // all text boxes are equally high.
+  control.setGeometry(Px(left), Px(top), Px(left + width) - Px(left), Px(height));
 }
 
 }  // namespace quillary

@@ -22,7 +22,7 @@ class FileInUseTest : public testing::Test {
   void SetUp() override {
     shared_.DataPath = ProgramPath(folder_.Path()) + "\\";
     shared_.DataFile = shared_.DataPath + "quill.dat";
-    folder_.WriteFile("quill.dat", "[General Info]\r\nNoOfUses=2\r\n");
+    folder_.WriteFile("quill.dat", "[General Info]\r\nApplication=Quillary\r\nNoOfUses=2\r\n");
     shared_.InUse = true;
   }
 
@@ -61,7 +61,7 @@ TEST_F(FileInUseTest, RecoveringResetsTheCounter) {
   EXPECT_FALSE(shared_.InUse);
 
   // The next showing begins unchecked, and nothing is reset.
-  folder_.WriteFile("quill.dat", "[General Info]\r\nNoOfUses=3\r\n");
+  folder_.WriteFile("quill.dat", "[General Info]\r\nApplication=Quillary\r\nNoOfUses=3\r\n");
   Show([&] {
     EXPECT_FALSE(Checked());
     ClickOn(window_, kOK);

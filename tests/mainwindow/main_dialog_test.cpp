@@ -34,7 +34,10 @@ TEST_F(MainDialogTest, WithoutRecordsOnlyANewOneIsOffered) {
   }
   EXPECT_EQ(Main.focusWidget(), &Control<QWidget>(Main, "BtnNew"));
   EXPECT_EQ(Panel(1) + "|" + Panel(2) + "|" + Panel(3) + "|" + Panel(4), "||Name|Filter - OFF");
-  for (int i = 0; i < 13; ++i) EXPECT_EQ(Label(i).Caption(), "");
+  for (int i = 0; i < 13; ++i) {
+    EXPECT_EQ(Label(i).Caption(), "");
+    EXPECT_FALSE(Label(i).isEnabled());
+  }
 
   Shared.InUse = true;
   Control<QWidget>(Main, "BtnAbout").setFocus();
@@ -211,8 +214,30 @@ TEST_F(MainDialogTest, TheMouseHighlightsLinesAndTellsWhatAClickDoes) {
   QTest::mouseMove(&Label(0));
   EXPECT_EQ(Panel(1),
             "Click to change the style of this name. Shift+Click to copy to the Clipbaord.");
-  Control<ListBox>(Main, "LstNames").Click();
+  QTest::mouseMove(&Control<QWidget>(Main, "DetailsFrame"), QPoint(3, 3));
+  EXPECT_EQ(Panel(1), "");
   EXPECT_FALSE(Label(0).IsHighlighted());
+  QTest::mouseMove(&Control<QWidget>(Main, "BtnEdit"));  // disabled
+  EXPECT_EQ(Panel(1), "Edit details for the selected name.");
+  QTest::mouseMove(Main.centralWidget(), QPoint(1, 1));
+  EXPECT_EQ(Panel(1), "");
+}
+
+TEST_F(MainDialogTest, TellsOnceThatARecordCannotBeRead) {
+  Add({{LastName, "Lee"}});
+  Show();
+  Folder.WriteFile("quill0.dat", "changed, so that it is read again");
+  Disk.FailAt(1, RunTimeError::PermissionDenied, true);
+  Main.SetData();
+  auto* box = Main.findChild<QMessageBox*>();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->text(), QStringLiteral("Error No.  70 Found, in the MainDialog.SetData\n"
+                                        "Please contact the authour."));
+  box->close();
+  ASSERT_TRUE(WaitUntilActive(Main));
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  Main.SetData();
+  EXPECT_EQ(Main.findChild<QMessageBox*>(), nullptr);
 }
 
 TEST_F(MainDialogTest, AMegabyteIsShownAtOnceAndCopiedWhole) {

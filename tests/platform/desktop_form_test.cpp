@@ -7,8 +7,10 @@
 
 #include "platform/desktop/form.h"
 #include "platform/desktop/multi_line_box.h"
+#include "platform/desktop/placement.h"
 #include "platform/desktop/raise_window.h"
 #include "platform/desktop/twips.h"
+#include "tests/support_qt/while_shown.h"
 
 namespace quillary::test {
 namespace {
@@ -30,7 +32,7 @@ class TestForm : public Form {
 
   // As the user does it, whatever control has the focus.
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    ASSERT_TRUE(QTest::qWaitForWindowActive(this));
+    ASSERT_TRUE(WaitUntilActive(*this));
     QTest::keyClick(windowHandle(), key, modifiers);
   }
 
@@ -126,7 +128,7 @@ TEST(Form, EachShowingUnloadsOnce) {
   form.Unload();
   EXPECT_EQ(form.Unloads, 0);
   form.ShowForm();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  ASSERT_TRUE(WaitUntilActive(form));
   EXPECT_EQ(form.Activations, 1);
   form.close();
   form.Unload();
@@ -166,13 +168,51 @@ TEST(Form, IsNotDisabledWithItsOwner) {
   main.setEnabled(false);
   EXPECT_TRUE(form.isEnabled());
   RaiseWindow(main);
-  EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+  EXPECT_TRUE(WaitUntilActive(form));
+}
+
+TEST(Form, IsNotActivatedWithTheWindowBehindIt) {
+  QWidget main;
+  main.show();
+  TestForm form;
+  form.SetOwner(main);
+  form.ShowForm();
+  ASSERT_TRUE(WaitUntilActive(form));
+  // Not by way of the window manager, which may hand the keyboard on to the form.
+  QApplication::setActiveWindow(&main);
+  EXPECT_EQ(form.Activations, 1);
+  QApplication::setActiveWindow(&form);
+  ASSERT_TRUE(WaitUntilActive(form));
+  EXPECT_EQ(form.Activations, 2);
+}
+
+// With a window manager, the frames of windows that are hidden and moved count.
+TEST(Form, ComesBackWhereItsOwnerIs) {
+  QWidget main;
+  main.setGeometry(50, 60, 500, 400);
+  main.show();
+  ASSERT_TRUE(WaitUntilActive(main));
+  TestForm form;
+  form.SetOwner(main);
+  for (const QPoint place : {QPoint(50, 60), QPoint(110, 90), QPoint(80, 70)}) {
+    main.move(place);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return main.frameGeometry().topLeft() == place; }));
+    const QRect owner = main.frameGeometry();
+    form.MoveToCorner(owner);
+    form.ShowForm();
+    ASSERT_TRUE(WaitUntilActive(form));
+    const QPoint corner = PlaceAtCorner(owner, form.FrameSize(), ScreenOf(owner));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form.frameGeometry().topLeft() == corner; }, 1000))
+        << form.frameGeometry().x() << "," << form.frameGeometry().y() << " is not " << corner.x()
+        << "," << corner.y();
+    form.Unload();
+  }
 }
 
 TEST(Form, UserCannotCloseAPanel) {
   PanelForm panel;
   panel.ShowForm();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+  ASSERT_TRUE(WaitUntilActive(panel));
   panel.close();
   QTest::keyClick(&panel, Qt::Key_Escape);
   EXPECT_TRUE(panel.isVisible());

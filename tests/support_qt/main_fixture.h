@@ -26,6 +26,7 @@
 #include "store/records.h"
 #include "tests/support/fault_disk.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support_qt/while_shown.h"
 
 namespace quillary::test {
 
@@ -62,11 +63,6 @@ inline void Click(QWidget& window, const char* name,
                   Qt::KeyboardModifiers modifiers = Qt::NoModifier,
                   Qt::MouseButton button = Qt::LeftButton) {
   QTest::mouseClick(&Control<QWidget>(window, name), button, modifiers);
-}
-
-// QTest's own wait takes a dialog for active as soon as the window behind it is.
-inline bool WaitUntilActive(const QWidget& window) {
-  return QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; });
 }
 
 // Presses `BtnOK` in each message box that comes up as long as this lives, and notes its title and

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QTest>
 #include <QWidget>
 #include <QWindow>
@@ -10,11 +11,16 @@
 
 namespace quillary::test {
 
+// QTest's own wait takes a dialog for active as soon as the window behind it is.
+inline bool WaitUntilActive(const QWidget& window) {
+  return QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; });
+}
+
 // Does what the user does in `window` once it is open and has the keyboard. To be called before a
 // call that shows the window and waits for him.
 inline void WhileShown(QWidget& window, std::function<void()> action) {
   const auto act = [&window, action = std::move(action)] {
-    if (QTest::qWaitForWindowActive(&window)) {
+    if (WaitUntilActive(window)) {
       action();
     } else {
       ADD_FAILURE() << qPrintable(window.objectName()) << " was not shown";
