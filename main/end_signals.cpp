@@ -6,11 +6,23 @@
 #include <csignal>
 
 namespace quillary {
+namespace {
+
+// Whoever started the program may have it ignore a signal (nohup does); blocked, it would come all
+// the same.
+bool IsIgnored(int signal) {
+  struct sigaction action = {};
+  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
 
 EndSignals::EndSignals() {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    if (!IsIgnored(signal)) sigaddset(&signals, signal);
+  }
   if (pthread_sigmask(SIG_BLOCK, &signals, nullptr) != 0) return;
   descriptor_ = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
   if (descriptor_ < 0) {

@@ -61,7 +61,6 @@ NewDialog& Forms::New() {
 
 void Forms::SetReadOnly() {
   New().EnableOK(!Shared.InUse);
-  Main.Menus().SetReadOnly(Shared.InUse);
   Main.ShowReadOnly();
 }
 
@@ -91,7 +90,7 @@ void Forms::ExitApplication() {
   // A change that is not finished is none.
   profile_.AbandonGroup();
   // Whoever cannot write at the end of the program has nobody left to tell.
-  if (isCounted_) static_cast<void>(Guard.DecrementUses());
+  if (Guard.IsCounted()) static_cast<void>(Guard.DecrementUses());
   ending_.EndProgram();
 }
 

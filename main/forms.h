@@ -57,8 +57,6 @@ class Forms : public Commands {
 
   // Applies InUse to every command that changes data.
   void SetReadOnly();
-  // From now on ExitApplication takes this program off the usage counter.
-  void NoteCounted() { isCounted_ = true; }
   bool HasEnded() const { return hasEnded_; }
 
   // Commands
@@ -77,7 +75,6 @@ class Forms : public Commands {
 
   Profile& profile_;
   Ending& ending_;
-  bool isCounted_ = false;
   bool hasEnded_ = false;
 
   std::unique_ptr<MsgBoxSnglTxt> msgBoxSnglTxt_;

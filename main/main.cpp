@@ -5,14 +5,10 @@
 
 #include "app/preferences.h"
 #include "platform/desktop/placement.h"
-#include "platform/desktop/twips.h"
 #include "platform/numbers.h"
 
 namespace quillary {
 namespace {
-
-constexpr int MainHeight = 6000;  // twips
-constexpr int MainWidth = 9300;
 
 // The question of OpenDataFile, in a message box.
 class MissingDataFile : public OpenDataFileHooks {
@@ -47,7 +43,6 @@ void TellError(Forms& forms, const QString& what, RunTimeError error, const QStr
 
 void PlaceMain(Forms& forms) {
   MainDialog& main = forms.Main;
-  main.resize(Px(MainWidth), Px(MainHeight));
   const QRect screen = ScreenOf(main.frameGeometry());
   main.move(PlaceCentred(screen, main.size()));
 }
@@ -61,32 +56,37 @@ bool OpenDataFile(Forms& forms, const Surroundings& surroundings) {
   }
   if (error != RunTimeError::None) {
     TellError(forms, QStringLiteral("The data files cannot be opened"), error,
-              QStringLiteral("Nothing was changed. Please start the program again."));
+              QStringLiteral("Nothing was changed."));
   }
   return false;
 }
 
-void LoadNames(Forms& forms) {
+// The error, if any, that kept the sorted order from being stored; the list is shown in it all the
+// same.
+RunTimeError LoadNames(Forms& forms) {
   forms.Splash().SetLbl(QStringLiteral("Loading Names..."));
-  if (forms.Shared.NoOfRecords <= 0) return;
+  if (forms.Shared.NoOfRecords <= 0) return RunTimeError::None;
   forms.Splash().SetPercnt(0);
   forms.Splash().ShowPercnt(true);
   forms.Store.GetNamesList();
-  // Where the sorted order cannot be stored the list is shown sorted all the same.
-  static_cast<void>(forms.Store.SortNamesList());
+  const RunTimeError error = forms.Store.SortNamesList();
   forms.Store.ShowRecords();
   forms.Shared.CurListIndex = 0;
+  return error;
 }
 
 // Tells of what came to light while the data were opened, after the main window is shown.
-void TellFaults(Forms& forms, RunTimeError countError) {
+void TellFaults(Forms& forms, RunTimeError countError, RunTimeError sortError) {
   if (countError != RunTimeError::None) {
     TellError(forms, QStringLiteral("The data files cannot be written"), countError,
               QStringLiteral("You can look at the names but not change them."));
   } else if (forms.Shared.ListsIncomplete) {
     Tell(forms, MsgIcon::Exclamation,
-         QStringLiteral("The data files are damaged: some names may be missing from the list.\r"
-                        "Nothing was changed."));
+         QStringLiteral("The data files are damaged or cannot be read: some names may be missing "
+                        "from the list.\rNothing was changed."));
+  } else if (sortError != RunTimeError::None) {
+    TellError(forms, QStringLiteral("The sorted list cannot be stored"), sortError,
+              QStringLiteral("It will be stored with your next change."));
   }
 }
 
@@ -104,7 +104,7 @@ bool Main(Forms& forms, Profile& profile, const Surroundings& surroundings) {
   if (!OpenDataFile(forms, surroundings)) return false;
   const std::string version(Trim(shared.Version));
   forms.Main.setWindowTitle(QStringLiteral("Quillary, Version ") + QString::fromStdString(version));
-  LoadNames(forms);
+  const RunTimeError sortError = LoadNames(forms);
   if (forms.HasEnded()) return false;
   forms.Main.SetPanel(1, QString());
   forms.Main.show();
@@ -113,11 +113,10 @@ bool Main(Forms& forms, Profile& profile, const Surroundings& surroundings) {
   forms.CloseWelcome();
 
   const RunTimeError countError = forms.Guard.IncrementUses();
-  if (countError == RunTimeError::None) forms.NoteCounted();
   forms.Guard.CheckInUse();
-  if (shared.InUse) forms.InUseWarning().ShowFileInUse();
+  if (shared.InUse && countError == RunTimeError::None) forms.InUseWarning().ShowFileInUse();
   forms.SetReadOnly();
-  TellFaults(forms, countError);
+  TellFaults(forms, countError, sortError);
   if (forms.HasEnded()) return false;
 
   const std::string tips = profile.ReadEntry(shared.PrefsFile, shared.PrefsSection, "Tips");

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <cstdlib>
 
+#include "auxiliary/pictures.h"
 #include "main/end_signals.h"
 #include "main/main.h"
 #include "platform/desktop/raise_window.h"
@@ -57,6 +58,7 @@ int main(int argc, char* argv[]) {
   EndSignals endSignals;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("quillary"));
+  QApplication::setWindowIcon(QuillIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   return Run(application, endSignals);
 }

@@ -169,6 +169,19 @@ class ProgramTest(unittest.TestCase):
             self.assertEqual(process.wait(PATIENCE), 0)
             self.assertEqual(self.value("NoOfUses"), "0")
             process = self.later_start()
+        # As nohup does.
+        process.send_signal(signal.SIGTERM)
+        process.wait(PATIENCE)
+        process = subprocess.Popen(
+            [self.program], env=self.desktop.env,
+            preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        self.addCleanup(process.kill)
+        self.desktop.wait_active("Quillary, Version 2.0")
+        wait_for("the counter", lambda: self.value("NoOfUses") == "1")
+        process.send_signal(signal.SIGHUP)
+        time.sleep(1)
+        self.assertIsNone(process.poll())
+
         self.desktop.server.terminate()
         process.wait(PATIENCE)
         self.assertEqual(self.value("NoOfUses"), "0")
@@ -194,7 +207,7 @@ class ProgramTest(unittest.TestCase):
         process = self.start()
         self.desktop.wait_active("Data File In Use")
         self.assertEqual(self.value("NoOfUses"), "2")
-        self.desktop.key("space")
+        self.desktop.key("Tab", "space")
         self.desktop.wait_active("Are you sure ?")
         self.desktop.key("Tab", "Return")
         self.desktop.wait_active("Data File In Use")
