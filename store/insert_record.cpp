@@ -30,6 +30,39 @@ void RemoveEntry(Texts& list, std::size_t index) {
   }
 }
 
+// The lists of all records, or of the filtered ones.
+struct Lists {
+  Texts& Names;
+  Texts& NamesRecNo;
+  Texts& Companies;
+  Texts& CompaniesRecNo;
+  std::int16_t& Count;
+};
+
+struct NewEntry {
+  const std::string& RecNo;
+  std::string_view ShowName;
+  std::string_view ShowCompany;
+  std::size_t NamePos;
+  std::size_t CompanyPos;
+};
+
+void Insert(ProfileUpdate& update, const Lists& lists, const NewEntry& entry) {
+  const std::int16_t count = std::max<std::int16_t>(lists.Count, 0);
+  InsertEntry(lists.Names, count, entry.NamePos, entry.ShowName);
+  InsertEntry(lists.NamesRecNo, count, entry.NamePos, entry.RecNo);
+  InsertEntry(lists.Companies, count, entry.CompanyPos, entry.ShowCompany);
+  InsertEntry(lists.CompaniesRecNo, count, entry.CompanyPos, entry.RecNo);
+  lists.Count = static_cast<std::int16_t>(count + 1);
+  update.OnUndo([lists, count, namePos = entry.NamePos, companyPos = entry.CompanyPos] {
+    lists.Count = count;
+    RemoveEntry(lists.Names, namePos);
+    RemoveEntry(lists.NamesRecNo, namePos);
+    RemoveEntry(lists.Companies, companyPos);
+    RemoveEntry(lists.CompaniesRecNo, companyPos);
+  });
+}
+
 // How many of the first `count` entries of a sorted list satisfy `isBefore`.
 template <typename Predicate>
 std::size_t Position(const Texts& list, std::int16_t count, Predicate isBefore) {
@@ -80,18 +113,10 @@ RunTimeError Records::InsertRecord(std::string_view RecNo, std::string_view Show
   LinkRecord(CompanyChain, data_.CompaniesRecNo, companyPos, recNo);
   NoteHeaderEntry("NoOfRecords", NumberText(count + 1));
 
-  InsertEntry(data_.NamesList, count, namePos, ShowName);
-  InsertEntry(data_.NamesRecNo, count, namePos, recNo);
-  InsertEntry(data_.CompaniesList, count, companyPos, ShowCompany);
-  InsertEntry(data_.CompaniesRecNo, count, companyPos, recNo);
-  data_.NoOfRecords = static_cast<std::int16_t>(count + 1);
-  update.OnUndo([this, count, namePos, companyPos] {
-    data_.NoOfRecords = count;
-    RemoveEntry(data_.NamesList, namePos);
-    RemoveEntry(data_.NamesRecNo, namePos);
-    RemoveEntry(data_.CompaniesList, companyPos);
-    RemoveEntry(data_.CompaniesRecNo, companyPos);
-  });
+  Insert(update,
+         {data_.NamesList, data_.NamesRecNo, data_.CompaniesList, data_.CompaniesRecNo,
+          data_.NoOfRecords},
+         {recNo, ShowName, ShowCompany, namePos, companyPos});
 
   const bool isByName = data_.ViewMode == 0;
   if (!data_.FilterOn) {
@@ -113,18 +138,10 @@ void Records::AddToFilteredLists(ProfileUpdate& update, const std::string& recNo
   const std::size_t companyPos = Position(data_.FilteredCompanies, count, [&](const auto& entry) {
     return comparer_.Compare(showCompany, entry) >= 0;
   });
-  InsertEntry(data_.FilteredNames, count, namePos, showName);
-  InsertEntry(data_.FilteredNamesRecNo, count, namePos, recNo);
-  InsertEntry(data_.FilteredCompanies, count, companyPos, showCompany);
-  InsertEntry(data_.FilteredCompaniesRecNo, count, companyPos, recNo);
-  data_.FilteredCount = static_cast<std::int16_t>(count + 1);
-  update.OnUndo([this, count, namePos, companyPos] {
-    data_.FilteredCount = count;
-    RemoveEntry(data_.FilteredNames, namePos);
-    RemoveEntry(data_.FilteredNamesRecNo, namePos);
-    RemoveEntry(data_.FilteredCompanies, companyPos);
-    RemoveEntry(data_.FilteredCompaniesRecNo, companyPos);
-  });
+  Insert(update,
+         {data_.FilteredNames, data_.FilteredNamesRecNo, data_.FilteredCompanies,
+          data_.FilteredCompaniesRecNo, data_.FilteredCount},
+         {recNo, showName, showCompany, namePos, companyPos});
   const bool isByName = data_.ViewMode == 0;
   ShowNewLine(update, isByName ? namePos : companyPos, isByName ? showName : showCompany, recNo);
 }

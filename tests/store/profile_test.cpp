@@ -211,6 +211,17 @@ struct ProfileFaultTest : ProfileTest, testing::WithParamInterface<Operation> {
     }
     return update.Commit();
   }
+  // Stops the program at that call of its disk; false if it was done before.
+  bool RunStopped(Program& program, int call) {
+    Machine.StopAt(call);
+    try {
+      (void)Run(program);
+    } catch (const ProgramStopped&) {
+    }
+    const bool wasReached = Machine.WasReached();
+    Machine.Reset();
+    return wasReached;
+  }
   // The state of the files as a program sees them: "old" or "new", or what is wrong.
   std::string State(Program& program) const {
     const std::string state = program.Read(FileName(0), "x");
@@ -234,13 +245,7 @@ TEST_P(ProfileFaultTest, StoppedAnywhereItIsDoneOrNotAtTheNextOpening) {
     SCOPED_TRACE(call);
     SetUp();
     Program program(Folder, Machine);
-    Machine.StopAt(call);
-    try {
-      (void)Run(program);
-    } catch (const ProgramStopped&) {
-    }
-    const bool wasReached = Machine.WasReached();
-    Machine.Reset();
+    const bool wasReached = RunStopped(program, call);
     Program next(Folder, Machine);
     ASSERT_EQ(next.Access.Recover(next.Path + "quill.dat"), RunTimeError::None);
     const std::string state = State(next);
@@ -293,14 +298,9 @@ TEST_P(ProfileJournalTest, RecoveryItselfMayBeStoppedOrFail) {
   for (int call = 1; stopAt == 0; ++call) {
     SetUp();
     Program program(Folder, Machine);
-    Machine.StopAt(call);
-    try {
-      (void)Run(program);
-    } catch (const ProgramStopped&) {
-    }
+    RunStopped(program, call);
     const bool isFirstDone = Folder.ReadFile(FileName(0)).find("new") != std::string::npos;
     if (isFirstDone) stopAt = call;
-    Machine.Reset();
     (void)Program(Folder, Machine).Access.Recover(program.Path + "quill.dat");
   }
   for (const bool stops : {true, false}) {
@@ -336,13 +336,7 @@ TEST_P(ProfileJournalTest, WhatAnotherProgramWroteBeforeTheRecoveryStays) {
     SCOPED_TRACE(call);
     SetUp();
     Program program(Folder, Machine);
-    Machine.StopAt(call);
-    try {
-      (void)Run(program);
-    } catch (const ProgramStopped&) {
-    }
-    const bool wasReached = Machine.WasReached();
-    Machine.Reset();
+    const bool wasReached = RunStopped(program, call);
     HostDisk otherDisk;
     Program other(Folder, otherDisk);
     ASSERT_EQ(other.Write(FileName(1), "x", "theirs"), RunTimeError::None);
