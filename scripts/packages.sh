@@ -2,12 +2,12 @@
 
 RunPackages=(
   cmake ninja-build g++ pkg-config
-  qt6-base-dev libqt6serialport6-dev libicu-dev libgl-dev
+  qt6-base-dev libicu-dev
   fonts-dejavu-core
 )
 CheckPackages=(
   libgtest-dev libbenchmark-dev clang-format clang-tidy
-  xvfb xauth openbox xdotool imagemagick xclip dbus python3
+  xvfb xauth openbox x11-utils xdotool xclip python3
 )
 
 # Installs those of the named packages that are not there. Needs root or sudo only then.
