@@ -160,6 +160,8 @@ RunTimeError HostDisk::Write(int handle, std::string_view bytes) {
     if (written == 0) return RunTimeError::DeviceError;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
+  // The bytes set out for the disk now, so that Sync finds them there. Only Sync tells of failures.
+  (void)sync_file_range(handle, 0, 0, SYNC_FILE_RANGE_WRITE);
   return RunTimeError::None;
 }
 

@@ -80,7 +80,8 @@ class Profile {
     const FileChanges* Changes = nullptr;
     std::shared_ptr<const ProfileText> Before;  // what After was made from; null: no file
     std::string After;
-    std::string TemporaryPath;  // holds After, synced
+    std::string TemporaryPath;  // holds After, synced once Handle is closed
+    int Handle = -1;
     bool IsChanged() const { return !Before || After != Before->Bytes(); }
   };
   struct Group {
@@ -115,6 +116,10 @@ class Profile {
   RunTimeError CommitSeveral(std::vector<PendingFile>& files, const ProfileChanges& changes);
   RunTimeError Prepare(PendingFile& pending);
   RunTimeError PrepareAll(std::vector<PendingFile>& files);
+  RunTimeError StartNewFile(const std::string& path, std::string_view bytes, unsigned permissions,
+                            int& handle, bool* isLeft);
+  RunTimeError FinishNewFile(const std::string& path, int& handle, bool* isLeft);
+  RunTimeError FinishPrepared(PendingFile& pending);
   RunTimeError WriteNewFile(const std::string& path, std::string_view bytes, unsigned permissions,
                             bool* isLeft = nullptr);
   RunTimeError PutInPlace(PendingFile& pending);

@@ -40,16 +40,26 @@ Journal MakeJournal(const auto& files) {
 
 }  // namespace
 
-// Makes a new file whose bytes are sure to stay. On an error there is no such file, unless it could
-// not be removed either (`isLeft`).
-RunTimeError Profile::WriteNewFile(const std::string& path, std::string_view bytes,
-                                   unsigned permissions, bool* isLeft) {
-  int handle = -1;
-  RunTimeError error = disk_.Create(path, permissions, handle);
+// Makes a new file whose bytes are not sure to stay yet. On an error there is no such file, unless
+// it could not be removed either (`isLeft`).
+RunTimeError Profile::StartNewFile(const std::string& path, std::string_view bytes,
+                                   unsigned permissions, int& handle, bool* isLeft) {
+  const RunTimeError error = disk_.Create(path, permissions, handle);
   if (error != RunTimeError::None) return error;
-  error = disk_.Write(handle, bytes);
-  if (error == RunTimeError::None) error = disk_.Sync(handle);
+  const RunTimeError writeError = disk_.Write(handle, bytes);
+  if (writeError == RunTimeError::None) return writeError;
+  (void)disk_.Close(handle);
+  handle = -1;
+  const bool isRemoved = disk_.Remove(path) == RunTimeError::None;
+  if (isLeft != nullptr) *isLeft = !isRemoved;
+  return writeError;
+}
+
+// Returns when the bytes of a started file are sure to stay. Errors as above.
+RunTimeError Profile::FinishNewFile(const std::string& path, int& handle, bool* isLeft) {
+  RunTimeError error = disk_.Sync(handle);
   const RunTimeError closeError = disk_.Close(handle);
+  handle = -1;
   if (error == RunTimeError::None) error = closeError;
   if (error == RunTimeError::None) return error;
   const bool isRemoved = disk_.Remove(path) == RunTimeError::None;
@@ -57,12 +67,28 @@ RunTimeError Profile::WriteNewFile(const std::string& path, std::string_view byt
   return error;
 }
 
+RunTimeError Profile::WriteNewFile(const std::string& path, std::string_view bytes,
+                                   unsigned permissions, bool* isLeft) {
+  int handle = -1;
+  const RunTimeError error = StartNewFile(path, bytes, permissions, handle, isLeft);
+  return error == RunTimeError::None ? FinishNewFile(path, handle, isLeft) : error;
+}
+
 void Profile::DropTemporary(PendingFile& pending) {
+  if (pending.Handle >= 0) (void)disk_.Close(pending.Handle);
+  pending.Handle = -1;
   if (!pending.TemporaryPath.empty()) (void)disk_.Remove(pending.TemporaryPath);
   pending.TemporaryPath.clear();
 }
 
-// Applies the changes to the file as it stands now and writes the result beside it.
+RunTimeError Profile::FinishPrepared(PendingFile& pending) {
+  if (pending.Handle < 0) return RunTimeError::None;
+  const RunTimeError error = FinishNewFile(pending.TemporaryPath, pending.Handle, nullptr);
+  if (error != RunTimeError::None) pending.TemporaryPath.clear();
+  return error;
+}
+
+// Applies the changes to the file as it stands now and begins to write the result beside it.
 RunTimeError Profile::Prepare(PendingFile& pending) {
   CachedFile& file = *pending.File;
   DropTemporary(pending);
@@ -80,11 +106,11 @@ RunTimeError Profile::Prepare(PendingFile& pending) {
   const std::string path =
       FolderOf(file.HostPath) + TemporaryName(NameOf(file.HostPath), ProcessNumber());
   const unsigned permissions = pending.Before ? file.Stamp.Permissions : OwnerOnly;
-  error = WriteNewFile(path, pending.After, permissions);
+  error = StartNewFile(path, pending.After, permissions, pending.Handle, nullptr);
   if (error == RunTimeError::PathAccess) {
     // Left behind by an earlier program that had this program's number.
     (void)disk_.Remove(path);
-    error = WriteNewFile(path, pending.After, permissions);
+    error = StartNewFile(path, pending.After, permissions, pending.Handle, nullptr);
   }
   if (error == RunTimeError::None) pending.TemporaryPath = path;
   return error;
@@ -92,9 +118,18 @@ RunTimeError Profile::Prepare(PendingFile& pending) {
 
 // Prepares every file, again where another program wrote to it meanwhile.
 RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files) {
-  for (PendingFile& pending : files) {
-    const RunTimeError error = Prepare(pending);
-    if (error != RunTimeError::None) return error;
+  // Many files on their way to the disk together arrive sooner than one after the other.
+  constexpr std::size_t MostTogether = 100;
+  for (std::size_t begin = 0; begin < files.size(); begin += MostTogether) {
+    const std::size_t end = std::min(begin + MostTogether, files.size());
+    for (std::size_t i = begin; i < end; ++i) {
+      const RunTimeError error = Prepare(files[i]);
+      if (error != RunTimeError::None) return error;
+    }
+    for (std::size_t i = begin; i < end; ++i) {
+      const RunTimeError error = FinishPrepared(files[i]);
+      if (error != RunTimeError::None) return error;
+    }
   }
   for (int attempt = 0; attempt < MostAttempts; ++attempt) {
     bool isCurrent = true;
@@ -103,6 +138,7 @@ RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files) {
       if (error == RunTimeError::None && pending.File->Text != pending.Before) {
         isCurrent = false;
         error = Prepare(pending);
+        if (error == RunTimeError::None) error = FinishPrepared(pending);
       }
       if (error != RunTimeError::None) return error;
     }

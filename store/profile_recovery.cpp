@@ -76,6 +76,7 @@ RunTimeError Profile::Complete(const std::string& folder, const JournalFile& ent
   pending.File = &file;
   pending.Changes = &changes;
   error = Prepare(pending);
+  if (error == RunTimeError::None) error = FinishPrepared(pending);
   if (error == RunTimeError::None && pending.IsChanged()) error = PutInPlace(pending);
   DropTemporary(pending);
   return error;
