@@ -45,9 +45,8 @@ struct StoreData {
   std::vector<std::string> NamesRecNo{""};     // its record number
   std::vector<std::string> CompaniesList{""};  // ShowCompany of each, in company order
   std::vector<std::string> CompaniesRecNo{""};
-  // The lists above differ from the chains in the files: those did not hold together and the lists
-  // are what could be reached, or sorted lists could not be written. The next change writes all
-  // links anew.
+  // The chains in the files did not hold together: the lists above are every record that is not
+  // deleted, and the next change writes all links anew.
   bool ListsIncomplete = false;
 
   bool FilterOn = false;
