@@ -1,7 +1,8 @@
 #include "store/journal.h"
 
-#include <array>
-#include <charconv>
+#include <zlib.h>
+
+#include <cstddef>
 #include <cstdint>
 
 #include "store/profile_text.h"
@@ -17,26 +18,10 @@ constexpr char OldMark = '-';
 constexpr char NewMark = '+';
 constexpr char LineEnd = '\n';
 
-constexpr std::array<std::uint32_t, 256> MakeCrcTable() {
-  std::array<std::uint32_t, 256> table{};
-  for (std::uint32_t i = 0; i < table.size(); ++i) {
-    std::uint32_t value = i;
-    for (int bit = 0; bit < 8; ++bit) {
-      value = (value & 1U) != 0 ? (value >> 1U) ^ 0xEDB88320U : value >> 1U;
-    }
-    table.at(i) = value;
-  }
-  return table;
-}
-
 // The CRC-32 that archives and networks use, as eight hexadecimal digits.
 std::string Checksum(std::string_view bytes) {
-  static constexpr auto Table = MakeCrcTable();
-  std::uint32_t crc = 0xFFFFFFFFU;
-  for (const char c : bytes) {
-    crc = Table[(crc ^ static_cast<unsigned char>(c)) & 0xFFU] ^ (crc >> 8U);
-  }
-  crc = ~crc;
+  const auto* const data = reinterpret_cast<const Bytef*>(bytes.data());
+  const auto crc = static_cast<std::uint32_t>(crc32_z(0, data, bytes.size()));
   std::string text(8, '0');
   for (std::size_t i = 0; i < text.size(); ++i) {
     text[i] = "0123456789abcdef"[(crc >> (28 - 4 * i)) & 0xFU];
@@ -107,21 +92,28 @@ class Parser {
 
 }  // namespace
 
-std::string JournalText(const Journal& journal) {
-  std::string text;
-  AppendLine(text, {}, FirstLine);
-  for (const JournalFile& file : journal) {
-    AppendLine(text, FileMark, file.Name);
-    const std::string* section = nullptr;
-    for (const JournalEntry& entry : file.Entries) {
-      if (section == nullptr || *section != entry.Section) {
-        AppendLine(text, SectionMark, entry.Section);
-      }
-      section = &entry.Section;
-      if (entry.Old) AppendEntry(text, OldMark, entry.Key, *entry.Old);
-      AppendEntry(text, NewMark, entry.Key, entry.New);
-    }
+JournalPart::JournalPart(std::string_view fileName) {
+  AppendLine(text_, FileMark, fileName);
+}
+
+void JournalPart::Add(std::string_view section, std::string_view key,
+                      const std::optional<std::string_view>& old, std::string_view value) {
+  if (section_ != section) {
+    section_ = section;
+    AppendLine(text_, SectionMark, section);
   }
+  if (old) AppendEntry(text_, OldMark, key, *old);
+  AppendEntry(text_, NewMark, key, value);
+}
+
+std::string JournalText(const std::vector<const JournalPart*>& parts) {
+  constexpr std::size_t Ends = 64;  // more than the first and the last line need
+  std::size_t size = Ends;
+  for (const JournalPart* part : parts) size += part->Text().size();
+  std::string text;
+  text.reserve(size);
+  AppendLine(text, {}, FirstLine);
+  for (const JournalPart* part : parts) text += part->Text();
   AppendLine(text, EndMark, Checksum(text));
   return text;
 }

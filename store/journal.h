@@ -15,18 +15,35 @@ struct JournalEntry {
   std::string Key;
   std::optional<std::string> Old;  // nothing: there was no such entry
   std::string New;
+
+  bool operator==(const JournalEntry&) const = default;
 };
 
 struct JournalFile {
   std::string Name;  // a name in the journal's own folder
   std::vector<JournalEntry> Entries;
+
+  bool operator==(const JournalFile&) const = default;
 };
 
 using Journal = std::vector<JournalFile>;
 
 inline constexpr std::string_view JournalName = "quill.jnl";
 
-std::string JournalText(const Journal& journal);
+// What becomes of one file, as its part of a journal's text.
+class JournalPart {
+ public:
+  explicit JournalPart(std::string_view fileName);
+  void Add(std::string_view section, std::string_view key,
+           const std::optional<std::string_view>& old, std::string_view value);
+  const std::string& Text() const { return text_; }
+
+ private:
+  std::string text_;
+  std::string section_;  // of the last entry
+};
+
+std::string JournalText(const std::vector<const JournalPart*>& parts);
 
 // Nothing for a text that is not a whole journal, or that names a file outside its folder.
 std::optional<Journal> ParseJournal(std::string_view text);

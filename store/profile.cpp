@@ -1,5 +1,6 @@
 #include "store/profile.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillary {
@@ -10,7 +11,8 @@ bool IsMissing(RunTimeError error) {
 }
 
 bool HasLineEnd(std::string_view name) {
-  return name.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos;
+  return std::any_of(name.begin(), name.end(),
+                     [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
 }
 
 bool HasOuterBlanks(std::string_view name) {
@@ -117,16 +119,24 @@ std::string Profile::ReadEntry(std::string_view File, std::string_view Section,
 
 RunTimeError Profile::WriteEntry(std::string_view File, std::string_view Section,
                                  std::string_view Key, std::string_view Value) {
-  if (!CanStand(Section, Key)) return RunTimeError::PathAccess;
+  const EntryValue entry{Key, Value};
+  return WriteEntries(File, Section, {&entry, 1});
+}
+
+RunTimeError Profile::WriteEntries(std::string_view File, std::string_view Section,
+                                   std::span<const EntryValue> Entries) {
+  for (const EntryValue& entry : Entries) {
+    if (!CanStand(Section, entry.Key)) return RunTimeError::PathAccess;
+  }
   if (group_.Depth == 0) {
     ProfileUpdate update(*this);
-    const RunTimeError error = WriteEntry(File, Section, Key, Value);
+    const RunTimeError error = WriteEntries(File, Section, Entries);
     return error == RunTimeError::None ? update.Commit() : error;
   }
   const auto known = byName_.find(File);
   RunTimeError error = RunTimeError::None;
   const CachedFile& file = known != byName_.end() ? *known->second : Current(File, error);
-  group_.Changes[file.HostPath].Set(Section, Key, Value);
+  group_.Changes[file.HostPath].Set(Section, Entries);
   return RunTimeError::None;
 }
 

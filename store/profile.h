@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -46,6 +48,9 @@ class Profile {
   // profile file cannot hold (line ends, "]" in a section, "=" in a key, ...) give PathAccess.
   RunTimeError WriteEntry(std::string_view File, std::string_view Section, std::string_view Key,
                           std::string_view Value);
+  // The same for several entries of a section, all of them or none.
+  RunTimeError WriteEntries(std::string_view File, std::string_view Section,
+                            std::span<const EntryValue> Entries);
 
   // To be called before the first use of the files beside `File`: completes a group that a crash
   // or power cut stopped after it was sure to be kept, drops one that was stopped before, and
@@ -80,7 +85,8 @@ class Profile {
     const FileChanges* Changes = nullptr;
     std::shared_ptr<const ProfileText> Before;  // what After was made from; null: no file
     std::string After;
-    std::string TemporaryPath;  // holds After, synced once Handle is closed
+    std::optional<JournalPart> Entries;  // what becomes of them
+    std::string TemporaryPath;           // holds After, synced once Handle is closed
     int Handle = -1;
     bool IsChanged() const { return !Before || After != Before->Bytes(); }
   };

@@ -22,15 +22,22 @@ auto FindKey(auto& entries, std::string_view key) {
 
 }  // namespace
 
-void FileChanges::Set(std::string_view section, std::string_view key, std::string_view value) {
-  const auto [place, isNew] = byName_.try_emplace(FoldedName(section), sections_.size());
-  if (isNew) sections_.push_back({std::string(section), {}});
-  auto& entries = sections_[place->second].Entries;
-  const auto entry = FindKey(entries, key);
-  if (entry == entries.end()) {
-    entries.emplace_back(key, value);
-  } else {
-    entry->second = value;
+void FileChanges::Set(std::string_view section, std::span<const EntryValue> entries) {
+  // Writes come section by section as a rule.
+  if (sections_.empty() || !EqualNames(sections_[lastSet_].Name, section)) {
+    const auto [place, isNew] = byName_.try_emplace(FoldedName(section), sections_.size());
+    if (isNew) sections_.push_back({std::string(section), {}});
+    lastSet_ = place->second;
+  }
+  auto& changes = sections_[lastSet_].Entries;
+  for (const EntryValue& entry : entries) {
+    const auto change = FindKey(changes, entry.Key);
+    if (change == changes.end()) {
+      if (changes.empty()) changes.reserve(entries.size());
+      changes.emplace_back(entry.Key, entry.Value);
+    } else {
+      change->second = entry.Value;
+    }
   }
 }
 

@@ -21,21 +21,10 @@ std::string NameOf(std::string_view path) {
   return std::string(path.substr(path.rfind('/') + 1));
 }
 
-Journal MakeJournal(const auto& files) {
-  Journal journal;
-  for (const auto& pending : files) {
-    JournalFile& entries = journal.emplace_back();
-    entries.Name = NameOf(pending.File->HostPath);
-    for (const auto& section : pending.Changes->Sections()) {
-      const auto before =
-          pending.Before ? pending.Before->Find(section.Name) : ProfileText::Section();
-      for (const auto& [key, value] : section.Entries) {
-        std::optional<std::string> old = before.Value(key);
-        if (old != value) entries.Entries.push_back({section.Name, key, std::move(old), value});
-      }
-    }
-  }
-  return journal;
+std::string JournalOf(const auto& files) {
+  std::vector<const JournalPart*> parts;
+  for (const auto& pending : files) parts.push_back(&*pending.Entries);
+  return JournalText(parts);
 }
 
 }  // namespace
@@ -95,8 +84,10 @@ RunTimeError Profile::Prepare(PendingFile& pending) {
   RunTimeError error = Refresh(file);
   if (error != RunTimeError::None) return error;
   pending.Before = file.Text;
-  pending.After = pending.Before ? pending.Before->With(*pending.Changes)
-                                 : ProfileText(std::string()).With(*pending.Changes);
+  pending.Entries.emplace(NameOf(file.HostPath));
+  const ProfileText none{std::string()};
+  pending.After =
+      (pending.Before ? *pending.Before : none).With(*pending.Changes, &*pending.Entries);
   if (!pending.IsChanged()) return RunTimeError::None;
   // The new file would be writable however the old one is protected.
   constexpr unsigned AnyWrite = 0222;
@@ -196,14 +187,14 @@ RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
                                     const ProfileChanges& changes) {
   const std::string folder = FolderOf(files.front().File->HostPath);
   const std::string journalPath = folder + std::string(JournalName);
-  std::string journal = JournalText(MakeJournal(files));
+  std::string journal = JournalOf(files);
   bool isLeft = false;
   RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
   if (error == RunTimeError::PathAccess && CompleteJournal(folder) == RunTimeError::None) {
     // Another program was stopped in the middle of a group; now its group is done, too.
     error = PrepareAll(files);
     if (error != RunTimeError::None) return error;
-    journal = JournalText(MakeJournal(files));
+    journal = JournalOf(files);
     error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
   }
   if (error == RunTimeError::None) {

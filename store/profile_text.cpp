@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/text.h"
+#include "store/journal.h"
 #include "store/line_reader.h"
 #include "store/profile_line.h"
 
@@ -79,36 +80,69 @@ void AppendEntry(std::string& bytes, std::string_view key, std::string_view valu
   bytes += LineEnd;
 }
 
-// Appends the lines of a section to `bytes`, with the changes to its entries made.
+bool IsWrittenAs(std::string_view written, std::string_view value) {
+  const bool isPlain = written.empty() || (written.front() != '"' && written.front() != '\\');
+  return isPlain ? written == value : DecodeValue(written) == value;
+}
+
+// A bit for the letter that a name begins with; others may share it.
+std::uint64_t LetterBit(char letter) {
+  return std::uint64_t{1} << (static_cast<unsigned char>(LowerLetter(letter)) % 64U);
+}
+
+// Where the blank lines at the end of a section begin.
+std::size_t BlankLinesBegin(std::string_view lines) {
+  std::size_t end = lines.size();
+  while (end > 0) {
+    const std::size_t feed = end > 1 ? lines.rfind('\n', end - 2) : std::string_view::npos;
+    const std::size_t begin = feed == std::string_view::npos ? 0 : feed + 1;
+    if (!TrimBlanks(WithoutEnd(lines.substr(begin, end - begin))).empty()) break;
+    end = begin;
+  }
+  return end;
+}
+
+// Appends the lines of a section to `bytes`, with the changes to its entries made, and these to the
+// journal.
 void AppendSection(std::string& bytes, std::string_view lines,
-                   const FileChanges::SectionChanges& changes) {
-  std::vector<bool> done(changes.Entries.size());
-  std::size_t end = bytes.size();  // behind the last line that is not blank
-  LineReader reader(lines);
+                   const FileChanges::SectionChanges& changes, JournalPart* journal) {
+  std::uint64_t letters = LetterBit(' ') | LetterBit('\t');
+  for (const auto& [key, value] : changes.Entries) letters |= LetterBit(key.front());
+
+  const std::size_t blankLines = BlankLinesBegin(lines);
+  std::vector<bool> isDone(changes.Entries.size());
+  std::size_t missing = changes.Entries.size();
+  const char* copied = lines.data();
+  LineReader reader(lines.substr(0, blankLines));
   std::string_view line;
-  while (reader.Next(line)) {
+  while (missing > 0 && reader.Next(line)) {
+    if ((letters & LetterBit(line.front())) == 0) continue;
     const WrittenEntry entry = ParseEntry(line);
     std::size_t index = 0;
-    while (index < done.size() &&
-           (done[index] || !EqualNames(changes.Entries[index].first, entry.Key))) {
+    while (index < isDone.size() &&
+           (isDone[index] || !EqualNames(changes.Entries[index].first, entry.Key))) {
       ++index;
     }
-    if (index < done.size()) done[index] = true;
-    if (index < done.size() && DecodeValue(entry.Written) != changes.Entries[index].second) {
-      AppendEntry(bytes, entry.Key, changes.Entries[index].second);
-    } else {
-      bytes += line;
-    }
-    if (!TrimBlanks(WithoutEnd(line)).empty()) end = bytes.size();
-  }
-  const std::string blankLines = bytes.substr(end);
-  bytes.resize(end);
-  for (std::size_t index = 0; index < done.size(); ++index) {
-    if (!done[index]) {
-      AppendEntry(bytes, changes.Entries[index].first, changes.Entries[index].second);
+    if (index == isDone.size()) continue;
+    isDone[index] = true;
+    --missing;
+    const auto& [key, value] = changes.Entries[index];
+    if (IsWrittenAs(entry.Written, value)) continue;
+    bytes.append(copied, line.data());
+    copied = line.data() + line.size();
+    AppendEntry(bytes, entry.Key, value);
+    if (journal != nullptr) {
+      journal->Add(changes.Name, key, DecodeValue(entry.Written), value);
     }
   }
-  bytes += blankLines;
+  bytes.append(copied, lines.data() + blankLines);
+  for (std::size_t index = 0; index < isDone.size(); ++index) {
+    if (isDone[index]) continue;
+    const auto& [key, value] = changes.Entries[index];
+    AppendEntry(bytes, key, value);
+    if (journal != nullptr) journal->Add(changes.Name, key, std::nullopt, value);
+  }
+  bytes += lines.substr(blankLines);
 }
 
 }  // namespace
@@ -226,7 +260,7 @@ std::optional<std::string> ProfileText::Section::Value(std::string_view key) con
   return std::nullopt;
 }
 
-std::string ProfileText::With(const FileChanges& changes) const {
+std::string ProfileText::With(const FileChanges& changes, JournalPart* journal) const {
   std::vector<std::pair<std::size_t, const FileChanges::SectionChanges*>> known;
   std::vector<const FileChanges::SectionChanges*> added;
   for (const auto& section : changes.Sections()) {
@@ -246,7 +280,7 @@ std::string ProfileText::With(const FileChanges& changes) const {
     const std::size_t begin = sections_[index].LinesBegin;
     const std::size_t end = LinesEnd(index);
     result.append(bytes_, copied, begin - copied);
-    AppendSection(result, std::string_view(bytes_).substr(begin, end - begin), *section);
+    AppendSection(result, std::string_view(bytes_).substr(begin, end - begin), *section, journal);
     copied = end;
   }
   result.append(bytes_, copied);
@@ -254,7 +288,7 @@ std::string ProfileText::With(const FileChanges& changes) const {
     EndLine(result);
     result += '[' + section->Name + ']';
     result += LineEnd;
-    AppendSection(result, {}, *section);
+    AppendSection(result, {}, *section, journal);
   }
   return result;
 }

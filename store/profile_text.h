@@ -11,6 +11,8 @@
 
 namespace quillary {
 
+class JournalPart;
+
 // The text of one profile file, with its sections found. Never changes after it is made.
 // Any bytes are taken: what is not a section or an entry is passed over.
 class ProfileText {
@@ -42,8 +44,8 @@ class ProfileText {
 
   // The file's bytes after `changes`. Lines that they do not name, and entries that have the new
   // value already, stay as they are; new entries go to the end of their section, new sections to
-  // the end of the file.
-  std::string With(const FileChanges& changes) const;
+  // the end of the file. Entries that get another value are added to `journal`.
+  std::string With(const FileChanges& changes, JournalPart* journal = nullptr) const;
 
  private:
   // Where a section stands in the bytes. Its lines end where the next heading begins.

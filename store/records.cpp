@@ -42,20 +42,22 @@ RunTimeError Records::WriteHeaderEntry(std::string_view Key, std::string_view Va
   return profile_.WriteEntry(data_.DataFile, HeaderSection, Key, Value);
 }
 
-void Records::Note(std::string_view file, std::string_view section, std::string_view key,
-                   std::string_view value) {
-  if (profile_.WriteEntry(file, section, key, value) == RunTimeError::None) return;
+void Records::Note(std::string_view file, std::string_view section,
+                   std::span<const EntryValue> entries) {
+  if (profile_.WriteEntries(file, section, entries) == RunTimeError::None) return;
   // A joined group that ends without Commit makes the whole group fail.
   const ProfileUpdate failing(profile_);
 }
 
 void Records::NoteRecordEntry(std::string_view RecNo, std::string_view Key,
                               std::string_view Value) {
-  Note(RecordFile(RecNo), RecordSection(RecNo), Key, Value);
+  const EntryValue entry{Key, Value};
+  Note(RecordFile(RecNo), RecordSection(RecNo), {&entry, 1});
 }
 
 void Records::NoteHeaderEntry(std::string_view Key, std::string_view Value) {
-  Note(data_.DataFile, HeaderSection, Key, Value);
+  const EntryValue entry{Key, Value};
+  Note(data_.DataFile, HeaderSection, {&entry, 1});
 }
 
 RunTimeError Records::ReadRecord(std::string_view RecNo) {

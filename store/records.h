@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -106,8 +107,7 @@ class Records {
   static const Chain CompanyChain;
 
   // For use inside a group, which fails if the write cannot be noted.
-  void Note(std::string_view file, std::string_view section, std::string_view key,
-            std::string_view value);
+  void Note(std::string_view file, std::string_view section, std::span<const EntryValue> entries);
   void NoteRecordEntry(std::string_view RecNo, std::string_view Key, std::string_view Value);
   void NoteHeaderEntry(std::string_view Key, std::string_view Value);
 

@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <utility>
 
 #include "platform/numbers.h"
 #include "platform/text.h"
@@ -8,6 +11,21 @@
 #include "store/records.h"
 
 namespace quillary {
+namespace {
+
+// The entries of a list in the order of their record numbers, in which they lie in the files.
+std::vector<std::size_t> OrderOfNumbers(const std::vector<std::string>& recNos) {
+  std::vector<std::pair<std::int32_t, std::size_t>> numbers;
+  numbers.reserve(recNos.size());
+  for (const auto& recNo : recNos) numbers.emplace_back(ToInt32(recNo), numbers.size());
+  std::sort(numbers.begin(), numbers.end());
+  std::vector<std::size_t> order;
+  order.reserve(numbers.size());
+  for (const auto& [number, index] : numbers) order.push_back(index);
+  return order;
+}
+
+}  // namespace
 
 // The record that follows the listed ones in the files, where the header's count is smaller than
 // the chain is long; empty as a rule. It stays linked, so that no record is lost by a wrong count.
@@ -24,27 +42,29 @@ std::string Records::RecordBehind(const Chain& chain, const std::vector<std::str
 
 void Records::NoteLink(const Chain& chain, const std::vector<std::string>& recNos,
                        std::size_t index, const std::string& behind) {
-  const std::string file = RecordFile(recNos[index]);
-  const std::string section = RecordSection(recNos[index]);
   const bool isLast = index + 1 == recNos.size();
-  Note(file, section, chain.Prev, index == 0 ? std::string_view() : Trim(recNos[index - 1]));
-  Note(file, section, chain.Next, isLast ? std::string_view(behind) : Trim(recNos[index + 1]));
+  const std::array<EntryValue, 2> links{
+      {{chain.Prev, index == 0 ? std::string_view() : Trim(recNos[index - 1])},
+       {chain.Next, isLast ? std::string_view(behind) : Trim(recNos[index + 1])}}};
+  Note(RecordFile(recNos[index]), RecordSection(recNos[index]), links);
   if (isLast && !behind.empty()) NoteRecordEntry(behind, chain.Prev, Trim(recNos[index]));
 }
 
 // Every link of both lists as they are in memory. Without `progress` no events run meanwhile.
 void Records::NoteLinks(const std::string& behindNames, const std::string& behindCompanies,
                         ProgressHooks* progress) {
-  const auto count = static_cast<std::size_t>(std::max<std::int16_t>(data_.NoOfRecords, 0));
   NoteHeaderEntry(NameChain.FirstRecord, Trim(data_.NamesRecNo[0]));
   NoteHeaderEntry(CompanyChain.FirstRecord, Trim(data_.CompaniesRecNo[0]));
   if (data_.ListsIncomplete) NoteHeaderEntry("NoOfRecords", NumberText(data_.NoOfRecords));
-  for (std::size_t i = 0; i < count; ++i) {
+  if (data_.NoOfRecords < 1) return;
+  const auto names = OrderOfNumbers(data_.NamesRecNo);
+  const auto companies = OrderOfNumbers(data_.CompaniesRecNo);
+  for (std::size_t i = 0; i < names.size(); ++i) {
     if (progress != nullptr) {
-      progress->Step(static_cast<double>(i + 1) / static_cast<double>(count) * 100);
+      progress->Step(static_cast<double>(i + 1) / static_cast<double>(names.size()) * 100);
     }
-    NoteLink(NameChain, data_.NamesRecNo, i, behindNames);
-    NoteLink(CompanyChain, data_.CompaniesRecNo, i, behindCompanies);
+    NoteLink(NameChain, data_.NamesRecNo, names[i], behindNames);
+    NoteLink(CompanyChain, data_.CompaniesRecNo, companies[i], behindCompanies);
   }
 }
 

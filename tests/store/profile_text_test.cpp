@@ -101,15 +101,19 @@ TEST(ProfileText, AnyBytesAreTakenAndKept) {
 }
 
 TEST(Journal, ComesBackWholeOrNotAtAll) {
-  const Journal journal = {
-      {"quill.dat", {{"General Info", "NoOfRecords", "5", "6"}, {"General Info", "New", {}, ""}}},
-      {"quill0.dat", {{"Record1", "Notes", "a\r\nend 0", " b "}, {"Record2", "x", "", "\n+y=1"}}}};
-  const std::string text = JournalText(journal);
+  JournalPart header("quill.dat");
+  header.Add("General Info", "NoOfRecords", "5", "6");
+  header.Add("General Info", "New", {}, "");
+  JournalPart records("quill0.dat");
+  records.Add("Record1", "Notes", "a\r\nend 0", " b ");
+  records.Add("Record2", "x", "", "\n+y=1");
+  const std::string text = JournalText({&header, &records});
   const auto parsed = ParseJournal(text);
   ASSERT_TRUE(parsed);
-  EXPECT_EQ(JournalText(*parsed), text);
-  EXPECT_EQ((*parsed)[1].Entries[0].Old, "a\r\nend 0");
-  EXPECT_EQ((*parsed)[0].Entries[1].Old, std::nullopt);
+  const Journal expected = {
+      {"quill.dat", {{"General Info", "NoOfRecords", "5", "6"}, {"General Info", "New", {}, ""}}},
+      {"quill0.dat", {{"Record1", "Notes", "a\r\nend 0", " b "}, {"Record2", "x", "", "\n+y=1"}}}};
+  EXPECT_EQ(*parsed, expected);
   for (std::size_t size = 0; size < text.size(); ++size) {
     ASSERT_FALSE(ParseJournal(text.substr(0, size))) << size;
   }
@@ -122,7 +126,9 @@ TEST(Journal, ComesBackWholeOrNotAtAll) {
 
 TEST(Journal, NamesNoFileOutsideItsFolder) {
   for (const char* name : {"../quill.dat", "/etc/x", "..", "a\\b", ""}) {
-    EXPECT_FALSE(ParseJournal(JournalText({{name, {{"s", "k", {}, "v"}}}}))) << name;
+    JournalPart part(name);
+    part.Add("s", "k", {}, "v");
+    EXPECT_FALSE(ParseJournal(JournalText({&part}))) << name;
   }
 }
 
