@@ -8,8 +8,19 @@ class Commands {
   virtual ~Commands() = default;
 
   virtual void ShowNewDialog() = 0;
-  // Expects FieldValues to hold the selected record.
+  // These three expect FieldValues to hold the selected record.
   virtual void ShowDuplicateDialog() = 0;
+  virtual void ShowEditDialog() = 0;
+  virtual void ShowDeleteDialog() = 0;
+  // Deletes the selected record at once.
+  virtual void DeleteWithoutConfirmation() = 0;
+  // Opens "Restore Deleted Record" with the deleted records.
+  virtual void GetDeletedNamesList() = 0;
+  // Opens "File to Import". 0: adds to the data, otherwise replaces them.
+  virtual void MnuImport_Click(int index) = 0;
+  virtual void BackUpToDisk() = 0;
+  virtual void RestoreFromDisk() = 0;
+  virtual void ShowSetup() = 0;
   virtual void ShowFilterDialog() = 0;
   virtual void FilterOff() = 0;
   virtual void ShowAboutDialog() = 0;

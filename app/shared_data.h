@@ -22,14 +22,8 @@ enum CopyFlag : std::uint8_t {
   CopyEMail,
 };
 
-// The state that all windows share. Made once, in main/, and handed down by reference.
-struct SharedData : StoreData {
-  // The preferences file, a bare profile name, and the program's section in it.
-  std::string PrefsFile = "varek.ini";
-  std::string PrefsSection = "QL32";
-
-  // Preferences (see LoadPreferences).
-  std::string Version = "2.0";
+// What the user has chosen (see LoadPreferences); the order of the list is StoreData's ViewMode.
+struct Preferences {
   std::uint8_t NameStyle = 0;
   bool UsePrefix = false;
   std::uint8_t PrefixSprt = 0;
@@ -37,11 +31,21 @@ struct SharedData : StoreData {
   std::string Phone2Prefix;
   std::string FaxPrefix;
   std::string EMailPrefix;
+  std::array<double, CopyFlagCount> CopyValues{};
+  std::uint8_t CommPort = 0;  // 1 to 4
+  std::string DialSystem;     // "DT" tone, "DP" pulse
+};
+
+// The state that all windows share. Made once, in main/, and handed down by reference.
+struct SharedData : StoreData, Preferences {
+  // The preferences file, a bare profile name, and the program's section in it.
+  std::string PrefsFile = "varek.ini";
+  std::string PrefsSection = "QL32";
+  std::string Version = "2.0";  // of the program that last wrote the file
   std::uint8_t CopyCount = CopyFlagCount;
   std::array<std::string, CopyFlagCount> CopyKeys{"CopyName",    "CopyTitle",  "CopyCompany",
                                                   "CopyAddress", "CopyPhone1", "CopyPhone2",
                                                   "CopyFax",     "CopyEMail"};
-  std::array<double, CopyFlagCount> CopyValues{};
 
   bool InUse = false;  // another application holds the data; nothing is to be changed
 

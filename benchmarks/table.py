@@ -19,10 +19,10 @@ STARTS = 9
 FULL = 32767
 
 
-def store_times(build):
+def medians(build, program):
     """Medians in milliseconds, by the benchmark's name without its settings."""
     out = subprocess.run(
-        [os.path.join(build, "benchmarks/store_benchmark"), "--benchmark_format=json",
+        [os.path.join(build, "benchmarks", program), "--benchmark_format=json",
          "--benchmark_repetitions=5", "--benchmark_report_aggregates_only=true"],
         check=True, capture_output=True).stdout
     to_ms = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1e3}
@@ -57,11 +57,13 @@ def start_figures(build, count):
 
 def main():
     build = sys.argv[1]
-    times = store_times(build)
+    times = {**medians(build, "store_benchmark"), **medians(build, "record_benchmark")}
     empty_ms, empty_mb = start_figures(build, 0)
     full_ms, full_mb = start_figures(build, FULL)
-    into_full = next(time for name, time in times.items()
-                     if name.startswith("InsertRecord/") and name != "InsertRecord/100")
+
+    def among(many, name):
+        return next(time for key, time in times.items()
+                    if key.startswith(name + "/") and (key != name + "/100") == many)
 
     rows = [("read an entry of an unchanged file", times["ReadEntry"] * 1000, "us", "2 us",
              times["ReadEntry"] * 1000, 2)]
@@ -74,8 +76,14 @@ def main():
              "write all the files durably", 2)]:
         rows.append((what, times[name], "ms", f"{limit} x {peer_what}",
                      times[name] / times[peer_name], limit))
-    rows.append((f"InsertRecord into {FULL}", into_full, "ms", "1.2 x into 100",
-                 into_full / times["InsertRecord/100"], 1.2))
+    for name in ["InsertRecord", "DeleteRecord", "RestoreRecord", "ChangeNotes", "ChangeName"]:
+        rows.append((f"{name} among {FULL}", among(True, name), "ms", "1.2 x among 100",
+                     among(True, name) / among(False, name), 1.2))
+    for name in [key for key in times if "grep " + key in times]:
+        rows.append((f"{name}, {FULL} records", times[name], "ms", "3 x grep -ciF for it",
+                     times[name] / times["grep " + name], 3))
+    rows.append(("ReadDeletedNamesList, 8000 records", times["ReadDeletedNamesList"], "ms", "300 ms",
+                 times["ReadDeletedNamesList"], 300))
     rows.append((f"start to painted list, {FULL} records", full_ms, "ms",
                  "150 ms more than with none", full_ms - empty_ms, 150))
     rows.append(("memory by then", full_mb, "MB", "60 MB more than with none",

@@ -14,7 +14,8 @@ FormType& Once(std::unique_ptr<FormType>& form, Arguments&&... arguments) {
 
 }  // namespace
 
-Forms::Forms(Profile& profile, const TextComparer& comparer, Ending& ending)
+Forms::Forms(Profile& profile, const TextComparer& comparer, Ending& ending,
+             std::string ownDirectory)
     : Main(Shared),
       StoreProgress(
           Main, [this] { return percent_.get(); }, [this] { return welcome_.get(); },
@@ -24,8 +25,11 @@ Forms::Forms(Profile& profile, const TextComparer& comparer, Ending& ending)
       Store(Shared, profile, comparer, StoreProgress, Main),
       Guard(profile, Shared, [this] { SetReadOnly(); }),
       profile_(profile),
-      ending_(ending) {
-  Main.Connect(Store, *this);
+      ending_(ending),
+      ownDirectory_(std::move(ownDirectory)) {
+  Main.Connect(
+      Store, *this, Guard, [this]() -> Percent& { return Percentage(); },
+      [this]() -> MsgBoxSnglTxt& { return SingleText(); });
 }
 
 MsgBoxSnglTxt& Forms::SingleText() {
@@ -55,13 +59,37 @@ AboutDialog& Forms::About() {
 FilterDialog& Forms::Filter() {
   return Once(filterDialog_, Shared, Store, Main, Percentage());
 }
-NewDialog& Forms::New() {
-  return Once(newDialog_, Shared, profile_, Store, Guard, Main, SingleText(), Waiting());
+FileToImportDialog& Forms::Import() {
+  return Once(fileToImportDialog_, ImportTools{Shared, profile_, Store, Guard, Main, SingleText(),
+                                               Waiting(), Percentage(), StoreProgress});
 }
-
-void Forms::SetReadOnly() {
-  New().EnableOK(!Shared.InUse);
-  Main.ShowReadOnly();
+BackUp& Forms::DiskBackUp() {
+  BackUpFolder& folder = Once(backUpFolder_, Shared, profile_, Main, SingleText());
+  return Once(backUp_, Shared, profile_, Store, Guard, Main, *this, *this, SingleText(), Waiting(),
+              Percentage(), folder);
+}
+SetupDialog& Forms::Setup() {
+  return Once(setupDialog_, Shared, profile_, Store, Main, SingleText());
+}
+NewDialog& Forms::New() {
+  Once(newDialog_, Shared, profile_, Store, Guard, Main, SingleText(), Waiting());
+  newDialog_->EnableOK(!Shared.InUse);
+  return *newDialog_;
+}
+EditDialog& Forms::Edit() {
+  Once(editDialog_, Shared, profile_, Store, Guard, Main, SingleText(), Waiting());
+  editDialog_->EnableOK(!Shared.InUse);
+  return *editDialog_;
+}
+DeleteDialog& Forms::Delete() {
+  Once(deleteDialog_, Shared, Store, Guard, Main, SingleText(), Waiting());
+  deleteDialog_->EnableOK(!Shared.InUse);
+  return *deleteDialog_;
+}
+RestoreDialog& Forms::Restore() {
+  Once(restoreDialog_, Shared, Store, Guard, Main, SingleText(), Waiting(), Percentage());
+  restoreDialog_->EnableRestore(!Shared.InUse);
+  return *restoreDialog_;
 }
 
 void Forms::ShowNewDialog() {
@@ -69,6 +97,30 @@ void Forms::ShowNewDialog() {
 }
 void Forms::ShowDuplicateDialog() {
   New().ShowDuplicateDialog();
+}
+void Forms::ShowEditDialog() {
+  Edit().ShowEditDialog();
+}
+void Forms::ShowDeleteDialog() {
+  Delete().ShowDeleteDialog();
+}
+void Forms::DeleteWithoutConfirmation() {
+  Delete().DeleteWithoutConfirmation();
+}
+void Forms::GetDeletedNamesList() {
+  Restore().GetDeletedNamesList();
+}
+void Forms::MnuImport_Click(int index) {
+  Import().MnuImport_Click(index);
+}
+void Forms::BackUpToDisk() {
+  DiskBackUp().BackUpToDisk();
+}
+void Forms::RestoreFromDisk() {
+  DiskBackUp().RestoreFromDisk();
+}
+void Forms::ShowSetup() {
+  Setup().ShowSetup();
 }
 void Forms::ShowFilterDialog() {
   Filter().ShowFilterDialog();

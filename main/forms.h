@@ -2,8 +2,11 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "app/commands.h"
+#include "app/opening.h"
+#include "app/setup/setup_dialog.h"
 #include "app/shared_data.h"
 #include "app/sharing_guard.h"
 #include "auxiliary/about_dialog.h"
@@ -13,8 +16,14 @@
 #include "auxiliary/progress.h"
 #include "auxiliary/tip_of_day.h"
 #include "auxiliary/welcome.h"
+#include "backup/back_up.h"
+#include "backup/back_up_folder.h"
+#include "dialogs/delete_dialog.h"
+#include "dialogs/edit_dialog.h"
 #include "dialogs/file_in_use.h"
 #include "dialogs/new_dialog.h"
+#include "dialogs/restore_dialog.h"
+#include "import/file_to_import_dialog.h"
 #include "mainwindow/filter_dialog.h"
 #include "mainwindow/main_dialog.h"
 #include "platform/text.h"
@@ -35,9 +44,10 @@ class Ending {
 
 // Every window of the program, each made on its first use, and the commands that open them. Its
 // members are what the windows share.
-class Forms : public Commands {
+class Forms : public Commands, public Opening {
  public:
-  Forms(Profile& profile, const TextComparer& comparer, Ending& ending);
+  // `ownDirectory`: the program's own directory, in which a new data set is made; a program path.
+  Forms(Profile& profile, const TextComparer& comparer, Ending& ending, std::string ownDirectory);
 
   SharedData Shared;
   MainDialog Main;
@@ -55,26 +65,45 @@ class Forms : public Commands {
   Welcome& Splash();
   void CloseWelcome() { welcome_.reset(); }
 
-  // Applies InUse to every command that changes data.
-  void SetReadOnly();
   bool HasEnded() const { return hasEnded_; }
 
   // Commands
   void ShowNewDialog() override;
   void ShowDuplicateDialog() override;
+  void ShowEditDialog() override;
+  void ShowDeleteDialog() override;
+  void DeleteWithoutConfirmation() override;
+  void GetDeletedNamesList() override;
+  void MnuImport_Click(int index) override;
+  void BackUpToDisk() override;
+  void RestoreFromDisk() override;
+  void ShowSetup() override;
   void ShowFilterDialog() override;
   void FilterOff() override;
   void ShowAboutDialog() override;
   void ShowTipOfDay() override;
   void ExitApplication() override;
 
+  // Opening
+  bool OpenDataFile() override;
+  void WarnInUse() override;
+  void SetReadOnly() override;
+  void TellFaults(RunTimeError countError, RunTimeError sortError) override;
+
  private:
   NewDialog& New();
+  EditDialog& Edit();
+  DeleteDialog& Delete();
+  RestoreDialog& Restore();
+  FileToImportDialog& Import();
+  BackUp& DiskBackUp();
+  SetupDialog& Setup();
   FilterDialog& Filter();
   AboutDialog& About();
 
   Profile& profile_;
   Ending& ending_;
+  std::string ownDirectory_;
   bool hasEnded_ = false;
 
   std::unique_ptr<MsgBoxSnglTxt> msgBoxSnglTxt_;
@@ -85,6 +114,13 @@ class Forms : public Commands {
   std::unique_ptr<FileInUse> fileInUse_;
   std::unique_ptr<TipOfDay> tipOfDay_;
   std::unique_ptr<NewDialog> newDialog_;
+  std::unique_ptr<EditDialog> editDialog_;
+  std::unique_ptr<DeleteDialog> deleteDialog_;
+  std::unique_ptr<RestoreDialog> restoreDialog_;
+  std::unique_ptr<FileToImportDialog> fileToImportDialog_;
+  std::unique_ptr<BackUpFolder> backUpFolder_;
+  std::unique_ptr<BackUp> backUp_;
+  std::unique_ptr<SetupDialog> setupDialog_;
   std::unique_ptr<FilterDialog> filterDialog_;
   std::unique_ptr<AboutDialog> aboutDialog_;
 };

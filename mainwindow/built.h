@@ -27,7 +27,12 @@ enum class Feature {
 };
 
 // The features that this version has. The controls of the others are there but stay disabled.
-inline constexpr std::array Built{Feature::New, Feature::Filter, Feature::TipOfDay, Feature::About};
+inline constexpr std::array Built{
+    Feature::New,        Feature::Filter, Feature::TipOfDay, Feature::About,
+    Feature::Copy,       Feature::Edit,   Feature::Delete,   Feature::Exchange,
+    Feature::Reports,    Feature::Import, Feature::BackUp,   Feature::RestoreDeleted,
+    Feature::SwitchView, Feature::Find,   Feature::Setup,
+};
 
 constexpr bool IsBuilt(Feature feature) {
   return std::find(Built.begin(), Built.end(), feature) != Built.end();

@@ -19,8 +19,8 @@ class CommandButton : public QPushButton {
     setAutoDefault(true);
   }
 
-  // Called when a mouse button goes down on it; true means that this was all, and the button is
-  // not pressed.
+  // Called when the left mouse button goes down on it; true means that this was all: the button
+  // looks pressed as long as the mouse is held, but is not clicked.
   std::function<bool(const QMouseEvent&)> MouseDown;
 
  protected:
@@ -37,14 +37,32 @@ class CommandButton : public QPushButton {
   }
 
   void mousePressEvent(QMouseEvent* event) override {
-    if (!MouseDown || !MouseDown(*event)) QPushButton::mousePressEvent(event);
+    taken_ = event->button() == Qt::LeftButton && MouseDown && MouseDown(*event);
+    if (!taken_) {
+      QPushButton::mousePressEvent(event);
+    } else if (isEnabled()) {
+      setDown(true);
+    }
   }
+
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (taken_) {
+      setDown(false);
+    } else {
+      QPushButton::mouseReleaseEvent(event);
+    }
+  }
+
+ private:
+  bool taken_ = false;  // the last press, by MouseDown
 };
 
-// Whether Shift is held, and neither Ctrl nor Alt.
+// Which of Shift, Ctrl and Alt are held.
+inline Qt::KeyboardModifiers HeldKeys(const QMouseEvent& event) {
+  return event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+}
 inline bool ShiftAlone(const QMouseEvent& event) {
-  return (event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier)) ==
-         Qt::ShiftModifier;
+  return HeldKeys(event) == Qt::ShiftModifier;
 }
 
 }  // namespace quillary

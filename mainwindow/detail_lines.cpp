@@ -1,6 +1,4 @@
-#include <QClipboard>
-#include <QGuiApplication>
-
+#include "mainwindow/copy_details.h"
 #include "mainwindow/main_dialog.h"
 
 namespace quillary {
@@ -36,12 +34,6 @@ QString Hint(int index) {
   }
 }
 
-void CopyToClipboard(const std::string& text) {
-  QClipboard* clipboard = QGuiApplication::clipboard();
-  clipboard->clear();
-  clipboard->setText(QString::fromStdString(text));
-}
-
 }  // namespace
 
 void MainDialog::Label_MouseDown(int index, const QMouseEvent& event) {
@@ -69,8 +61,17 @@ void MainDialog::Label_MouseDown(int index, const QMouseEvent& event) {
 
 void MainDialog::Highlight(int index) {
   for (int i = 0; i < static_cast<int>(Label.size()); ++i) {
+    const bool isOver = i == index || (IsAddress(i) && IsAddress(index));
     Label.at(static_cast<std::size_t>(i))
-        ->SetHighlighted(i == index || (IsAddress(i) && IsAddress(index)));
+        ->SetTextColour(isOver ? DetailLabel::Colour::Highlighted : DetailLabel::Colour::Normal);
+  }
+}
+
+void MainDialog::EndHighlight() {
+  for (DetailLabel* label : Label) {
+    if (label->TextColour() == DetailLabel::Colour::Highlighted) {
+      label->SetTextColour(DetailLabel::Colour::Normal);
+    }
   }
 }
 
@@ -78,6 +79,30 @@ void MainDialog::Label_MouseMove(int index) {
   Highlight(index);
   // What dialling says stays until it is over.
   if (!IsNumber(index) || Panel(1) != QStringLiteral("Dial a number.")) SetPanel(1, Hint(index));
+}
+
+void MainDialog::GoToLine(int index, int step) {
+  for (int i = index; i >= NameLine && i <= NotesLine; i += step) {
+    if (!Label.at(static_cast<std::size_t>(i))->isEnabled()) continue;
+    keyLine_ = i;
+    Label_MouseMove(i);
+    return;
+  }
+}
+
+bool MainDialog::DetailsPanel_KeyDown(const QKeyEvent& event) {
+  if (event.key() == Qt::Key_Up || event.key() == Qt::Key_Down) {
+    const int step = event.key() == Qt::Key_Down ? 1 : -1;
+    GoToLine(keyLine_ + step, step);
+    return true;
+  }
+  const DetailLabel* label = Label.at(static_cast<std::size_t>(keyLine_));
+  if (event.key() != Qt::Key_Space || !label->isEnabled()) return false;
+  const QPoint place = label->rect().bottomLeft();
+  const QMouseEvent click(QEvent::MouseButtonPress, place, label->mapToGlobal(place),
+                          Qt::LeftButton, Qt::LeftButton, event.modifiers());
+  Label_MouseDown(keyLine_, click);
+  return true;
 }
 
 void MainDialog::MnuNameStyleArray_Click(int index) {

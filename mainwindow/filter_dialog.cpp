@@ -7,25 +7,13 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "mainwindow/select_record.h"
 #include "platform/desktop/twips.h"
-#include "platform/numbers.h"
 #include "platform/text.h"
 
 namespace quillary {
 
 namespace {
-
-// Finds the record that is shown among all records, which the list box has just been filled with.
-void SelectCurRecordNo(SharedData& shared, const Hub& hub) {
-  const int recordNo = ToInt32(shared.CurRecordNo);
-  const int count = std::min<int>(shared.NoOfRecords, hub.ListCount());
-  for (int i = 0; i < count; ++i) {
-    if (hub.ItemData(i) == recordNo) {
-      shared.CurListIndex = static_cast<std::int16_t>(i);
-      return;
-    }
-  }
-}
 
 QLineEdit* MakeBox(const QString& name, const QString& accessibleName) {
   auto* box = new QLineEdit;

@@ -1,5 +1,3 @@
-#include <QMouseEvent>
-
 #include "mainwindow/main_dialog.h"
 
 namespace quillary {
@@ -14,24 +12,11 @@ void MainDialog::TrackMouse() {
   }
 }
 
-bool MainDialog::eventFilter(QObject* object, QEvent* event) {
-  // While a dialog is open, panel 1 is the dialog's.
-  if (isEnabled()) {
-    if (event->type() == QEvent::MouseMove) {
-      // The event also goes to the parents of the control under the mouse: it is looked up.
-      const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-      ShowHint(childAt(mapFromGlobal(place)));
-    } else if (event->type() == QEvent::Leave && object == DetailsPanel) {
-      Highlight(-1);
-    }
-  }
-  return QMainWindow::eventFilter(object, event);
-}
-
 void MainDialog::ShowHint(const QWidget* under) {
   const auto* line = qobject_cast<const DetailLabel*>(under);
   if (line != nullptr && line->isEnabled()) return;  // Label_MouseMove is for these
-  Highlight(-1);
+  EndHighlight();
+  if (under == DetailsFrame) Highlight(-1);
   if (under == nullptr || under == centralWidget() || under == FrmFind || under == DetailsFrame) {
     SetPanel(1, QString());
     return;
@@ -55,13 +40,14 @@ void MainDialog::ShowHint(const QWidget* under) {
        shared_.FilterOn
            ? QStringLiteral("Click to load Filter Dialog. (Right Click for options)")
            : QStringLiteral("Use filter to show part of your data. (Right Click for options)")},
-      {BtnFind, QString()},
+      {BtnFind, btnFindTag_},
       {TxtFind, QStringLiteral("Type a text to find")},
       {SrchInLabel, QStringLiteral("Select the fields to search in")},
       {LstNames->viewport(),
        QStringLiteral(
            "Double-Click a name to copy details. Type name's first letter for quick search.")},
       {BtnAbout, QStringLiteral("Show the version of this program.")},
+      {CopyrightLabel, QString()},
   };
   for (const ControlHint& hint : hints) {
     if (under == hint.Control) SetPanel(1, hint.Text);

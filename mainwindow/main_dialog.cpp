@@ -2,7 +2,10 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QFocusEvent>
 #include <QWindow>
+#include <utility>
 
 #include "platform/desktop/raise_window.h"
 #include "platform/numbers.h"
@@ -38,24 +41,36 @@ MainDialog::MainDialog(SharedData& shared)
   LstNames->setAccessibleName(QStringLiteral("Names"));
   // The list shows a record that cannot be read as an empty one; SetData tells why.
   connect(LstNames, &ListBox::Click, this, [this] { static_cast<void>(LstNames_Click()); });
-  connect(&quillMnu_, &QuillMnu::MnuNameStyleArray_Click, this,
-          &MainDialog::MnuNameStyleArray_Click);
   MakeDetails();
   MakeCopyBoxes();
   MakeButtons();
   MakeFind();
   LayOut();
+  ConnectButtons();
+  ConnectFind();
   TrackMouse();
+  SetDefaultButton(*BtnCopy);
 }
 
-void MainDialog::Connect(Records& records, Commands& commands) {
+void MainDialog::Connect(Records& records, Commands& commands, SharingGuard& guard,
+                         std::function<Percent&()> percent,
+                         std::function<MsgBoxSnglTxt&()> msgBox) {
   records_ = &records;
   commands_ = &commands;
+  guard_ = &guard;
+  percent_ = std::move(percent);
+  msgBox_ = std::move(msgBox);
   quillMnu_.Connect(commands);
-  connect(BtnNew, &QPushButton::clicked, this, [&commands] { commands.ShowNewDialog(); });
-  connect(BtnFilter, &QPushButton::clicked, this, [&commands] { commands.ShowFilterDialog(); });
-  connect(BtnAbout, &QPushButton::clicked, this, [&commands] { commands.ShowAboutDialog(); });
-  connect(BtnExit, &QPushButton::clicked, this, [&commands] { commands.ExitApplication(); });
+  const auto start = [this, &commands](CommandButton* button, void (Commands::*command)()) {
+    connect(button, &QPushButton::clicked, this, [&commands, command] { (commands.*command)(); });
+  };
+  start(BtnNew, &Commands::ShowNewDialog);
+  start(BtnEdit, &Commands::ShowEditDialog);
+  start(BtnDelete, &Commands::ShowDeleteDialog);
+  start(BtnFilter, &Commands::ShowFilterDialog);
+  start(BtnSetup, &Commands::ShowSetup);
+  start(BtnAbout, &Commands::ShowAboutDialog);
+  start(BtnExit, &Commands::ExitApplication);
 }
 
 void MainDialog::EnableMain(bool enable) {
@@ -93,11 +108,16 @@ void MainDialog::changeEvent(QEvent* event) {
 }
 
 void MainDialog::Form_Activate() {
-  if (isEnabled()) {
-    SetData();
-  } else {
+  if (!isEnabled() || QApplication::activeModalWidget() != nullptr) {
     RaiseDialogs(*this);
+    return;
   }
+  // The window also comes back from the progress window of a search, with what that has found.
+  DetailLabel* line = Label.at(foundLine_);
+  const bool isFound = line->TextColour() == DetailLabel::Colour::Found;
+  const std::string RecNo = shared_.CurRecordNo;
+  SetData();
+  if (isFound && shared_.CurRecordNo == RecNo) line->SetTextColour(DetailLabel::Colour::Found);
 }
 
 void MainDialog::closeEvent(QCloseEvent* event) {
@@ -109,17 +129,97 @@ void MainDialog::closeEvent(QCloseEvent* event) {
   commands_->ExitApplication();
 }
 
-bool MainDialog::BtnNew_MouseDown(const QMouseEvent& event) {
-  if (shared_.NoOfRecords <= 0) return event.button() == Qt::RightButton;
-  if (event.button() == Qt::RightButton) {
-    quillMnu_.MnuNew->popup(event.globalPosition().toPoint());
-    return true;
+// What the controls inside the window get.
+bool MainDialog::eventFilter(QObject* object, QEvent* event) {
+  // While a dialog is open, panel 1 is the dialog's, and nothing else is to be started.
+  if (!isEnabled()) return QMainWindow::eventFilter(object, event);
+  switch (event->type()) {
+    case QEvent::MouseMove: {
+      // The event also goes to the parents of the control under the mouse: it is looked up.
+      const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
+      ShowHint(childAt(mapFromGlobal(place)));
+      break;
+    }
+    case QEvent::Leave:
+      if (object == DetailsPanel) EndHighlight();
+      break;
+    case QEvent::MouseButtonPress:
+      if (MouseDown(object, *static_cast<QMouseEvent*>(event))) return true;
+      break;
+    case QEvent::ContextMenu: {
+      const auto& menu = *static_cast<QContextMenuEvent*>(event);
+      // The mouse has opened it when the button went down.
+      if (menu.reason() == QContextMenuEvent::Keyboard && PopUp(object, menu.globalPos())) {
+        return true;
+      }
+      break;
+    }
+    case QEvent::KeyPress:
+      if (object == DetailsPanel && DetailsPanel_KeyDown(*static_cast<QKeyEvent*>(event))) {
+        return true;
+      }
+      break;
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+      FocusChange(object, *static_cast<QFocusEvent*>(event));
+      break;
+    default:
+      break;
   }
-  if (event.button() == Qt::LeftButton && ShiftAlone(event)) {
-    commands_->ShowDuplicateDialog();
-    return true;
+  return QMainWindow::eventFilter(object, event);
+}
+
+bool MainDialog::MouseDown(const QObject* control, const QMouseEvent& event) {
+  if (control == FrmFind) SetPanel(1, QString());
+  if (control == CopyrightLabel && event.button() == Qt::LeftButton) BtnAbout->click();
+  return event.button() == Qt::RightButton && PopUp(control, event.globalPosition().toPoint());
+}
+
+void MainDialog::FocusChange(const QObject* control, const QFocusEvent& event) {
+  if (event.reason() == Qt::PopupFocusReason) return;
+  if (control == DetailsPanel) {
+    if (event.gotFocus()) {
+      GoToLine(NameLine, 1);
+    } else {
+      EndHighlight();
+    }
   }
-  return false;
+  // The control still has the focus of its window.
+  if (event.reason() == Qt::ActiveWindowFocusReason) return;
+  if (event.gotFocus()) {
+    if (control == TxtFind) TxtFind_GotFocus();
+    ShowDefaultButton();
+  } else if (control == TxtFind || control == CboSrchIn) {
+    FindBox_LostFocus();
+  }
+}
+
+void MainDialog::SetDefaultButton(CommandButton& button) {
+  defaultButton_ = &button;
+  ShowDefaultButton();
+}
+
+void MainDialog::ShowDefaultButton() {
+  auto* focused = qobject_cast<CommandButton*>(focusWidget());
+  const CommandButton* pressed = focused != nullptr ? focused : defaultButton_;
+  for (CommandButton* button : findChildren<CommandButton*>()) {
+    button->setDefault(button == pressed);
+  }
+}
+
+void MainDialog::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  QWidget* control = focusWidget();
+  if (isEnter && !event->isAutoRepeat()) {
+    defaultButton_->click();
+  } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier && control) {
+    // What the menu key does. Of the two, Qt knows only that one.
+    const QPoint place = control->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, place, control->mapToGlobal(place));
+    QApplication::sendEvent(control, &menu);
+  } else {
+    QMainWindow::keyPressEvent(event);
+  }
 }
 
 }  // namespace quillary

@@ -8,15 +8,20 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
+#include <QTimer>
 #include <array>
+#include <functional>
 
 #include "app/commands.h"
 #include "app/hub.h"
+#include "app/name_line.h"
 #include "app/shared_data.h"
+#include "app/sharing_guard.h"
+#include "auxiliary/detail_label.h"
+#include "auxiliary/list_box.h"
+#include "auxiliary/msg_box.h"
+#include "auxiliary/percent.h"
 #include "mainwindow/command_button.h"
-#include "mainwindow/detail_label.h"
-#include "mainwindow/list_box.h"
-#include "mainwindow/name_line.h"
 #include "mainwindow/quill_mnu.h"
 #include "mainwindow/status_bar.h"
 #include "store/hooks.h"
@@ -36,10 +41,21 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   explicit MainDialog(SharedData& shared);
 
   // What the window needs but is made after it, since the store reports to the window. To be
-  // called before it is shown.
-  void Connect(Records& records, Commands& commands);
+  // called before it is shown. The other windows are asked for when they are needed.
+  void Connect(Records& records, Commands& commands, SharingGuard& guard,
+               std::function<Percent&()> percent, std::function<MsgBoxSnglTxt&()> msgBox);
 
   QuillMnu& Menus() { return quillMnu_; }
+
+  // Lists the names in the other order, by name or by company; the record that is shown stays
+  // selected. Holds until the program ends.
+  void SwitchView();
+  // Put the ticked details, or all of them, on the clipboard, each line ended by a carriage return.
+  void CopySelected();
+  void CopyAll();
+
+  // Ends the red of the line that a search has found.
+  QTimer SearchResultTimer;
 
   // Hub
   void SetData() override;
@@ -64,6 +80,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void MakeDetails();
@@ -73,17 +90,61 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   void LayOut();
 
   void Form_Activate();
+  // The button that Enter presses where no button has the focus.
+  void SetDefaultButton(CommandButton& button);
+  void ShowDefaultButton();
+
+  bool MouseDown(const QObject* control, const QMouseEvent& event);
+  void FocusChange(const QObject* control, const QFocusEvent& event);
+
+  void ConnectButtons();
+  bool BtnCopy_MouseDown(const QMouseEvent& event);
   bool BtnNew_MouseDown(const QMouseEvent& event);
+  bool BtnDelete_MouseDown(const QMouseEvent& event);
+  void BtnExchange_Click();
+  void MnuExchange_Open();
+  // The menu that a right click on the control or the menu key opens; null for none.
+  QMenu* PopUpOf(const QObject* control);
+  // Opens it; false where there is none.
+  bool PopUp(const QObject* control, QPoint place);
+  void StatBar_MouseDown(int panel, const QMouseEvent& event);
+  void StatBar_MouseMove(int panel);
+  void StatBar_PanelDblClick(int panel);
+  void MnuCopyArray_Click(int index);
+  void MnuViewArray_Click(int index);
+
   // Gives the error of reading the record.
   RunTimeError LstNames_Click();
   void Label_MouseDown(int index, const QMouseEvent& event);
   void Label_MouseMove(int index);
-  // Highlights a line, or all lines of the address; -1 for none.
+  // Highlights a line, or all lines of the address, and gives all others the normal colour; -1 for
+  // none.
   void Highlight(int index);
+  // Leaves what a search has found as it is.
+  void EndHighlight();
+  // The details by the keyboard: the arrow keys go from line to line, the space bar is a click.
+  bool DetailsPanel_KeyDown(const QKeyEvent& event);
+  // To the first enabled line from there on.
+  void GoToLine(int index, int step);
   // The mouse is over that control or the background, but not over a line that takes it.
   void ShowHint(const QWidget* under);
   void TrackMouse();
   void MnuNameStyleArray_Click(int index);
+
+  std::string LineWithPrefix(std::size_t line) const;
+
+  void ConnectFind();
+  // Its caption, which is its hint as well.
+  void SetBtnFind(const QString& caption);
+  void TxtFind_GotFocus();
+  // The text to find, or where to search.
+  void FindBox_LostFocus();
+  void BtnFind_Click();
+  // Searches the first `Count` lines of the list from the one after the selected line on, and round
+  // to that line itself. Where it finds one, CurListIndex is that line.
+  void FindFunction(std::int16_t Count, bool& Found);
+  void ShowFound();
+  void TellNotFound(const QString& text, bool found);
 
   bool AnythingToShow() const;
   void ShowNothing();
@@ -98,11 +159,18 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   SharedData& shared_;
   Records* records_ = nullptr;
   Commands* commands_ = nullptr;
+  SharingGuard* guard_ = nullptr;
+  std::function<Percent&()> percent_;
+  std::function<MsgBoxSnglTxt&()> msgBox_;
   QuillMnu quillMnu_;
   QPointer<QMessageBox> faultBox_;
   std::string faultyRecordNo_;  // that was told
   RunTimeError toldFault_ = RunTimeError::None;
   QPointer<QWidget> focusBefore_;  // what had the focus when the window was disabled
+  CommandButton* defaultButton_ = nullptr;
+  QString btnFindTag_;
+  int keyLine_ = NameLine;            // to which the keyboard has gone
+  std::size_t foundLine_ = NameLine;  // which shows what a search has found
 
   ListBox* LstNames;
   QFrame* DetailsPanel;
@@ -120,6 +188,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   CommandButton* BtnSetup = nullptr;
   CommandButton* BtnAbout = nullptr;
   CommandButton* BtnExit = nullptr;
+  QLabel* CopyrightLabel = nullptr;
   QGroupBox* FrmFind;
   QLineEdit* TxtFind = nullptr;
   CommandButton* BtnFind = nullptr;

@@ -13,6 +13,7 @@ namespace quillary {
 
 void MainDialog::MakeDetails() {
   DetailsPanel->setObjectName(QStringLiteral("DetailsPanel"));
+  DetailsPanel->setAccessibleName(QStringLiteral("Details"));
   DetailsPanel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
   // The lines are black or dark blue whatever colours the desktop has.
   QPalette white = DetailsPanel->palette();
@@ -22,26 +23,11 @@ void MainDialog::MakeDetails() {
   DetailsPanel->setPalette(white);
   DetailsPanel->setAutoFillBackground(true);
 
-  const std::array<QString, DetailLineCount> names{
-      QStringLiteral("Name"),
-      QStringLiteral("Title"),
-      QStringLiteral("Company"),
-      QStringLiteral("Address line 1"),
-      QStringLiteral("Address line 2"),
-      QStringLiteral("Address line 3"),
-      QStringLiteral("Address line 4 and postal code"),
-      QStringLiteral("Country"),
-      QStringLiteral("Phone 1"),
-      QStringLiteral("Phone 2"),
-      QStringLiteral("Fax"),
-      QStringLiteral("E-mail"),
-      QStringLiteral("Notes"),
-  };
   for (std::size_t i = 0; i < Label.size(); ++i) {
     const int index = static_cast<int>(i);
-    auto* label =
-        new DetailLabel(QStringLiteral("Label(%1)").arg(index), names.at(i),
-                        i == NotesLine ? DetailLabel::Shape::Block : DetailLabel::Shape::OneLine);
+    auto* label = new DetailLabel(
+        QStringLiteral("Label(%1)").arg(index), QString::fromLatin1(DetailLineNames.at(i)),
+        i == NotesLine ? DetailLabel::Shape::Block : DetailLabel::Shape::OneLine);
     connect(label, &DetailLabel::MouseDown, this,
             [this, index](QMouseEvent* event) { Label_MouseDown(index, *event); });
     connect(label, &DetailLabel::MouseMove, this, [this, index] { Label_MouseMove(index); });
@@ -88,12 +74,10 @@ void MainDialog::MakeButtons() {
   BtnAbout = make(QStringLiteral("BtnAbout"), QStringLiteral("&About"), IsBuilt(Feature::About));
   BtnExit = make(QStringLiteral("BtnExit"), QStringLiteral("E&xit"), true);
 
-  BtnNew->MouseDown = [this](const QMouseEvent& event) { return BtnNew_MouseDown(event); };
-  BtnFilter->MouseDown = [this](const QMouseEvent& event) {
-    if (event.button() != Qt::RightButton) return false;
-    quillMnu_.MnuFilter->popup(event.globalPosition().toPoint());
-    return true;
-  };
+  CopyrightLabel = new QLabel(QStringLiteral("© Quillary"));
+  CopyrightLabel->setObjectName(QStringLiteral("CopyrightLabel"));
+  CopyrightLabel->setAlignment(Qt::AlignCenter);
+  CopyrightLabel->setCursor(Qt::PointingHandCursor);
 }
 
 void MainDialog::MakeFind() {
@@ -135,6 +119,7 @@ void MainDialog::LayOut() {
        {BtnCopy, BtnNew, BtnEdit, BtnDelete, BtnFilter, BtnDial, BtnExchange, BtnSetup, BtnAbout}) {
     buttons->addWidget(button);
   }
+  buttons->addWidget(CopyrightLabel);
   buttons->addStretch(1);
   buttons->addWidget(BtnExit);
 

@@ -3,8 +3,8 @@
 #include <QFontMetrics>
 #include <QString>
 
-#include "mainwindow/name_line.h"
-#include "mainwindow/one_line.h"
+#include "app/name_line.h"
+#include "auxiliary/one_line.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
@@ -117,6 +117,13 @@ void QuillMnu::MakeLstNames() {
   AddSeparator(menu, QStringLiteral("MnuSprator4"));
   MnuAbout = AddItem(menu, QStringLiteral("MnuAbout"), QStringLiteral("About"), Feature::About);
 
+  for (int i = 0; i < 2; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    connect(MnuCopyArray.at(at), &QAction::triggered, this,
+            [this, i] { Q_EMIT MnuCopyArray_Click(i); });
+    connect(MnuViewArray.at(at), &QAction::triggered, this,
+            [this, i] { Q_EMIT MnuViewArray_Click(i); });
+  }
   for (QAction* item : {MnuFilterArray[0], MnuFilterArray[1], MnuViewArray[0], MnuViewArray[1]}) {
     item->setCheckable(true);
     // The mark tells what is in force, which choosing an item does not change by itself.
@@ -145,8 +152,18 @@ void QuillMnu::MakeExchange() {
   QAction* restoreDeleted =
       AddItem(*MnuExchange, QStringLiteral("MnuExchangeArray(3)"),
               QStringLiteral("Restore Deleted Record"), Feature::RestoreDeleted);
-  MnuExchangeArray = {reports->menuAction(), import->menuAction(), backUp->menuAction(),
-                      restoreDeleted};
+  QAction* line = MnuExchange->addSeparator();
+  line->setObjectName(QStringLiteral("MnuExchangeArray(4)"));
+  QAction* cancel =
+      AddItem(*MnuExchange, QStringLiteral("MnuExchangeArray(5)"), QStringLiteral("Cancel"), true);
+  MnuExchangeArray = {reports->menuAction(),
+                      import->menuAction(),
+                      backUp->menuAction(),
+                      restoreDeleted,
+                      line,
+                      cancel};
+  ShowCancel(false);
+  connect(MnuExchange, &QMenu::aboutToHide, this, [this] { ShowCancel(false); });
 }
 
 void QuillMnu::Connect(Commands& commands) {
@@ -155,8 +172,18 @@ void QuillMnu::Connect(Commands& commands) {
   };
   start(MnuFilterArray[0], &Commands::ShowFilterDialog);
   start(MnuFilterArray[1], &Commands::FilterOff);
+  start(MnuEdit, &Commands::ShowEditDialog);
   start(MnuNewArray[0], &Commands::ShowNewDialog);
   start(MnuNewArray[1], &Commands::ShowDuplicateDialog);
+  start(MnuDeleteArray[0], &Commands::ShowDeleteDialog);
+  start(MnuDeleteArray[1], &Commands::DeleteWithoutConfirmation);
+  start(MnuExchangeArray[3], &Commands::GetDeletedNamesList);
+  for (int i = 0; i < 2; ++i) {
+    connect(MnuImport.at(static_cast<std::size_t>(i)), &QAction::triggered, this,
+            [&commands, i] { commands.MnuImport_Click(i); });
+  }
+  start(MnuBackUp[0], &Commands::BackUpToDisk);
+  start(MnuBackUp[1], &Commands::RestoreFromDisk);
   start(MnuTipOfDay, &Commands::ShowTipOfDay);
   start(MnuAbout, &Commands::ShowAboutDialog);
 }
@@ -167,6 +194,16 @@ void QuillMnu::SetReadOnly(bool readOnly) {
   MnuDelete->menuAction()->setEnabled(!readOnly && IsBuilt(Feature::Delete));
   MnuExchangeArray[1]->setEnabled(!readOnly && IsBuilt(Feature::Import));
   MnuBackUp[1]->setEnabled(!readOnly && IsBuilt(Feature::BackUp));
+  if (readOnly) EnableRestore(false);
+}
+
+void QuillMnu::EnableRestore(bool enable) {
+  MnuExchangeArray[3]->setEnabled(enable && IsBuilt(Feature::RestoreDeleted));
+}
+
+void QuillMnu::ShowCancel(bool show) {
+  MnuExchangeArray[4]->setVisible(show);
+  MnuExchangeArray[5]->setVisible(show);
 }
 
 void QuillMnu::SetChecks(std::uint8_t viewMode, bool filterOn) {

@@ -25,6 +25,10 @@ class QuillMnu : public QObject {
   // Disables (or enables) the items that change data. What this version lacks stays disabled.
   void SetReadOnly(bool readOnly);
   void SetChecks(std::uint8_t viewMode, bool filterOn);
+  // "Restore Deleted Record".
+  void EnableRestore(bool enable);
+  // "Cancel" at the end of the exchange menu; it goes when the menu is closed.
+  void ShowCancel(bool show);
   // Captions and visibility of the name styles, for a record's fields.
   void SetNameStyles(const FieldArray& fields);
 
@@ -43,7 +47,7 @@ class QuillMnu : public QObject {
   QMenu* MnuDelete = nullptr;
   std::array<QAction*, 2> MnuDeleteArray{};
   QMenu* MnuExchange = nullptr;
-  std::array<QAction*, 4> MnuExchangeArray{};  // 0 to 2 are submenus
+  std::array<QAction*, 6> MnuExchangeArray{};  // 0 to 2 are submenus, 4 and 5 a line and "Cancel"
   QAction* MnuReports = nullptr;
   std::array<QAction*, 2> MnuImport{};
   std::array<QAction*, 2> MnuBackUp{};
@@ -55,6 +59,10 @@ class QuillMnu : public QObject {
  Q_SIGNALS:
   // Name style 0 to 3 was chosen.
   void MnuNameStyleArray_Click(int index);
+  // 0 the selected details, 1 all.
+  void MnuCopyArray_Click(int index);
+  // 0 by name, 1 by company.
+  void MnuViewArray_Click(int index);
 
  private:
   void MakeNameStyle();

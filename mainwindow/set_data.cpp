@@ -93,13 +93,14 @@ void MainDialog::ShowNothing() {
   LstNames->SetListIndex(-1);
   LstNames->setEnabled(false);
   BtnCopy->setEnabled(false);
+  DetailsPanel->setFocusPolicy(Qt::NoFocus);
   DetailsFrame->setEnabled(false);
   for (std::size_t flag = 0; flag < ChkCopy.size(); ++flag) SetCopyBox(flag, false);
   EnableFind(false);
   CboSrchIn->setCurrentIndex(-1);
   Notes->setEnabled(false);
   for (DetailLabel* label : Label) {
-    label->SetHighlighted(false);
+    label->SetTextColour(DetailLabel::Colour::Normal);
     label->SetCaption(std::string());
     label->setEnabled(false);
   }
@@ -111,6 +112,7 @@ RunTimeError MainDialog::ShowRecord() {
   const RunTimeError error = LstNames_Click();
   BtnCopy->setEnabled(IsBuilt(Feature::Copy));
   BtnFilter->setEnabled(IsBuilt(Feature::Filter));
+  DetailsPanel->setFocusPolicy(Qt::TabFocus);
   DetailsFrame->setEnabled(true);
   EnableFind(IsBuilt(Feature::Find));
   if (CboSrchIn->currentIndex() < 0) CboSrchIn->setCurrentIndex(0);
@@ -143,7 +145,7 @@ RunTimeError MainDialog::LstNames_Click() {
   const FieldArray& fields = shared_.FieldValues;
   auto captions = ComposeLines(shared_.NameStyle, fields);
   for (std::size_t i = 0; i < Label.size(); ++i) {
-    Label.at(i)->SetHighlighted(false);
+    Label.at(i)->SetTextColour(DetailLabel::Colour::Normal);
     Label.at(i)->SetCaption(std::move(captions.at(i)));
   }
   for (std::size_t flag = 0; flag < Details.size(); ++flag) {

@@ -29,6 +29,8 @@ void StatusPanel::paintEvent(QPaintEvent* /*event*/) {
 
 StatusBar::StatusBar(const QString& name) {
   setObjectName(name);
+  // It is told where the mouse is, and so are the panels, which pass it on.
+  setMouseTracking(true);
   // The longest text of each panel that must always be read whole; the hint takes what is left.
   const std::array<QString, 4> longest{QString(), QStringLiteral("32767/ 32767"),
                                        QStringLiteral("Company"), QStringLiteral("Filter - OFF")};
@@ -54,6 +56,7 @@ StatusBar::StatusBar(const QString& name) {
       panel->setFixedWidth(panel->fontMetrics().horizontalAdvance(longest.at(i)) +
                            2 * (panel->frameWidth() + panel->margin()) + kReserve);
     }
+    panel->setMouseTracking(true);
     addWidget(panel, i == 0 ? 1 : 0);
     panels_.at(i) = panel;
   }
@@ -65,6 +68,26 @@ void StatusBar::SetPanel(int panel, const QString& text) {
 
 QString StatusBar::Panel(int panel) const {
   return At(panel)->text();
+}
+
+int StatusBar::PanelAt(const QMouseEvent& event) const {
+  for (int panel = 1; panel <= static_cast<int>(panels_.size()); ++panel) {
+    if (At(panel)->geometry().contains(event.pos())) return panel;
+  }
+  return 0;
+}
+
+void StatusBar::mousePressEvent(QMouseEvent* event) {
+  if (const int panel = PanelAt(*event)) Q_EMIT MouseDown(panel, event);
+}
+
+void StatusBar::mouseMoveEvent(QMouseEvent* event) {
+  if (const int panel = PanelAt(*event)) Q_EMIT MouseMove(panel);
+}
+
+void StatusBar::mouseDoubleClickEvent(QMouseEvent* event) {
+  const int panel = PanelAt(*event);
+  if (panel != 0 && event->button() == Qt::LeftButton) Q_EMIT PanelDblClick(panel);
 }
 
 }  // namespace quillary

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QMouseEvent>
 #include <QStatusBar>
 #include <QString>
 #include <array>
@@ -34,7 +35,20 @@ class StatusBar : public QStatusBar {
   void SetPanel(int panel, const QString& text);
   QString Panel(int panel) const;
 
+ Q_SIGNALS:
+  // With the number of the panel under the mouse. Between two panels there is none.
+  void MouseDown(int panel, QMouseEvent* event);
+  void MouseMove(int panel);
+  void PanelDblClick(int panel);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+
  private:
+  // 0 for none.
+  int PanelAt(const QMouseEvent& event) const;
   StatusPanel* At(int panel) const { return panels_.at(static_cast<std::size_t>(panel - 1)); }
 
   std::array<StatusPanel*, 4> panels_{};

@@ -2,7 +2,9 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -142,8 +144,8 @@ RunTimeError HostDisk::Create(const std::string& path, unsigned permissions, int
   if (number < 0) return FolderResultOf(number);
 
   // The mode of `open` is subject to the umask. A file system without permissions has nothing to
-  // set; refusing to save there would help nobody.
-  if (fchmod(number, permissions) != 0 && errno != ENOTSUP) {
+  // set (a stick may say that its files are another's); refusing to save there would help nobody.
+  if (fchmod(number, permissions) != 0 && errno != ENOTSUP && errno != EPERM) {
     const RunTimeError error = RunTimeErrorOf(errno);
     close(number);
     unlink(path.c_str());
@@ -167,6 +169,23 @@ RunTimeError HostDisk::Write(int handle, std::string_view bytes) {
 
 RunTimeError HostDisk::Sync(int handle) {
   return ResultOf(Repeat([&] { return fsync(handle); }));
+}
+
+RunTimeError HostDisk::SyncAll(const std::vector<int>& handles) {
+  // What others have written goes to the disk with them: not for a few.
+  constexpr std::size_t Few = 8;
+  struct statfs status = {};
+  const bool isOneByOne =
+      handles.size() <= Few || fstatfs(handles.front(), &status) != 0 ||
+      // Behind it is another program, which hears of the syncing of files alone.
+      status.f_type == FUSE_SUPER_MAGIC;
+  // The descriptor tells of every failure since it was opened.
+  if (!isOneByOne) return ResultOf(Repeat([&] { return syncfs(handles.front()); }));
+  for (const int handle : handles) {
+    const RunTimeError error = Sync(handle);
+    if (error != RunTimeError::None) return error;
+  }
+  return RunTimeError::None;
 }
 
 RunTimeError HostDisk::Close(int handle) {

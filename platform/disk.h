@@ -47,6 +47,9 @@ class Disk {
   virtual RunTimeError Write(int handle, std::string_view bytes) = 0;
   // Returns when the file's bytes would survive a power cut.
   virtual RunTimeError Sync(int handle) = 0;
+  // The same for many files of one file system, which is faster than one after the other. None of
+  // them was written before the first of the handles was made.
+  virtual RunTimeError SyncAll(const std::vector<int>& handles) = 0;
   // Frees the handle, whatever it returns.
   virtual RunTimeError Close(int handle) = 0;
 
@@ -71,6 +74,7 @@ class HostDisk : public Disk {
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
   RunTimeError Write(int handle, std::string_view bytes) override;
   RunTimeError Sync(int handle) override;
+  RunTimeError SyncAll(const std::vector<int>& handles) override;
   RunTimeError Close(int handle) override;
   RunTimeError Rename(const std::string& from, const std::string& to) override;
   RunTimeError Remove(const std::string& path) override;

@@ -42,12 +42,16 @@ std::string RunTimeErrorText(RunTimeError error) {
   switch (error) {
     case RunTimeError::None:
       return {};
+    case RunTimeError::Overflow:
+      return "the list is full";
     case RunTimeError::FileNotFound:
       return "the file was not found";
     case RunTimeError::DeviceError:
       return "the device reports an error";
     case RunTimeError::DiskFull:
       return "the disk is full";
+    case RunTimeError::BadRecordNumber:
+      return "the record is no longer where it was";
     case RunTimeError::PermissionDenied:
       return "permission was denied";
     case RunTimeError::NotReady:

@@ -7,8 +7,9 @@ namespace quillary {
 // What a file, folder or device operation came to. The numbers are the ones that people who use
 // the program meet in its messages.
 enum class [[nodiscard]] RunTimeError{
-    None = 0,      FileNotFound = 53, DeviceError = 57,  DiskFull = 61, PermissionDenied = 70,
-    NotReady = 71, PathAccess = 75,   PathNotFound = 76,
+    None = 0,        Overflow = 6,         FileNotFound = 53,     DeviceError = 57,
+    DiskFull = 61,   BadRecordNumber = 63, PermissionDenied = 70, NotReady = 71,
+    PathAccess = 75, PathNotFound = 76,
 };
 
 // The run-time error for an `errno` value; 0 gives None, a value without a number of its own

@@ -4,7 +4,6 @@
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -13,39 +12,15 @@
 #include <stdexcept>
 #include <vector>
 
+#include "platform/code_point.h"
+
 namespace quillary {
 
 namespace {
 
-bool IsAscii(char character) {
-  return static_cast<unsigned char>(character) < 0x80;
-}
-
-char AsciiLower(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
-                                              : character;
-}
-
 char AsciiUpper(char character) {
   return character >= 'a' && character <= 'z' ? static_cast<char>(character - ('a' - 'A'))
                                               : character;
-}
-
-// The code point at `at`, which moves on behind it; U+FFFD for bytes that are none.
-UChar32 NextCodePoint(std::string_view text, std::size_t& at) {
-  UChar32 codePoint = 0;
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"  // inside the macro
-  U8_NEXT_OR_FFFD(text.data(), at, text.size(), codePoint);
-#pragma GCC diagnostic pop
-  return codePoint;
-}
-
-void AppendCodePoint(std::string& text, UChar32 codePoint) {
-  std::array<char, U8_MAX_LENGTH> bytes{};
-  std::size_t length = 0;
-  U8_APPEND_UNSAFE(bytes.data(), length, codePoint);
-  text.append(bytes.data(), length);
 }
 
 template <typename Ascii, typename Other>

@@ -1,10 +1,13 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <unordered_map>
 #include <utility>
 
-#include "platform/text.h"
+#include "platform/text_search.h"
 #include "store/record_reader.h"
+#include "store/record_search.h"
 #include "store/records.h"
 
 namespace quillary {
@@ -13,27 +16,9 @@ namespace {
 constexpr std::array<Field, 5> FilterFields{Field::FirstName, Field::LastName, Field::Title,
                                             Field::Company, Field::Notes};
 
-// Searches values for one criterion.
-class Criterion {
- public:
-  explicit Criterion(std::string_view text) : lowered_(LowerCase(text)) {}
-
-  bool IsIn(const std::string& value) {
-    if (std::any_of(value.begin(), value.end(), [](char c) { return (c & '\x80') != 0; })) {
-      return LowerCase(value).find(lowered_) != std::string::npos;
-    }
-    // Most values are plain ASCII, which needs no case tables.
-    buffer_.resize(value.size());
-    std::transform(value.begin(), value.end(), buffer_.begin(), [](char c) {
-      return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return buffer_.find(lowered_) != std::string::npos;
-  }
-
- private:
-  std::string lowered_;
-  std::string buffer_;
-};
+std::int32_t Number(std::string_view recNo) {
+  return ParseRecordNumber(recNo).value_or(-1);
+}
 
 }  // namespace
 
@@ -42,7 +27,7 @@ bool Records::RecordMatchesFilter(std::string_view RecNo) {
     const std::string& criterion = data_.FilterCriteria.at(i);
     if (criterion.empty()) continue;
     const std::string& key = data_.FieldKeys.at(FilterFields.at(i));
-    if (!Criterion(criterion).IsIn(ReadRecordEntry(RecNo, key))) return false;
+    if (!TextSearch(criterion).IsIn(ReadRecordEntry(RecNo, key))) return false;
   }
   return true;
 }
@@ -51,17 +36,16 @@ void Records::BuildFilteredList() {
   progress_.Begin("Please wait. Searching...", "");
   std::vector<std::string> kept;
   if (data_.NoOfRecords > 0) kept = data_.NamesRecNo;
-  RecordReader reader(profile_, data_.DataPath);
   for (std::size_t i = 0; i < FilterFields.size(); ++i) {
     if (data_.FilterCriteria.at(i).empty()) continue;
-    Criterion criterion(data_.FilterCriteria.at(i));
-    const std::string& key = data_.FieldKeys.at(FilterFields.at(i));
+    RecordSearch search(profile_, data_.DataPath, data_.FilterCriteria.at(i),
+                        {data_.FieldKeys.at(FilterFields.at(i))});
     const auto count = static_cast<double>(kept.size());
     double tested = 0;
     const auto end = std::remove_if(kept.begin(), kept.end(), [&](const std::string& recNo) {
       tested += 1;
       progress_.Step(tested / count * 100);
-      return !criterion.IsIn(reader.Value(recNo, key));
+      return !search.FirstKey(recNo);
     });
     kept.erase(end, kept.end());
   }
@@ -74,15 +58,29 @@ void Records::BuildFilteredList() {
   progress_.End();
 }
 
+// The full lists have the display strings.
 void Records::GetFilteredNamesList() {
   progress_.Begin("Please wait. Getting filtered names list...", "");
-  RecordReader reader(profile_, data_.DataPath);
   const auto count = static_cast<std::size_t>(std::max<std::int16_t>(data_.FilteredCount, 0));
-  for (std::size_t i = 0; i < count; ++i) {
-    progress_.Step(static_cast<double>(i + 1) / static_cast<double>(count) * 100);
-    const ProfileText::Section record = reader.Record(data_.FilteredNamesRecNo[i]);
-    data_.FilteredNames[i] = record.Value("ShowName").value_or(std::string());
-    data_.FilteredCompanies[i] = record.Value("ShowCompany").value_or(std::string());
+  std::unordered_map<std::int32_t, std::size_t> filtered;  // by record number
+  for (std::size_t i = 0; i < count; ++i) filtered.emplace(Number(data_.FilteredNamesRecNo[i]), i);
+  double done = 0;
+  for (std::size_t i = 0; i < data_.NamesRecNo.size(); ++i) {
+    const auto found = filtered.find(Number(data_.NamesRecNo[i]));
+    if (found == filtered.end()) continue;
+    data_.FilteredNames[found->second] = data_.NamesList[i];
+    done += 1;
+    progress_.Step(done / static_cast<double>(count) * 100);
+  }
+  for (std::size_t i = 0; i < data_.CompaniesRecNo.size(); ++i) {
+    const auto found = filtered.find(Number(data_.CompaniesRecNo[i]));
+    if (found == filtered.end()) continue;
+    data_.FilteredCompanies[found->second] = data_.CompaniesList[i];
+    filtered.erase(found);
+  }
+  // Where the header's count is too small, other records are listed by company than by name.
+  for (const auto& [number, i] : filtered) {
+    data_.FilteredCompanies[i] = ReadRecordEntry(data_.FilteredNamesRecNo[i], "ShowCompany");
   }
   progress_.End();
 }

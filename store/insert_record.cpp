@@ -1,67 +1,19 @@
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cstddef>
-#include <utility>
 
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "store/chain.h"
+#include "store/list_entries.h"
+#include "store/record_reader.h"
 #include "store/records.h"
 
 namespace quillary {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-// A list without records has one empty entry.
-void InsertEntry(Texts& list, std::int16_t count, std::size_t index, std::string_view text) {
-  if (count < 1) {
-    list.assign(1, std::string(text));
-  } else {
-    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), std::string(text));
-  }
-}
-
-void RemoveEntry(Texts& list, std::size_t index) {
-  if (list.size() == 1) {
-    list[0].clear();
-  } else {
-    list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
-  }
-}
-
-// The lists of all records, or of the filtered ones.
-struct Lists {
-  Texts& Names;
-  Texts& NamesRecNo;
-  Texts& Companies;
-  Texts& CompaniesRecNo;
-  std::int16_t& Count;
-};
-
-struct NewEntry {
-  const std::string& RecNo;
-  std::string_view ShowName;
-  std::string_view ShowCompany;
-  std::size_t NamePos;
-  std::size_t CompanyPos;
-};
-
-void Insert(ProfileUpdate& update, const Lists& lists, const NewEntry& entry) {
-  const std::int16_t count = std::max<std::int16_t>(lists.Count, 0);
-  InsertEntry(lists.Names, count, entry.NamePos, entry.ShowName);
-  InsertEntry(lists.NamesRecNo, count, entry.NamePos, entry.RecNo);
-  InsertEntry(lists.Companies, count, entry.CompanyPos, entry.ShowCompany);
-  InsertEntry(lists.CompaniesRecNo, count, entry.CompanyPos, entry.RecNo);
-  lists.Count = static_cast<std::int16_t>(count + 1);
-  update.OnUndo([lists, count, namePos = entry.NamePos, companyPos = entry.CompanyPos] {
-    lists.Count = count;
-    RemoveEntry(lists.Names, namePos);
-    RemoveEntry(lists.NamesRecNo, namePos);
-    RemoveEntry(lists.Companies, companyPos);
-    RemoveEntry(lists.CompaniesRecNo, companyPos);
-  });
-}
 
 // How many of the first `count` entries of a sorted list satisfy `isBefore`.
 template <typename Predicate>
@@ -71,6 +23,16 @@ std::size_t Position(const Texts& list, std::int16_t count, Predicate isBefore) 
 }
 
 }  // namespace
+
+void Records::ClearLinks(const std::string& recNo) {
+  constexpr std::array<EntryValue, 6> Links{{{"PrevName", ""},
+                                             {"NextName", ""},
+                                             {"PrevCompany", ""},
+                                             {"NextCompany", ""},
+                                             {"PrevDel", ""},
+                                             {"NextDel", ""}}};
+  Note(RecordFile(recNo), RecordSection(recNo), Links);
+}
 
 // Links the record into one chain, before the entry at `position` of its list.
 void Records::LinkRecord(const Chain& chain, const Texts& recNos, std::size_t position,
@@ -98,10 +60,7 @@ RunTimeError Records::InsertRecord(std::string_view RecNo, std::string_view Show
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
 
   const std::string recNo(Trim(RecNo));
-  for (const std::string_view key :
-       {"PrevName", "NextName", "PrevCompany", "NextCompany", "PrevDel", "NextDel"}) {
-    NoteRecordEntry(recNo, key, "");
-  }
+  ClearLinks(recNo);
   const std::int16_t count = std::max<std::int16_t>(data_.NoOfRecords, 0);
   const std::size_t namePos = Position(data_.NamesList, count, [&](const auto& entry) {
     return comparer_.Compare(ShowName, entry) > 0;
@@ -113,10 +72,8 @@ RunTimeError Records::InsertRecord(std::string_view RecNo, std::string_view Show
   LinkRecord(CompanyChain, data_.CompaniesRecNo, companyPos, recNo);
   NoteHeaderEntry("NoOfRecords", NumberText(count + 1));
 
-  Insert(update,
-         {data_.NamesList, data_.NamesRecNo, data_.CompaniesList, data_.CompaniesRecNo,
-          data_.NoOfRecords},
-         {recNo, ShowName, ShowCompany, namePos, companyPos});
+  InsertEntry(update, AllLists(data_),
+              {recNo, std::string(ShowName), std::string(ShowCompany), namePos, companyPos});
 
   const bool isByName = data_.ViewMode == 0;
   if (!data_.FilterOn) {
@@ -138,10 +95,8 @@ void Records::AddToFilteredLists(ProfileUpdate& update, const std::string& recNo
   const std::size_t companyPos = Position(data_.FilteredCompanies, count, [&](const auto& entry) {
     return comparer_.Compare(showCompany, entry) >= 0;
   });
-  Insert(update,
-         {data_.FilteredNames, data_.FilteredNamesRecNo, data_.FilteredCompanies,
-          data_.FilteredCompaniesRecNo, data_.FilteredCount},
-         {recNo, showName, showCompany, namePos, companyPos});
+  InsertEntry(update, FilteredLists(data_),
+              {recNo, std::string(showName), std::string(showCompany), namePos, companyPos});
   const bool isByName = data_.ViewMode == 0;
   ShowNewLine(update, isByName ? namePos : companyPos, isByName ? showName : showCompany, recNo);
 }

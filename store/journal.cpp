@@ -6,12 +6,14 @@
 #include <cstdint>
 
 #include "store/profile_text.h"
+#include "store/temporary_name.h"
 
 namespace quillary {
 namespace {
 
 constexpr std::string_view FirstLine = "Quillary journal 1";
 constexpr std::string_view FileMark = "file ";
+constexpr std::string_view WholeMark = "whole ";
 constexpr std::string_view SectionMark = "section ";
 constexpr std::string_view EndMark = "end ";
 constexpr char OldMark = '-';
@@ -55,6 +57,7 @@ class Parser {
   bool Take(std::string_view line) {
     if (line.starts_with(FileMark)) return TakeFile(line.substr(FileMark.size()));
     if (journal.empty()) return false;
+    if (line.starts_with(WholeMark)) return TakeReplacement(line.substr(WholeMark.size()));
     if (line.starts_with(SectionMark)) {
       section_ = line.substr(SectionMark.size());
       return !old_;
@@ -84,6 +87,10 @@ class Parser {
     section_.clear();
     return IsPlainName(name) && !old_;
   }
+  bool TakeReplacement(std::string_view name) {
+    journal.back().Replacement = name;
+    return IsPlainName(name) && TemporaryProcess(name).has_value() && !old_;
+  }
 
   std::string section_;
   std::string oldKey_;
@@ -92,8 +99,9 @@ class Parser {
 
 }  // namespace
 
-JournalPart::JournalPart(std::string_view fileName) {
+JournalPart::JournalPart(std::string_view fileName, std::string_view replacement) {
   AppendLine(text_, FileMark, fileName);
+  if (!replacement.empty()) AppendLine(text_, WholeMark, replacement);
 }
 
 void JournalPart::Add(std::string_view section, std::string_view key,

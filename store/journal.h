@@ -22,6 +22,9 @@ struct JournalEntry {
 struct JournalFile {
   std::string Name;  // a name in the journal's own folder
   std::vector<JournalEntry> Entries;
+  // Not empty: the temporary file of that folder whose bytes are to be the file's, whole. It is
+  // gone once it took the file's place.
+  std::string Replacement = {};
 
   bool operator==(const JournalFile&) const = default;
 };
@@ -33,7 +36,7 @@ inline constexpr std::string_view JournalName = "quill.jnl";
 // What becomes of one file, as its part of a journal's text.
 class JournalPart {
  public:
-  explicit JournalPart(std::string_view fileName);
+  explicit JournalPart(std::string_view fileName, std::string_view replacement = {});
   void Add(std::string_view section, std::string_view key,
            const std::optional<std::string_view>& old, std::string_view value);
   const std::string& Text() const { return text_; }

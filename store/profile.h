@@ -65,6 +65,24 @@ class Profile {
   // whole and durable when None is returned; otherwise there is none, or the old one.
   RunTimeError CopyFile(std::string_view From, std::string_view To);
 
+  // The names in the folder that are a name of at least one character and `Extension` (".dat"),
+  // with no other dot, upper and lower case being the same; in code order, without folders.
+  RunTimeError ListFiles(std::string_view Folder, std::string_view Extension,
+                         std::vector<std::string>& names);
+  bool IsSameFolder(std::string_view Folder, std::string_view Other);
+
+  struct FileCopy {
+    std::string From;
+    std::string To;
+  };
+  // Copies files as they stand on the disk, each in place of one that has the name `To`, as one
+  // group: durably all of them when None is returned. All `To` are in one folder. A file that is
+  // replaced keeps its permissions; a new one is its owner's alone. On an error no file is changed,
+  // or, where the disk failed while the files were given their names, Recover goes on with it;
+  // until then nothing else may be written there. `isReadError` tells whether a file in `From`
+  // could not be read. Not to be called inside a group.
+  RunTimeError CopyFiles(const std::vector<FileCopy>& Copies, bool* isReadError = nullptr);
+
   // Drops the open group without its undo steps. For a program that ends in the middle of it.
   void AbandonGroup();
 
@@ -89,6 +107,14 @@ class Profile {
     std::string TemporaryPath;           // holds After, synced once Handle is closed
     int Handle = -1;
     bool IsChanged() const { return !Before || After != Before->Bytes(); }
+  };
+  // A file on its way into another's place. Paths of the host.
+  struct CopiedFile {
+    std::string From;
+    std::string To;
+    FileStamp Stamp;            // of From, when it was read
+    std::string TemporaryPath;  // holds the bytes, synced once Handle is closed
+    int Handle = -1;
   };
   struct Group {
     int Depth = 0;
@@ -130,6 +156,14 @@ class Profile {
                             bool* isLeft = nullptr);
   RunTimeError PutInPlace(PendingFile& pending);
   void DropTemporary(PendingFile& pending);
+
+  // profile_copy.cpp
+  RunTimeError CheckReplaceable(const std::string& path, unsigned& permissions);
+  RunTimeError StartCopy(CopiedFile& copy, bool& isReadError);
+  RunTimeError FinishCopies(std::span<CopiedFile* const> copies);
+  void DropCopy(CopiedFile& copy);
+  RunTimeError PrepareCopies(std::vector<CopiedFile>& copies, bool& isReadError);
+  RunTimeError PutCopiesInPlace(std::vector<CopiedFile>& copies);
 
   // profile_recovery.cpp
   RunTimeError FinishUnfinished();

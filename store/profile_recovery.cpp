@@ -17,8 +17,11 @@ bool IsMissing(RunTimeError error) {
 RunTimeError Profile::Recover(std::string_view File) {
   const std::string path = names_.Find(File);
   const std::string folder = path.substr(0, path.rfind('/') + 1);
+  // A journal that was told to be void must not be completed.
+  RunTimeError error = FinishUnfinished();
+  if (error != RunTimeError::None) return error;
   FileStamp stamp;
-  RunTimeError error = disk_.Stamp(folder, stamp);
+  error = disk_.Stamp(folder, stamp);
   if (IsMissing(error)) return RunTimeError::None;
   if (error == RunTimeError::None) error = CompleteJournal(folder);
   if (error == RunTimeError::None) SweepTemporaries(folder);
@@ -63,6 +66,12 @@ RunTimeError Profile::CompleteJournal(const std::string& folder) {
 // Another program may have written since: its entries stay, be it in a file that the journal names.
 RunTimeError Profile::Complete(const std::string& folder, const JournalFile& entries) {
   CachedFile& file = FileAt(folder + entries.Name);
+  if (!entries.Replacement.empty()) {
+    file.Text.reset();
+    const RunTimeError error = disk_.Rename(folder + entries.Replacement, file.HostPath);
+    // Without the temporary file it is done already.
+    return IsMissing(error) ? RunTimeError::None : error;
+  }
   RunTimeError error = Refresh(file);
   if (error != RunTimeError::None) return error;
   FileChanges changes;

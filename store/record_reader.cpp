@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 #include "platform/numbers.h"
 #include "platform/text.h"
@@ -12,13 +13,15 @@
 namespace quillary {
 namespace {
 
+constexpr std::string_view SectionPrefix = "Record";
+
 // Damaged data may name any record file; the table of files stays small all the same.
 constexpr std::int64_t UsualFiles = 4096;
 
 }  // namespace
 
 std::string RecordSection(std::string_view RecNo) {
-  std::string section = "Record";
+  std::string section(SectionPrefix);
   section += Trim(RecNo);
   return section;
 }
@@ -37,11 +40,28 @@ std::optional<std::int32_t> ParseRecordNumber(std::string_view RecNo) {
   return static_cast<std::int32_t>(number);
 }
 
+std::optional<std::int32_t> RecordOfSection(std::string_view section) {
+  if (!EqualNames(section.substr(0, SectionPrefix.size()), SectionPrefix)) return std::nullopt;
+  const std::string_view digits = section.substr(SectionPrefix.size());
+  return digits.starts_with(' ') ? std::nullopt : ParseRecordNumber(digits);
+}
+
 std::int64_t RecordFileNumber(std::string_view RecNo) {
   if (const auto number = ParseRecordNumber(RecNo)) return *number / RecordsPerFile;
   constexpr double Largest = 1e15;
   return static_cast<std::int64_t>(
       std::clamp(std::floor(Val(RecNo) / RecordsPerFile), -Largest, Largest));
+}
+
+std::vector<std::size_t> OrderInFiles(const std::vector<std::string>& recNos) {
+  std::vector<std::pair<std::int32_t, std::size_t>> numbers;
+  numbers.reserve(recNos.size());
+  for (const auto& recNo : recNos) numbers.emplace_back(ToInt32(recNo), numbers.size());
+  std::sort(numbers.begin(), numbers.end());
+  std::vector<std::size_t> order;
+  order.reserve(numbers.size());
+  for (const auto& [number, index] : numbers) order.push_back(index);
+  return order;
 }
 
 std::string RecordFileName(std::string_view dataPath, std::int64_t fileNumber) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -19,6 +20,13 @@ std::int64_t RecordFileNumber(std::string_view RecNo);
 // The record number that a link or list head names; nothing for the empty text and for a text that
 // is no record number as this system writes them (digits, up to 2147483647).
 std::optional<std::int32_t> ParseRecordNumber(std::string_view RecNo);
+
+// The number of the record whose section has this name; nothing for any other section.
+std::optional<std::int32_t> RecordOfSection(std::string_view section);
+
+// The indices of record numbers in the order in which the records lie in the files. Many records
+// are read and written much faster in it.
+std::vector<std::size_t> OrderInFiles(const std::vector<std::string>& recNos);
 
 // The name of a record file.
 std::string RecordFileName(std::string_view dataPath, std::int64_t fileNumber);

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -91,6 +93,58 @@ class Records {
   RunTimeError InsertRecord(std::string_view RecNo, std::string_view ShowName,
                             std::string_view ShowCompany);
 
+  // Takes the record, which is line `ListIndex` of the list box, out of both lists and puts it at
+  // the front of the deleted list: in the files, in memory, in the filtered lists where the filter
+  // is on, and in the list box. Its fields and display strings stay as they are. The number of keys
+  // written does not depend on the number of records. Refused with Overflow, before anything is
+  // written, where the deleted list holds MaxRecords already, and with BadRecordNumber where the
+  // record is in no list.
+  RunTimeError DeleteRecord(std::string_view RecNo, std::size_t ListIndex);
+  // Moves a live record, whose fields and display strings are stored already and which is line
+  // `ListIndex` of the list box, to its place in both lists: what DeleteRecord,
+  // RemoveFromDeletedList and InsertRecord would do one after the other, and so without a change to
+  // the deleted list, full or not. With the filter on, the record leaves the filtered lists if it
+  // does not match any more.
+  RunTimeError RelinkRecord(std::string_view RecNo, std::size_t ListIndex,
+                            std::string_view ShowName, std::string_view ShowCompany);
+
+  // Stores `count` new records and puts them into both lists, before the entries equal to them; of
+  // two new ones that are equal the later one stands first. `fields(i)` gives the fields of the new
+  // record i, from 0 on, each once; unlike those that WriteRecord gets they are stored as they are,
+  // and the display strings are made of them with their blanks. With `replace`, the header is
+  // written anew first: the records that were there stay in their files, but no list leads to them
+  // and none of their numbers is used again. Everything is one group, and the list box stays as it
+  // is. Reports its progress and lets events run in the group, which is dropped if the program is
+  // asked to end. Refused with Overflow where there would be more than MaxRecords.
+  RunTimeError ImportRecords(std::size_t count,
+                             const std::function<FieldArray(std::size_t)>& fields, bool replace);
+
+  // Whether there are deleted records. A count that is no number counts as none.
+  bool EnableRestoreEntry();
+  // Reads the deleted list into DelCount, DelNamesList and DelRecNo, sorted by the display strings
+  // that ViewMode chooses (equal ones keep their order), MaxDeletedListed entries at most. Where
+  // the chain breaks off, runs in a circle or leads to a record that is not deleted, the list ends
+  // there and has that many entries. Changes nothing on disk. Reports its progress and lets events
+  // run.
+  void ReadDeletedNamesList();
+  // Unlinks the record from the deleted list and clears its two keys there. Refused with
+  // BadRecordNumber where the record is not in it, or not any more.
+  RunTimeError RemoveFromDeletedList(std::string_view RecNo);
+  // Takes a deleted record off the deleted list and inserts it into both lists, as InsertRecord
+  // does. Refused as RemoveFromDeletedList is, and with Overflow where there are MaxRecords live
+  // ones.
+  RunTimeError RestoreRecord(std::string_view RecNo);
+
+  // The entry after `start` (then round from the first one up to `start` itself) whose record has
+  // `text` in one of the fields, upper and lower case being the same; nothing if there is none.
+  // `recordNos`: the entries' record numbers. Reports its progress and lets events run.
+  struct FoundEntry {
+    std::size_t Index = 0;     // of the entry
+    std::size_t KeyIndex = 0;  // of the first field in `fields` that has the text
+  };
+  std::optional<FoundEntry> FindText(std::string_view text, const std::vector<Field>& fields,
+                                     const std::vector<std::string>& recordNos, std::size_t start);
+
   // Whether the record's fields contain every criterion that is not empty, upper and lower case
   // being the same.
   bool RecordMatchesFilter(std::string_view RecNo);
@@ -103,6 +157,12 @@ class Records {
   static constexpr std::string_view Signature = "Quillary";
 
   struct Chain;  // the names of one list's keys
+  class DeletedList;
+  struct NewRecord {
+    std::string RecNo;
+    std::string ShowName;
+    std::string ShowCompany;
+  };
   static const Chain NameChain;
   static const Chain CompanyChain;
 
@@ -113,18 +173,30 @@ class Records {
 
   RunTimeError CheckHeader();
   RunTimeError KeepOldHeader();
+  RunTimeError FindFreeNumbers(std::size_t count, std::vector<std::string>& numbers);
 
   std::string RecordBehind(const Chain& chain, const std::vector<std::string>& recNos);
   void NoteLink(const Chain& chain, const std::vector<std::string>& recNos, std::size_t index,
                 const std::string& behind);
   void NoteLinks(const std::string& behindNames, const std::string& behindCompanies,
                  ProgressHooks* progress);
+  void ClearLinks(const std::string& recNo);
   void LinkRecord(const Chain& chain, const std::vector<std::string>& recNos, std::size_t position,
                   const std::string& recNo);
+  void UnlinkFrom(const Chain& chain, const std::vector<std::string>& recNos, std::size_t position);
+  RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
+  std::string DeletedRecord(std::string_view link);
+  std::optional<std::string> DeletedBefore(const std::string& recNo);
   void AddToFilteredLists(ProfileUpdate& update, const std::string& recNo,
                           std::string_view showName, std::string_view showCompany);
+  void KeepLists(ProfileUpdate& update);
+  void ForgetLists();
+  void NoteNewRecord(const NewRecord& record, const FieldArray& values);
+  void PrependToLists(const std::vector<NewRecord>& records);
   void ShowNewLine(ProfileUpdate& update, std::size_t index, std::string_view text,
                    const std::string& recNo);
+  void RemoveLine(ProfileUpdate& update, std::size_t index, const std::string& text,
+                  const std::string& recNo);
 
   StoreData& data_;
   Profile& profile_;

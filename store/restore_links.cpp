@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
-#include <utility>
 
 #include "platform/numbers.h"
 #include "platform/text.h"
@@ -11,21 +9,6 @@
 #include "store/records.h"
 
 namespace quillary {
-namespace {
-
-// The entries of a list in the order of their record numbers, in which they lie in the files.
-std::vector<std::size_t> OrderOfNumbers(const std::vector<std::string>& recNos) {
-  std::vector<std::pair<std::int32_t, std::size_t>> numbers;
-  numbers.reserve(recNos.size());
-  for (const auto& recNo : recNos) numbers.emplace_back(ToInt32(recNo), numbers.size());
-  std::sort(numbers.begin(), numbers.end());
-  std::vector<std::size_t> order;
-  order.reserve(numbers.size());
-  for (const auto& [number, index] : numbers) order.push_back(index);
-  return order;
-}
-
-}  // namespace
 
 // The record that follows the listed ones in the files, where the header's count is smaller than
 // the chain is long; empty as a rule. It stays linked, so that no record is lost by a wrong count.
@@ -57,8 +40,8 @@ void Records::NoteLinks(const std::string& behindNames, const std::string& behin
   NoteHeaderEntry(CompanyChain.FirstRecord, Trim(data_.CompaniesRecNo[0]));
   if (data_.ListsIncomplete) NoteHeaderEntry("NoOfRecords", NumberText(data_.NoOfRecords));
   if (data_.NoOfRecords < 1) return;
-  const auto names = OrderOfNumbers(data_.NamesRecNo);
-  const auto companies = OrderOfNumbers(data_.CompaniesRecNo);
+  const auto names = OrderInFiles(data_.NamesRecNo);
+  const auto companies = OrderInFiles(data_.CompaniesRecNo);
   for (std::size_t i = 0; i < names.size(); ++i) {
     if (progress != nullptr) {
       progress->Step(static_cast<double>(i + 1) / static_cast<double>(names.size()) * 100);

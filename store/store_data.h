@@ -7,8 +7,9 @@
 
 namespace quillary {
 
-inline constexpr int MaxRecords = 32767;    // live records, and deleted ones
-inline constexpr int RecordsPerFile = 100;  // record numbers in one record file
+inline constexpr int MaxRecords = 32767;       // live records, and deleted ones
+inline constexpr int MaxDeletedListed = 8000;  // deleted records that can be listed
+inline constexpr int RecordsPerFile = 100;     // record numbers in one record file
 inline constexpr std::uint8_t FieldCount = 16;
 
 // The index of each field in FieldKeys and FieldValues.
@@ -56,6 +57,12 @@ struct StoreData {
   std::vector<std::string> FilteredNamesRecNo{""};
   std::vector<std::string> FilteredCompanies{""};
   std::vector<std::string> FilteredCompaniesRecNo{""};
+
+  // Deleted records as the restore dialog lists them; valid while it is open.
+  std::int16_t DelCount = 0;  // DelNoOfRecords, which may be more than are listed
+  std::vector<std::string> DelNamesList;
+  std::vector<std::string> DelRecNo;
+  std::string CurDelRecordNo;  // the entry selected there
 
   std::uint8_t ViewMode = 0;  // 0 list by name, otherwise by company
 

@@ -34,7 +34,7 @@ int Run(QApplication& application, EndSignals& endSignals) {
   Profile profile(disk, names);
   const TextComparer comparer;
   ProcessEnding ending;
-  Forms forms(profile, comparer, ending);
+  Forms forms(profile, comparer, ending, names.OwnDirectory());
 
   QObject::connect(&endSignals, &EndSignals::EndRequested, [&] { forms.ExitApplication(); });
   QObject::connect(&application, &QCoreApplication::aboutToQuit, [&] { forms.ExitApplication(); });
@@ -46,8 +46,8 @@ int Run(QApplication& application, EndSignals& endSignals) {
   runningForms = &forms;
   std::atexit(LeaveDesktop);
 
-  const Surroundings surroundings{names.OwnDirectory(), [&] { return instance.IsFirst(); }};
-  const int result = Main(forms, profile, surroundings) ? QApplication::exec() : EXIT_SUCCESS;
+  const bool isStarted = Main(forms, profile, [&] { return instance.IsFirst(); });
+  const int result = isStarted ? QApplication::exec() : EXIT_SUCCESS;
   runningForms = nullptr;
   return result;
 }

@@ -1,75 +1,29 @@
-#include "dialogs/new_dialog.h"
-
 #include <QPlainTextEdit>
 
-#include "tests/support/check_invariants.h"
-#include "tests/support_qt/main_fixture.h"
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace quillary::test {
 namespace {
 
-class NewDialogTest : public MainFixture {
+class NewDialogTest : public DialogFixture {
  protected:
-  NewDialogTest() {
-    Started.On = [this](const std::string& command) {
-      if (command == "ShowNewDialog") Dialog.ShowNewDialog();
-      if (command == "ShowDuplicateDialog") Dialog.ShowDuplicateDialog();
-    };
-    Guard.InUseTimer.start();
+  // With the main window's button.
+  void OpenNew(Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    Open(New, [&] { Click(Main, "BtnNew", modifiers); });
   }
-
-  // Opens the dialog with the main window's button.
-  void Open(Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    Click(Main, "BtnNew", modifiers);
-    ASSERT_TRUE(WaitUntilActive(Dialog));
-  }
-  QWidget& Box(int index) {
-    return Control<QWidget>(Dialog, ("TxtBox(" + std::to_string(index) + ")").c_str());
-  }
-  std::string BoxText(int index) {
-    return dynamic_cast<QLineEdit&>(Box(index)).text().toStdString();
-  }
-  // Goes to a box and types.
-  void Type(int index, const char* text) {
-    Box(index).setFocus(Qt::TabFocusReason);
-    QTest::keyClicks(&Box(index), QString::fromUtf8(text));
-  }
-  std::string Stored(const std::string& RecNo, const char* key) {
-    return Store.ReadRecordEntry(RecNo, key);
-  }
-  // Nothing is going on any more.
-  void ExpectClosed() {
-    EXPECT_FALSE(Dialog.isVisible() || Wait.isVisible());
-    EXPECT_TRUE(Main.isEnabled());
-    EXPECT_TRUE(Guard.InUseTimer.isActive());
-    EXPECT_EQ(Panel(1), "");
-    EXPECT_TRUE(CheckFiles(Folder.Path()));
-  }
-  // The dialog waits for another try.
-  void ExpectOpen() {
-    EXPECT_TRUE(Dialog.isVisible());
-    EXPECT_FALSE(Wait.isVisible());
-    EXPECT_FALSE(Main.isEnabled());
-    EXPECT_TRUE(Guard.InUseTimer.isActive());
-  }
-
-  SharingGuard Guard{Profile, Shared, [this] { Dialog.EnableOK(!Shared.InUse); }};
-  MsgBoxSnglTxt MsgBox{Shared, Main};
-  PleaseWait Wait{Main};
-  NewDialog Dialog{Shared, Profile, Store, Guard, Main, MsgBox, Wait};
 };
 
 TEST_F(NewDialogTest, AnUntouchedDialogIsNotSaved) {
   Show();
   const std::string header = Folder.ReadFile("quill.dat");
-  Open();
+  OpenNew();
   EXPECT_EQ(Panel(1), "New Name");
   EXPECT_FALSE(Main.isEnabled());
   EXPECT_EQ(BoxText(1) + "|" + BoxText(2) + "|" + BoxText(9) + "|" + BoxText(10),
             "First Name|Last Name|ZIP/Postal code|Country");
   {
     MsgBoxAnswerer answerer;
-    QTest::keyClick(Dialog.focusWidget(), Qt::Key_Return);
+    QTest::keyClick(Dialog->focusWidget(), Qt::Key_Return);
     ASSERT_EQ(answerer.Seen.size(), 1U);
     EXPECT_EQ(answerer.Seen[0].first, QStringLiteral("Empty Name and Company"));
     EXPECT_EQ(answerer.Seen[0].second, QStringLiteral("Either Name or Company must be filled"));
@@ -77,7 +31,7 @@ TEST_F(NewDialogTest, AnUntouchedDialogIsNotSaved) {
   ExpectOpen();
   EXPECT_EQ(BoxText(0), "Mr.");
   for (const int index : {1, 2, 9, 10}) EXPECT_EQ(BoxText(index), "") << index;
-  QTest::keyClick(&Dialog, Qt::Key_Escape);
+  QTest::keyClick(Dialog, Qt::Key_Escape);
   ExpectClosed();
   EXPECT_EQ(Folder.ReadFile("quill.dat"), header);
 }
@@ -86,12 +40,12 @@ TEST_F(NewDialogTest, StoresAndSelectsTheNewRecord) {
   Add({{FirstName, "Zoe"}, {LastName, "Aster"}});
   EXPECT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "57"), RunTimeError::None);
   Show();
-  Open();
+  OpenNew();
   Type(1, "  Ann ");     // typing replaces the prompt
   Type(2, "last name");  // not the prompt
   Type(3, " Clerk ");
   Type(4, "Acme");
-  Click(Dialog, "BtnOK");
+  ClickOK();
   ExpectClosed();
   EXPECT_EQ(Stored("57", "Sal") + "|" + Stored("57", "FirstName") + "|" + Stored("57", "LastName") +
                 "|" + Stored("57", "Title") + "|" + Stored("57", "Address5"),
@@ -101,10 +55,8 @@ TEST_F(NewDialogTest, StoresAndSelectsTheNewRecord) {
   EXPECT_EQ(Panel(2), " 2/ 2");
   EXPECT_EQ(Label(3 - 1).Caption(), "Acme");
 
-  Open();
+  OpenNew();
   Type(1, "");
-  Box(1).setFocus(Qt::TabFocusReason);
-  QTest::keyClick(&Box(1), Qt::Key_Delete);
   Type(4, "Bell");
   QTest::keyClick(&Box(4), Qt::Key_Return);  // "Last Name" is the prompt
   ExpectClosed();
@@ -117,16 +69,16 @@ TEST_F(NewDialogTest, ADuplicateIsTheSameToTheByte) {
   const std::string notes = "Windows\r\nUnix\nMac\r\xC2\xA0 no-break \xE2\x80\xA8";
   Add({{FirstName, "Ann"}, {LastName, "Lee"}, {Title, oneLine}, {Field::Notes, notes}});
   Show();
-  Open(Qt::ShiftModifier);
+  OpenNew(Qt::ShiftModifier);
   EXPECT_EQ(Panel(1), "New Name - Duplicate");
-  Click(Dialog, "BtnOK");
+  ClickOK();
   ExpectClosed();
   EXPECT_EQ(Stored("1", "Title"), oneLine);
   EXPECT_EQ(Stored("1", "Notes"), notes);
   EXPECT_EQ(Panel(2), " 1/ 2");  // before its equal
 
-  Open(Qt::ShiftModifier);
-  auto& box = Control<QPlainTextEdit>(Dialog, "TxtBox(15)");
+  OpenNew(Qt::ShiftModifier);
+  auto& box = Control<QPlainTextEdit>(*Dialog, "TxtBox(15)");
   box.setFocus(Qt::TabFocusReason);
   QTest::keyClicks(&box, QStringLiteral("one"));
   QTest::keyClick(&box, Qt::Key_Return, Qt::ControlModifier);
@@ -140,16 +92,12 @@ TEST_F(NewDialogTest, ADuplicateIsTheSameToTheByte) {
 TEST_F(NewDialogTest, UnderAFilterOnlyAMatchIsListed) {
   Add({{LastName, "Mann"}});
   Add({{LastName, "Other"}});
-  Shared.FilterCriteria[1] = "an";
-  Shared.FilterOn = true;
-  Store.BuildFilteredList();
-  Store.GetFilteredNamesList();
-  Store.ShowRecords();
   Show();
+  FilterLastNames("an");
   const auto addName = [this](const char* name) {
-    Open();
+    OpenNew();
     Type(2, name);
-    Click(Dialog, "BtnOK");
+    ClickOK();
     ExpectClosed();
   };
   addName("Zander");
@@ -161,40 +109,16 @@ TEST_F(NewDialogTest, UnderAFilterOnlyAMatchIsListed) {
   EXPECT_EQ(Shared.NoOfRecords, 4);
 }
 
-TEST_F(NewDialogTest, NothingIsWrittenWhenItMustNotBe) {
-  Add({{LastName, "Lee"}});
+TEST_F(NewDialogTest, NothingIsWrittenWhenThereIsNoRoom) {
   Show();
-  Open();
+  OpenNew();
   Type(2, "Varek");
-  const auto refusal = [this] {
-    const std::string header = Folder.ReadFile("quill.dat");
-    const std::string records = Folder.ReadFile("quill0.dat");
-    MsgBoxAnswerer answerer;
-    Click(Dialog, "BtnOK");
-    ExpectOpen();
-    EXPECT_EQ(BoxText(2), "Varek");
-    EXPECT_EQ(Folder.ReadFile("quill.dat"), header);
-    EXPECT_EQ(Folder.ReadFile("quill0.dat"), records);
-    EXPECT_EQ(answerer.Seen.size(), 1U);
-    return answerer.Seen.empty() ? QString() : answerer.Seen[0].first;
-  };
   Shared.NoOfRecords = MaxRecords;
-  EXPECT_EQ(refusal(), QStringLiteral("New Name"));
-  Shared.NoOfRecords = 1;
+  ExpectRefusal("BtnOK", "New Name");
+  Shared.NoOfRecords = 0;
   EXPECT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "2147483647"), RunTimeError::None);
-  EXPECT_EQ(refusal(), QStringLiteral("New Name"));
-  EXPECT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "1"), RunTimeError::None);
-
-  // The other application started a moment ago.
-  EXPECT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
-  EXPECT_EQ(refusal(), QStringLiteral("Record Not Saved"));
-  EXPECT_FALSE(Control<QWidget>(Dialog, "BtnOK").isEnabled());
-  EXPECT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
-  Guard.InUseTimer.start(1);
-  QTRY_VERIFY(Control<QWidget>(Dialog, "BtnOK").isEnabled());
-  Click(Dialog, "BtnOK");
-  ExpectClosed();
-  EXPECT_EQ(ListTexts().size(), 2U);
+  ExpectRefusal("BtnOK", "New Name");
+  EXPECT_EQ(BoxText(2), "Varek");
 }
 
 TEST_F(NewDialogTest, NeverOverwritesARecord) {
@@ -204,9 +128,9 @@ TEST_F(NewDialogTest, NeverOverwritesARecord) {
     EXPECT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", counter), RunTimeError::None);
     Main.SetData();
     Show();
-    Open();
+    OpenNew();
     Type(2, "Varek");
-    Click(Dialog, "BtnOK");
+    ClickOK();
     ExpectClosed();
   }
   EXPECT_EQ(Stored("0", "LastName") + Stored("1", "LastName"), "LeeMoss");
@@ -214,65 +138,17 @@ TEST_F(NewDialogTest, NeverOverwritesARecord) {
   EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "6");
 }
 
-// Whichever call to the disk fails: either all is stored, or the user is told and all is as before.
-TEST_F(NewDialogTest, AFailingDiskChangesNothing) {
-  Add({{LastName, "Lee"}});
-  Add({{LastName, "Moss"}});
-  Show();
-  int failures = 0;
-  bool reached = true;
-  for (int call = 1; reached; ++call) {
-    Open();
-    Type(2, "Varek");
-    const FieldArray fields = Shared.FieldValues;
-    const auto lines = ListTexts();
-    const std::string files = Folder.ReadFile("quill.dat") + Folder.ReadFile("quill0.dat");
-    MsgBoxAnswerer answerer;
-    Disk.FailAt(call, RunTimeError::DiskFull, false);
-    Click(Dialog, "BtnOK");
-    reached = Disk.WasReached();
-    Disk.Reset();
-    if (answerer.Seen.empty()) {
-      // The fault may have hit the reading of the new record, which SetData tells.
-      if (auto* box = Main.findChild<QMessageBox*>()) box->close();
-      ExpectClosed();
-      Main.SetData();
-      EXPECT_EQ(ListTexts().size(), lines.size() + 1);
-      EXPECT_EQ(Label(0).Caption(), "Mr. Varek") << call;
-      continue;
-    }
-    ++failures;
-    ExpectOpen();
-    EXPECT_EQ(BoxText(2), "Varek");
-    // He goes on typing where he was.
-    ASSERT_TRUE(WaitUntilActive(Dialog));
-    EXPECT_EQ(Dialog.focusWidget(), &Box(2));
-    EXPECT_FALSE(Control<QLineEdit>(Dialog, "TxtBox(2)").hasSelectedText());
-    EXPECT_EQ(ListTexts(), lines);
-    EXPECT_EQ(Shared.FieldValues, fields);
-    EXPECT_EQ(Folder.ReadFile("quill.dat") + Folder.ReadFile("quill0.dat"), files) << call;
-    EXPECT_EQ(answerer.Seen.size(), 1U);
-    EXPECT_EQ(answerer.Seen[0].first, QStringLiteral("Record Not Saved"));
-    EXPECT_EQ(answerer.Seen[0].second,
-              QStringLiteral("The record could not be saved: the disk is full.\n"
-                             "Nothing was changed. You can try again."));
-    Click(Dialog, "BtnCancel");
-    ExpectClosed();
-  }
-  EXPECT_GT(failures, 5);
-}
-
 TEST_F(NewDialogTest, TabGoesThroughTheFieldsAndSelectsEach) {
   Show();
-  Open();
+  OpenNew();
   for (int index = 0; index < 16; ++index) {
-    EXPECT_EQ(Dialog.focusWidget(), &Box(index)) << index;
+    EXPECT_EQ(Dialog->focusWidget(), &Box(index)) << index;
     if (index == 1) {
       EXPECT_EQ(dynamic_cast<QLineEdit&>(Box(1)).selectedText(), QStringLiteral("First Name"));
     }
     QTest::keyClick(&Box(index), Qt::Key_Tab);
   }
-  EXPECT_EQ(Dialog.focusWidget(), &Control<QWidget>(Dialog, "BtnOK"));
+  EXPECT_EQ(Dialog->focusWidget(), &Control<QWidget>(*Dialog, "BtnOK"));
   // A click selects too, but not the second one: that is for placing the cursor.
   QTest::mouseClick(&Box(2), Qt::LeftButton);
   EXPECT_EQ(dynamic_cast<QLineEdit&>(Box(2)).selectedText(), QStringLiteral("Last Name"));

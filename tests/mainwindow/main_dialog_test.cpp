@@ -205,22 +205,43 @@ TEST_F(MainDialogTest, TheMouseHighlightsLinesAndTellsWhatAClickDoes) {
   Show();
   QTest::mouseMove(&Label(1));
   QTest::mouseMove(&Label(4));
-  for (int i = 0; i < 13; ++i) EXPECT_EQ(Label(i).IsHighlighted(), i >= 3 && i <= 7) << i;
+  for (int i = 0; i < 13; ++i)
+    EXPECT_EQ(Label(i).TextColour() == DetailLabel::Colour::Highlighted, i >= 3 && i <= 7) << i;
   EXPECT_EQ(Panel(1), "Click to copy the Address to the Clipboard.");
   Main.SetPanel(1, QStringLiteral("Dial a number."));
   QTest::mouseMove(&Label(8));
   EXPECT_EQ(Panel(1), "Dial a number.");
-  EXPECT_TRUE(Label(8).IsHighlighted());
+  EXPECT_EQ(Label(8).TextColour(), DetailLabel::Colour::Highlighted);
   QTest::mouseMove(&Label(0));
   EXPECT_EQ(Panel(1),
             "Click to change the style of this name. Shift+Click to copy to the Clipbaord.");
   QTest::mouseMove(&Control<QWidget>(Main, "DetailsFrame"), QPoint(3, 3));
   EXPECT_EQ(Panel(1), "");
-  EXPECT_FALSE(Label(0).IsHighlighted());
+  EXPECT_EQ(Label(0).TextColour(), DetailLabel::Colour::Normal);
   QTest::mouseMove(&Control<QWidget>(Main, "BtnEdit"));  // disabled
   EXPECT_EQ(Panel(1), "Edit details for the selected name.");
   QTest::mouseMove(Main.centralWidget(), QPoint(1, 1));
   EXPECT_EQ(Panel(1), "");
+}
+
+TEST_F(MainDialogTest, TheKeyboardGoesFromLineToLineAndClicks) {
+  Add({{LastName, "Lee"}, {Company, "Acme"}, {Phone1, "1"}});
+  Show();
+  Control<QWidget>(Main, "LstNames").setFocus();
+  PressKey(Main, Qt::Key_Tab);
+  EXPECT_EQ(Label(0).TextColour(), DetailLabel::Colour::Highlighted);
+  PressKey(Main, Qt::Key_Space);
+  EXPECT_EQ(QApplication::activePopupWidget(), &Main.Menus().MnuNameStyle);
+  Main.Menus().MnuNameStyle.close();
+  EXPECT_EQ(Label(0).TextColour(), DetailLabel::Colour::Highlighted);
+  PressKey(Main, Qt::Key_Space, Qt::ShiftModifier);
+  EXPECT_EQ(Clipboard(), "Lee");
+  PressKey(Main, Qt::Key_Down);
+  EXPECT_EQ(Panel(1), "Click to copy the Company to the Clipboard.");
+  PressKey(Main, Qt::Key_Space);
+  EXPECT_EQ(Clipboard(), "Acme");
+  PressKey(Main, Qt::Key_Tab);
+  EXPECT_EQ(Label(2).TextColour(), DetailLabel::Colour::Normal);
 }
 
 TEST_F(MainDialogTest, TellsOnceThatARecordCannotBeRead) {
@@ -299,7 +320,8 @@ TEST_F(MainDialogTest, ReadOnlyWhileAnotherApplicationHoldsTheData) {
   Main.ShowReadOnly();
   EXPECT_TRUE(IsEnabled(Main, "BtnNew"));
   EXPECT_TRUE(Main.Menus().MnuNew->menuAction()->isEnabled());
-  EXPECT_FALSE(Main.Menus().MnuEdit->isEnabled());  // not built yet
+  EXPECT_TRUE(Main.Menus().MnuEdit->isEnabled());
+  EXPECT_FALSE(Main.Menus().MnuDial->isEnabled());  // not built yet
 }
 
 TEST_F(MainDialogTest, WhileItIsDisabledNeitherActivationNorClosingDoAnything) {

@@ -86,6 +86,20 @@ TEST_F(HostDiskTest, AWriteThatFailsSaysWhy) {
   EXPECT_EQ(disk_.Write(handle, "text"), RunTimeError::DeviceError);
 }
 
+TEST_F(HostDiskTest, SyncsFewFilesAndManyAndTellsOfAHandleThatIsNone) {
+  std::vector<int> handles;
+  for (const std::size_t count : {3U, 20U}) {
+    while (handles.size() < count) {
+      const std::string name = "file" + std::to_string(handles.size());
+      ASSERT_EQ(disk_.Create(folder_.File(name), 0600, handles.emplace_back()), RunTimeError::None);
+      ASSERT_EQ(disk_.Write(handles.back(), name), RunTimeError::None);
+    }
+    EXPECT_EQ(disk_.SyncAll(handles), RunTimeError::None);
+  }
+  for (const int handle : handles) EXPECT_EQ(disk_.Close(handle), RunTimeError::None);
+  EXPECT_NE(disk_.SyncAll(handles), RunTimeError::None);
+}
+
 TEST_F(HostDiskTest, RenamesRemovesAndLists) {
   folder_.WriteFile("a", "old");
   folder_.WriteFile("b", "new");

@@ -6,132 +6,17 @@ Brings its own X server and window manager; everything it writes goes to a tempo
 """
 
 import os
-import re
-import shutil
 import signal
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 
-PROGRAM = ""
-PATIENCE = 20  # seconds until something that should happen counts as not happening
+import desktop
+from desktop import COPY, DELETE, FIND, FIRST_DELETED, MAIN, PATIENCE, wait_for
 
 
-def wait_for(what, condition):
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        result = condition()
-        if result:
-            return result
-        time.sleep(0.05)
-    raise AssertionError(f"waited in vain for {what}")
-
-
-class Desktop:
-    """An X server with a window manager."""
-
-    def __init__(self, folder):
-        self.folder = folder
-        read_end, write_end = os.pipe()
-        self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1024x768x24"],
-            pass_fds=[write_end], stderr=subprocess.DEVNULL)
-        os.close(write_end)
-        with os.fdopen(read_end) as pipe:
-            number = pipe.readline().strip()
-        self.env = dict(os.environ, DISPLAY=f":{number}", HOME=folder, LC_ALL="C.UTF-8",
-                        QT_QPA_PLATFORM="xcb")
-        for name in ["XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"]:
-            self.env[name] = os.path.join(folder, name.lower())
-            os.makedirs(self.env[name], mode=0o700, exist_ok=True)
-        self.manager = subprocess.Popen(["openbox"], env=self.env, stderr=subprocess.DEVNULL)
-        wait_for("the window manager", lambda: "0x" in self.run(
-            "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
-
-    def run(self, *command):
-        return subprocess.run(command, env=self.env, capture_output=True, text=True,
-                              check=False, timeout=PATIENCE).stdout
-
-    def active(self):
-        return self.run("xdotool", "getactivewindow", "getwindowname").strip()
-
-    def wait_active(self, title):
-        wait_for(f"the window {title!r}", lambda: self.active() == title)
-
-    def key(self, *keys):
-        self.run("xdotool", "key", "--delay", "30", *keys)
-
-    def type(self, text):
-        self.run("xdotool", "type", "--delay", "10", text)
-
-    def clipboard(self):
-        return subprocess.run(["xclip", "-selection", "clipboard", "-o"], env=self.env,
-                              capture_output=True, check=False, timeout=PATIENCE).stdout
-
-    def close(self):
-        for process in [self.manager, self.server]:
-            process.kill()
-            process.wait()
-
-
-class ProgramTest(unittest.TestCase):
-    def setUp(self):
-        self.folder = tempfile.mkdtemp(prefix="quillary-test-")
-        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
-        self.dist = os.path.join(self.folder, "dist")
-        os.mkdir(self.dist)
-        self.program = shutil.copy(PROGRAM, self.dist)
-        self.desktop = Desktop(self.folder)
-        self.addCleanup(self.desktop.close)
-
-    def start(self):
-        process = subprocess.Popen([self.program], env=self.desktop.env)
-        self.addCleanup(process.wait)
-        self.addCleanup(process.kill)
-        return process
-
-    def text(self, name="quill.dat"):
-        try:
-            with open(os.path.join(self.dist, "quilldat", name), encoding="utf-8",
-                      newline="") as file:
-                return file.read()
-        except FileNotFoundError:
-            return ""
-
-    def value(self, key, name="quill.dat"):
-        found = re.search(rf"^{key}=(.*)\r$", self.text(name), re.MULTILINE)
-        return found.group(1) if found else None
-
-    def first_start(self):
-        """From a clean machine to the empty main window."""
-        process = self.start()
-        self.desktop.wait_active("Missing data file")
-        self.desktop.key("Return")
-        self.desktop.wait_active("Tip of The Day")
-        self.desktop.key("Return")
-        self.desktop.wait_active("Quillary, Version 2.0")
-        return process
-
-    def later_start(self):
-        """The tip was closed with its box empty, so there is none."""
-        process = self.start()
-        self.desktop.wait_active("Quillary, Version 2.0")
-        wait_for("the counter", lambda: self.value("NoOfUses") == "1")
-        return process
-
-    def add(self, *fields):
-        """Types the fields from the first name on, and Enter."""
-        self.desktop.key("alt+n")
-        self.desktop.wait_active("New Name")
-        for field in fields:
-            self.desktop.key("Tab")
-            if field:
-                self.desktop.type(field)
-        self.desktop.key("Return")
-        self.desktop.wait_active("Quillary, Version 2.0")
-
+class WholeProgramTest(desktop.ProgramTest):
     def test_a_person_is_added_and_there_at_the_next_start(self):
         process = self.first_start()
         self.add("Ann", "Lee", "", "Acme", "1 Oak Road", "", "", "Springfield", "12345")
@@ -159,6 +44,76 @@ class ProgramTest(unittest.TestCase):
         self.later_start()
         self.assertEqual(self.text("quill0.dat"), before)
 
+    def test_a_record_is_changed_deleted_and_restored(self):
+        self.first_start()
+        for first, last in [("Ann", "Aster"), ("Bob", "Bell"), ("Cid", "Cole")]:
+            self.add(first, last)
+        self.select_first()
+        self.desktop.key("alt+e")
+        self.desktop.wait_active("Edit Name")
+        self.desktop.key("Tab", "Tab")
+        self.desktop.type("Zuse")
+        self.desktop.key("Return")
+        self.desktop.wait_active(MAIN)
+        wait_for("the new name", lambda: "ShowName=Zuse, Ann\r" in self.text("quill0.dat"))
+        self.assertEqual(self.lists(), ["1", "2", "0"])
+
+        # The changed record is still the selected one: it is what is deleted.
+        self.desktop.key("alt+d")
+        self.desktop.wait_active("Delete Name")
+        self.desktop.key("Return")
+        self.desktop.wait_active(MAIN)
+        wait_for("the deletion", lambda: self.lists() == ["1", "2"])
+        self.desktop.run("xdotool", "keydown", "shift")
+        self.desktop.click(*DELETE)
+        self.desktop.run("xdotool", "keyup", "shift")
+        wait_for("the deletion", lambda: self.lists() == ["1"])
+        self.assertEqual(self.value("DelNoOfRecords"), "2")
+
+        # Cole stands above Zuse.
+        self.open_restore()
+        self.desktop.click(*FIRST_DELETED, times=2)
+        self.desktop.wait_active(MAIN)
+        wait_for("the record", lambda: self.lists() == ["1", "2"])
+        self.assertEqual(self.value("DelNoOfRecords"), "1")
+
+    def test_details_are_found_and_copied(self):
+        process = self.first_start()
+        self.add("Ann", "Lee", "", "Acme", "1 Oak Road", *[""] * 5, "555 1", "", "555 3")
+        self.add("Bob", "Lee")
+        self.add("Cid", "Varek")
+        process.send_signal(signal.SIGTERM)
+        process.wait(PATIENCE)
+        self.prefer(NameField="2", CopyName="1", CopyAddress="1", CopyPhone1="1", CopyFax="1",
+                    UsePrefix="1", PrefixSprt="3", Phone1Prefix="Tel", FaxPrefix="Fax")
+        process = self.later_start()
+        self.assertEqual(self.copied("alt+c"),
+                         b"Ann Lee\r1 Oak Road\rTel: 555 1\rFax: 555 3\r")
+        self.desktop.click(*COPY, button="3")
+        self.desktop.key("Down", "Down", "Return")
+        wait_for("all details", lambda: self.desktop.clipboard() ==
+                 b"Ann Lee\rAcme\r1 Oak Road\rTel: 555 1\rFax: 555 3\r")
+
+        self.desktop.click(*FIND)
+        self.desktop.type("LEE")
+        for found in [b"Bob Lee\r", b"Ann Lee\r1 Oak Road\rTel: 555 1\rFax: 555 3\r",
+                      b"Bob Lee\r"]:
+            self.desktop.key("Return")
+            wait_for(found, lambda: self.copied("alt+c") == found)
+        self.desktop.key("ctrl+a")
+        self.desktop.type("Bob")
+        self.desktop.key("Return")
+        self.desktop.wait_active("Can't find text")
+        self.desktop.key("Return")
+        self.desktop.wait_active(MAIN)
+        self.assertEqual(self.copied("alt+c"), b"Bob Lee\r")
+
+        process.send_signal(signal.SIGTERM)
+        process.wait(PATIENCE)
+        self.prefer(UsePrefix="0")
+        self.later_start()
+        self.assertEqual(self.copied("alt+c"), b"Ann Lee\r1 Oak Road\r555 1\r555 3\r")
+
     def test_every_polite_end_takes_it_off_the_counter_once(self):
         process = self.first_start()
         ends = [lambda process, number=number: process.send_signal(number)
@@ -176,7 +131,7 @@ class ProgramTest(unittest.TestCase):
             [self.program], env=self.desktop.env,
             preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
         self.addCleanup(process.kill)
-        self.desktop.wait_active("Quillary, Version 2.0")
+        self.desktop.wait_active(MAIN)
         wait_for("the counter", lambda: self.value("NoOfUses") == "1")
         process.send_signal(signal.SIGHUP)
         time.sleep(1)
@@ -191,12 +146,12 @@ class ProgramTest(unittest.TestCase):
         wait_for("the counter", lambda: self.value("NoOfUses") == "1")
         window = self.desktop.run("xdotool", "getactivewindow").strip()
         self.desktop.run("xdotool", "windowminimize", window)
-        wait_for("the icon", lambda: self.desktop.active() != "Quillary, Version 2.0")
+        wait_for("the icon", lambda: self.desktop.active() != MAIN)
         path = os.path.join(self.dist, "quilldat", "quill.dat")
         before = os.stat(path)
         second = self.start()
         self.assertEqual(second.wait(PATIENCE), 0)
-        self.desktop.wait_active("Quillary, Version 2.0")
+        self.desktop.wait_active(MAIN)
         self.assertEqual(os.stat(path), before)
 
     def test_after_a_crash_the_user_can_take_the_data_back(self):
@@ -212,12 +167,12 @@ class ProgramTest(unittest.TestCase):
         self.desktop.key("Tab", "Return")
         self.desktop.wait_active("Data File In Use")
         self.desktop.key("Return")
-        self.desktop.wait_active("Quillary, Version 2.0")
+        self.desktop.wait_active(MAIN)
         wait_for("the counter", lambda: self.value("NoOfUses") == "1")
         self.add("Ann", "Lee")
         wait_for("the record", lambda: self.value("NoOfRecords") == "1")
 
 
 if __name__ == "__main__":
-    PROGRAM = os.path.abspath(sys.argv.pop(1))
+    desktop.PROGRAM = os.path.abspath(sys.argv.pop(1))
     unittest.main()

@@ -21,12 +21,7 @@ struct FilterTest : testing::Test {
   }
   // The names that a filter leaves.
   Texts Filter(const std::array<std::string, 5>& criteria) {
-    Data.FilterCriteria = criteria;
-    Data.FilterOn = true;
-    World.Store.BuildFilteredList();
-    World.Store.GetFilteredNamesList();
-    World.Store.SortFilteredList();
-    World.Store.ShowRecords();
+    World.Filter(criteria);
     EXPECT_TRUE(CheckInvariants(World));
     Texts lines = World.Lines.Texts;
     // One record asked for by itself gives the same answer.

@@ -1,10 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <map>
-#include <random>
-
 #include "tests/support/check_invariants.h"
 #include "tests/support/data_set.h"
 #include "tests/support/store_world.h"
@@ -73,11 +68,7 @@ TEST_F(InsertRecordTest, ClearsTheLinksOfADeletedRecord) {
 
 TEST_F(InsertRecordTest, WithTheFilterOnOnlyMatchingRecordsAreShown) {
   World.Add("Ann", "Brandt");
-  Data.FilterCriteria[1] = "AN";
-  Data.FilterOn = true;
-  World.Store.BuildFilteredList();
-  World.Store.GetFilteredNamesList();
-  World.Store.ShowRecords();
+  World.Filter({"", "AN"});
   World.Add("Bo", "Miller");
   EXPECT_EQ(Data.NoOfRecords, 2);
   EXPECT_EQ(World.Lines.Texts, Texts{"Brandt, Ann"});
@@ -102,81 +93,6 @@ TEST_F(InsertRecordTest, TheCostDoesNotGrowWithTheNumberOfRecords) {
   };
   // The neighbours stand in up to four other files, here as there.
   EXPECT_LT(diskCalls(6000), diskCalls(600) * 2);
-}
-
-// Every single failing call: either all is done or nothing has changed.
-TEST_F(InsertRecordTest, AFailureLeavesFilesMemoryAndLinesAsTheyWere) {
-  for (const bool filterOn : {false, true}) {
-    int failures = 0;
-    for (int call = 1;; ++call) {
-      StoreWorld world;
-      WriteDataSet(world.Folder.Path(), {.Live = 130, .Deleted = 2});
-      world.Open();
-      if (filterOn) {
-        world.Data.FilterCriteria[0] = "a";
-        world.Data.FilterOn = true;
-        world.Store.BuildFilteredList();
-        world.Store.GetFilteredNamesList();
-        world.Store.SortFilteredList();
-        world.Store.ShowRecords();
-      }
-      const StoreData before = world.Data;
-      const Texts lines = world.Lines.Texts;
-      const std::string header = world.Folder.ReadFile("quill.dat");
-      world.Machine.FailAt(call, RunTimeError::DiskFull, true);
-      std::string recNo;
-      const RunTimeError error = world.Add("Maria", "Lind", "Cobalt", recNo);
-      const bool wasReached = world.Machine.WasReached();
-      world.Machine.Reset();
-      if (error != RunTimeError::None) {
-        ++failures;
-        EXPECT_EQ(world.Data.NamesList, before.NamesList) << call;
-        EXPECT_EQ(world.Data.FilteredCompaniesRecNo, before.FilteredCompaniesRecNo) << call;
-        EXPECT_EQ(world.Data.FilteredCount, before.FilteredCount) << call;
-        EXPECT_EQ(world.Lines.Texts, lines) << call;
-        EXPECT_EQ(world.Folder.ReadFile("quill.dat"), header) << call;
-        EXPECT_TRUE(CheckInvariants(world)) << call;
-        world.Add("Maria", "Lind", "Cobalt");
-      }
-      // An unfinished group is completed before the files are read by anyone else.
-      EXPECT_EQ(world.Access.Recover(world.Data.DataFile), RunTimeError::None);
-      EXPECT_TRUE(CheckInvariants(world)) << call;
-      if (!wasReached) break;
-    }
-    EXPECT_GT(failures, 10);
-  }
-}
-
-TEST_F(InsertRecordTest, RandomInsertionsGiveTheListsOfAPlainModel) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 engine(seed);
-  const Texts words{"",   "Ann", "ann", "Élan", "elan", "Zoë",
-                    "王", "(x)", "10",  "9",    "כהן",  " Lee "};
-  const auto word = [&] { return words[engine() % words.size()]; };
-  Texts names;
-  Texts companies;
-  const auto insert = [this](Texts& list, const std::string& text) {
-    const auto place = std::find_if(list.begin(), list.end(), [&](const auto& entry) {
-      return World.Comparer.Compare(text, entry) <= 0;
-    });
-    list.insert(place, text);
-  };
-  for (int i = 0; i < 150; ++i) {
-    std::string first = word();
-    std::string last = word();
-    std::string company = word();
-    World.Add(first, last, company);
-    insert(names, BuildShowName(first, last, company));
-    insert(companies, BuildShowCompany(first, last, company));
-    ASSERT_EQ(Data.NamesList, names);
-    ASSERT_EQ(Data.CompaniesList, companies);
-    if (i % 30 == 29) {
-      ASSERT_TRUE(CheckInvariants(World));
-      World.Open();
-      ASSERT_EQ(Data.NamesList, names);
-    }
-  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tests/support/check_invariants.h"
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <set>
@@ -151,6 +152,26 @@ void CheckLines(Files& files, const StoreWorld& world) {
   }
 }
 
+// Both filtered lists hold the same live records, each in order and with its display string.
+void CheckFiltered(Files& files, const StoreData& data, const RecNos& live) {
+  if (data.FilteredCount == 0) return;
+  const RecNos& names = data.FilteredNamesRecNo;
+  const RecNos& companies = data.FilteredCompaniesRecNo;
+  const std::set<std::string> filtered(names.begin(), names.end());
+  const std::set<std::string> all(live.begin(), live.end());
+  if (names.size() != static_cast<std::size_t>(data.FilteredCount) ||
+      filtered.size() != names.size() || companies.size() != names.size() ||
+      filtered != std::set(companies.begin(), companies.end()) ||
+      !std::includes(all.begin(), all.end(), filtered.begin(), filtered.end())) {
+    files.Complain("the filtered lists hold other records");
+    return;
+  }
+  CheckMemory(files, names, "ShowName", data.FilteredNames, names);
+  CheckMemory(files, companies, "ShowCompany", data.FilteredCompanies, companies);
+  files.CheckOrder(names, "ShowName");
+  files.CheckOrder(companies, "ShowCompany");
+}
+
 }  // namespace
 
 testing::AssertionResult CheckFiles(const std::string& folder) {
@@ -168,6 +189,7 @@ testing::AssertionResult CheckInvariants(const StoreWorld& world) {
   }
   CheckMemory(files, lists.Names, "ShowName", data.NamesList, data.NamesRecNo);
   CheckMemory(files, lists.Companies, "ShowCompany", data.CompaniesList, data.CompaniesRecNo);
+  if (data.FilterOn) CheckFiltered(files, data, lists.Names);
   CheckLines(files, world);
   return files.Result();
 }

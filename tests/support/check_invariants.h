@@ -12,7 +12,8 @@ namespace quillary::test {
 // that all three lists hold together: both directions, order, counts, heads, empty links.
 testing::AssertionResult CheckFiles(const std::string& folder);
 
-// The same, and that the lists in memory and the lines of the list box are those of the files.
+// The same, and that the lists in memory, the filtered ones and the lines of the list box are those
+// of the files.
 testing::AssertionResult CheckInvariants(const StoreWorld& world);
 
 }  // namespace quillary::test

@@ -71,6 +71,11 @@ RunTimeError FaultDisk::Sync(int handle) {
   return fault == RunTimeError::None ? HostDisk::Sync(handle) : fault;
 }
 
+RunTimeError FaultDisk::SyncAll(const std::vector<int>& handles) {
+  const RunTimeError fault = Fault(true);
+  return fault == RunTimeError::None ? HostDisk::SyncAll(handles) : fault;
+}
+
 // A handle is freed whatever happens: a test must not run out of them.
 RunTimeError FaultDisk::Close(int handle) {
   const RunTimeError closed = HostDisk::Close(handle);

@@ -35,6 +35,7 @@ class FaultDisk : public HostDisk {
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
   RunTimeError Write(int handle, std::string_view bytes) override;
   RunTimeError Sync(int handle) override;
+  RunTimeError SyncAll(const std::vector<int>& handles) override;
   RunTimeError Close(int handle) override;
   RunTimeError Rename(const std::string& from, const std::string& to) override;
   RunTimeError Remove(const std::string& path) override;

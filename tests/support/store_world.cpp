@@ -1,5 +1,6 @@
 #include "tests/support/store_world.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "platform/numbers.h"
@@ -76,6 +77,45 @@ std::string StoreWorld::Add(const std::string& firstName, const std::string& las
     throw std::runtime_error("cannot add " + firstName + ' ' + lastName);
   }
   return recNo;
+}
+
+void StoreWorld::Filter(const std::array<std::string, 5>& criteria) {
+  Data.FilterCriteria = criteria;
+  Data.FilterOn = true;
+  Store.BuildFilteredList();
+  Store.GetFilteredNamesList();
+  Store.SortFilteredList();
+  Store.ShowRecords();
+}
+
+std::size_t StoreWorld::Line(const std::string& recNo) const {
+  const auto line = std::find(Lines.RecNos.begin(), Lines.RecNos.end(), recNo);
+  if (line == Lines.RecNos.end()) throw std::out_of_range("no line of record " + recNo);
+  return static_cast<std::size_t>(line - Lines.RecNos.begin());
+}
+
+RunTimeError StoreWorld::Edit(const std::string& recNo) {
+  ProfileUpdate update(Access);
+  RunTimeError error = Store.WriteRecord(recNo);
+  if (error != RunTimeError::None) return error;
+  const std::string showName = Store.ReadRecordEntry(recNo, "ShowName");
+  const std::string showCompany = Store.ReadRecordEntry(recNo, "ShowCompany");
+  error = Store.RelinkRecord(recNo, Line(recNo), showName, showCompany);
+  return error == RunTimeError::None ? update.Commit() : error;
+}
+
+std::vector<std::vector<std::string>> StoreWorld::Memory() const {
+  return {Data.NamesList,
+          Data.NamesRecNo,
+          Data.CompaniesList,
+          Data.CompaniesRecNo,
+          Data.FilteredNames,
+          Data.FilteredNamesRecNo,
+          Data.FilteredCompanies,
+          Data.FilteredCompaniesRecNo,
+          Lines.Texts,
+          Lines.RecNos,
+          {NumberText(Data.NoOfRecords), NumberText(Data.FilteredCount)}};
 }
 
 }  // namespace quillary::test

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +48,15 @@ struct StoreWorld {
   // The same, expected to succeed; returns the number.
   std::string Add(const std::string& firstName, const std::string& lastName,
                   const std::string& company = "");
+  // Turns the filter on and fills the list box.
+  void Filter(const std::array<std::string, 5>& criteria);
+  // The line of the list box that shows the record.
+  std::size_t Line(const std::string& recNo) const;
+  RunTimeError Delete(const std::string& recNo) { return Store.DeleteRecord(recNo, Line(recNo)); }
+  // Stores FieldValues in the record and moves it to its new place.
+  RunTimeError Edit(const std::string& recNo);
+  // All lists in memory and the list box, to be compared.
+  std::vector<std::vector<std::string>> Memory() const;
 
   TempFolder Folder;
   FaultDisk Machine;

@@ -17,6 +17,8 @@
 
 #include "app/commands.h"
 #include "app/shared_data.h"
+#include "app/sharing_guard.h"
+#include "auxiliary/msg_box.h"
 #include "auxiliary/percent.h"
 #include "auxiliary/progress.h"
 #include "mainwindow/main_dialog.h"
@@ -35,6 +37,14 @@ class FakeCommands : public Commands {
  public:
   void ShowNewDialog() override { Start("ShowNewDialog"); }
   void ShowDuplicateDialog() override { Start("ShowDuplicateDialog"); }
+  void ShowEditDialog() override { Start("ShowEditDialog"); }
+  void ShowDeleteDialog() override { Start("ShowDeleteDialog"); }
+  void DeleteWithoutConfirmation() override { Start("DeleteWithoutConfirmation"); }
+  void GetDeletedNamesList() override { Start("GetDeletedNamesList"); }
+  void MnuImport_Click(int index) override { Start("MnuImport_Click " + std::to_string(index)); }
+  void BackUpToDisk() override { Start("BackUpToDisk"); }
+  void RestoreFromDisk() override { Start("RestoreFromDisk"); }
+  void ShowSetup() override { Start("ShowSetup"); }
   void ShowFilterDialog() override { Start("ShowFilterDialog"); }
   void FilterOff() override { Start("FilterOff"); }
   void ShowAboutDialog() override { Start("ShowAboutDialog"); }
@@ -74,12 +84,14 @@ class MsgBoxAnswerer : public QObject {
     timer_.start(5);
   }
   std::vector<std::pair<QString, QString>> Seen;
+  std::function<void()> Before;  // runs before the press
 
  private:
   void Answer() {
     QWidget* box = QApplication::activeModalWidget();
     if (box == nullptr || !box->isVisible()) return;
     Seen.emplace_back(box->windowTitle(), Control<QLabel>(*box, "Text1").text());
+    if (Before) Before();
     Click(*box, "BtnOK");
   }
 
@@ -94,7 +106,9 @@ class MainFixture : public testing::Test {
   MainFixture() {
     Shared.DataPath = ProgramPath(Folder.Path()) + "\\";
     Shared.DataFile = Shared.DataPath + "quill.dat";
-    Main.Connect(Store, Started);
+    Main.Connect(
+        Store, Started, Guard, [this]() -> Percent& { return ProgressWindow; },
+        [this]() -> MsgBoxSnglTxt& { return SingleText; });
     EXPECT_EQ(Store.WriteNewHeader(), RunTimeError::None);
   }
   ~MainFixture() override {
@@ -149,6 +163,8 @@ class MainFixture : public testing::Test {
   Progress Hooks{Main, [this] { return &ProgressWindow; }, [] { return nullptr; }, {}};
   Records Store{Shared, Profile, Comparer, Hooks, Main};
   FakeCommands Started;
+  SharingGuard Guard{Profile, Shared, [] {}};
+  MsgBoxSnglTxt SingleText{Shared, Main};
 };
 
 }  // namespace quillary::test

@@ -7,7 +7,7 @@
 
 namespace quillary {
 
-// One line of the details panel, or a block of lines that wrap. It takes any text as it is, at the
+// One line of a record's details, or a block of lines that wrap. It takes any text as it is, at the
 // same cost however long: its caption is the whole text, of which it paints what fits, with "…"
 // where there is more.
 class DetailLabel : public QLabel {
@@ -15,14 +15,15 @@ class DetailLabel : public QLabel {
 
  public:
   enum class Shape { OneLine, Block };
+  // That of other labels, dark blue, red; a disabled line has that of disabled labels.
+  enum class Colour { Normal, Highlighted, Found };
 
   DetailLabel(const QString& name, const QString& accessibleName, Shape shape);
 
   const std::string& Caption() const { return caption_; }
   void SetCaption(std::string caption);
-  // Dark blue instead of black.
-  bool IsHighlighted() const { return highlighted_; }
-  void SetHighlighted(bool highlighted);
+  Colour TextColour() const { return colour_; }
+  void SetTextColour(Colour colour);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -43,7 +44,7 @@ class DetailLabel : public QLabel {
 
   Shape shape_;
   std::string caption_;
-  bool highlighted_ = false;
+  Colour colour_ = Colour::Normal;
 };
 
 }  // namespace quillary

@@ -67,11 +67,14 @@ class ListBox : public QListView {
  Q_SIGNALS:
   // The user selected a line, or clicked the one that is selected.
   void Click();
+  // The user clicked a line twice.
+  void DblClick();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;

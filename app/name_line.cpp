@@ -1,4 +1,4 @@
-#include "mainwindow/name_line.h"
+#include "app/name_line.h"
 
 namespace quillary {
 

@@ -1,4 +1,4 @@
-#include "mainwindow/one_line.h"
+#include "auxiliary/one_line.h"
 
 namespace quillary {
 

@@ -1,4 +1,4 @@
-#include "mainwindow/detail_label.h"
+#include "auxiliary/detail_label.h"
 
 #include <QPainter>
 #include <QTextLayout>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "mainwindow/one_line.h"
+#include "auxiliary/one_line.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
@@ -28,9 +28,9 @@ void DetailLabel::SetCaption(std::string caption) {
   setAccessibleDescription(shown);
 }
 
-void DetailLabel::SetHighlighted(bool highlighted) {
-  if (highlighted_ == highlighted) return;
-  highlighted_ = highlighted;
+void DetailLabel::SetTextColour(Colour colour) {
+  if (colour_ == colour) return;
+  colour_ = colour;
   update();
 }
 
@@ -57,8 +57,11 @@ void DetailLabel::mouseMoveEvent(QMouseEvent* /*event*/) {
 
 void DetailLabel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const QColor normal = highlighted_ ? QColor(0, 0, 192) : QColor(0, 0, 0);
-  painter.setPen(isEnabled() ? normal : palette().color(QPalette::Disabled, QPalette::WindowText));
+  if (colour_ == Colour::Normal || !isEnabled()) {
+    painter.setPen(palette().color(QPalette::WindowText));
+  } else {
+    painter.setPen(colour_ == Colour::Found ? QColor(255, 0, 0) : QColor(0, 0, 192));
+  }
   if (shape_ == Shape::Block) {
     PaintBlock(painter);
     return;

@@ -1,11 +1,11 @@
-#include "mainwindow/list_box.h"
+#include "auxiliary/list_box.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <algorithm>
 
-#include "mainwindow/one_line.h"
+#include "auxiliary/one_line.h"
 #include "platform/desktop/twips.h"
 #include "platform/numbers.h"
 
@@ -125,6 +125,12 @@ void ListBox::mouseMoveEvent(QMouseEvent* event) {
   if (event->buttons() == Qt::NoButton || event->buttons() == Qt::LeftButton) {
     QListView::mouseMoveEvent(event);
   }
+}
+
+void ListBox::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  QListView::mouseDoubleClickEvent(event);
+  if (indexAt(event->pos()).isValid()) Q_EMIT DblClick();
 }
 
 QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex& index,

@@ -26,6 +26,22 @@ enum DetailLine : std::uint8_t {
   NotesLine,
 };
 
+// What a person would call each detail line.
+inline constexpr std::array<const char*, DetailLineCount> DetailLineNames{
+    "Name",
+    "Title",
+    "Company",
+    "Address line 1",
+    "Address line 2",
+    "Address line 3",
+    "Address line 4 and postal code",
+    "Country",
+    "Phone 1",
+    "Phone 2",
+    "Fax",
+    "E-mail",
+    "Notes"};
+
 // The name in a name style: 0 (and any above 3) salutation and last name, 1 salutation, first and
 // last name, 2 first and last name, 3 first name. Without a salutation its blank is left out too;
 // nothing else is trimmed.

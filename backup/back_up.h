@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string>
+
+#include "app/commands.h"
+#include "app/hub.h"
+#include "app/opening.h"
+#include "app/shared_data.h"
+#include "app/sharing_guard.h"
+#include "auxiliary/msg_box.h"
+#include "auxiliary/percent.h"
+#include "auxiliary/please_wait.h"
+#include "backup/back_up_folder.h"
+#include "store/profile.h"
+#include "store/records.h"
+
+namespace quillary {
+
+// The commands "Create BackUp" and "Restore from BackUp": the data files are copied to a folder
+// that the user chooses, and back. The texts speak of the disk in drive A:, whose place it takes.
+//
+// A backup is whole, or what was there before it. A restore replaces all data files or none; before
+// it the data there are copied aside, in their own folder, and the user is asked where that cannot
+// be done.
+class BackUp {
+ public:
+  BackUp(SharedData& shared, Profile& profile, Records& records, SharingGuard& guard, Hub& hub,
+         Opening& opening, Commands& commands, MsgBoxSnglTxt& msgBoxSnglTxt, PleaseWait& pleaseWait,
+         Percent& percent, BackUpFolder& backUpFolder);
+
+  // Both return when the command is done with.
+  void BackUpToDisk();
+  // Ends with the restored data shown. Where they cannot be opened, ends the program.
+  void RestoreFromDisk();
+
+ private:
+  bool Ask(const QString& text, MsgButtons buttons, const QString& okCaption, MsgIcon icon,
+           const QString& title);
+  bool AskToRetry(const QString& text, const QString& title);
+  void Tell(const QString& text, const QString& title);
+  void ShowWait(const QString& text);
+  void EndWait();
+  bool TellIfInUse();
+  bool CopyAside();
+  // False: the user gave up, and nothing was changed.
+  bool RestoreFrom(std::string folder);
+  void Reload();
+
+  SharedData& shared_;
+  Profile& profile_;
+  Records& records_;
+  SharingGuard& guard_;
+  Hub& hub_;
+  Opening& opening_;
+  Commands& commands_;
+  MsgBoxSnglTxt& msgBoxSnglTxt_;
+  PleaseWait& pleaseWait_;
+  Percent& percent_;
+  BackUpFolder& backUpFolder_;
+};
+
+}  // namespace quillary

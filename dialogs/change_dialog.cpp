@@ -1,0 +1,123 @@
+#include "dialogs/change_dialog.h"
+
+#include <utility>
+
+#include "platform/desktop/twips.h"
+
+namespace quillary {
+
+ChangeDialog::ChangeDialog(const QString& name, const Tools& tools, Wording wording)
+    : Form(name),
+      shared_(tools.Shared),
+      records_(tools.Store),
+      guard_(tools.Guard),
+      hub_(tools.Main),
+      msgBoxSnglTxt_(tools.Message),
+      pleaseWait_(tools.Wait),
+      wording_(std::move(wording)) {
+  SetOwner(hub_.MainWindow());
+}
+
+void ChangeDialog::SetButtons(QPushButton& change, QPushButton& cancel) {
+  connect(&change, &QPushButton::clicked, this, &ChangeDialog::MakeChange);
+  connect(&cancel, &QPushButton::clicked, this, &ChangeDialog::Unload);
+  SetDefaultButton(&change);
+  SetCancelButton(&cancel);
+}
+
+void ChangeDialog::EnableOK(bool enable) {
+  DefaultButton()->setEnabled(enable);
+}
+
+void ChangeDialog::ShowAtCorner() {
+  EnableOK(!shared_.InUse);
+  MoveToCorner(hub_.MainGeometry());
+  ShowForm();
+  hub_.EnableMain(false);
+}
+
+void ChangeDialog::Form_Activate() {
+  hub_.SetPanel(1, windowTitle());
+}
+
+void ChangeDialog::Form_Unload() {
+  hub_.SetPanel(1, QString());
+  hub_.EnableMain(true);
+}
+
+void ChangeDialog::MakeChange() {
+  guard_.InUseTimer.stop();
+  if (const auto refusal = Check()) {
+    Tell(*refusal);
+    guard_.InUseTimer.start();
+    return;
+  }
+  const bool isShown = IsLoaded();
+  const QPoint place = pos();
+  // Hidden first: while a dialog is shown, the main window lets it come before itself.
+  HideForm();
+  hub_.BringToFront();
+  pleaseWait_.ShowPleaseWait();
+  hub_.SetPanel(1, wording_.Wait);
+  pleaseWait_.SetLbl1(wording_.Wait);
+
+  const auto refusal = TryChange();
+  guard_.InUseTimer.start();
+  if (refusal.has_value()) {
+    pleaseWait_.HideForm();
+    hub_.SetPanel(1, QString());
+    Tell(*refusal);
+    if (isShown) {
+      MoveTo(place);
+      ComeBack();
+    } else {
+      hub_.SetData();
+    }
+    return;
+  }
+  Unload();
+  pleaseWait_.HideForm();
+  hub_.BringToFront();
+  Select();
+  hub_.SetData();
+}
+
+std::optional<ChangeDialog::Refusal> ChangeDialog::TryChange() {
+  // The timer may have had no turn since the other application started.
+  guard_.CheckInUse();
+  if (shared_.InUse) {
+    hub_.ShowReadOnly();
+    EnableOK(false);
+    return Refusal{wording_.Title,
+                   QStringLiteral("Another application is using the data file now.\r"
+                                  "Nothing was changed. You can try again when it "
+                                  "has ended.")};
+  }
+  const RunTimeError error = Change();
+  if (error == RunTimeError::None) return std::nullopt;
+  return Refusal{wording_.Title,
+                 QStringLiteral("%1: %2.\rNothing was changed. You can try again.")
+                     .arg(wording_.Failed, QString::fromStdString(RunTimeErrorText(error))),
+                 MsgIcon::Critical};
+}
+
+std::optional<ChangeDialog::Refusal> ChangeDialog::CheckRoom() const {
+  if (shared_.NoOfRecords < MaxRecords) return std::nullopt;
+  return Refusal{windowTitle(),
+                 QStringLiteral("The data file is full: it holds %1 names.").arg(MaxRecords)};
+}
+
+void ChangeDialog::Tell(const Refusal& refusal) {
+  msgBoxSnglTxt_.ShowMsg(refusal.Text, MsgButtons::Left, QStringLiteral("OK"), QString(),
+                         refusal.Icon, refusal.Title);
+}
+
+QPushButton* MakeButton(QWidget* parent, const QString& name, const QString& caption, int left,
+                        int top) {
+  auto* button = new QPushButton(caption, parent);
+  button->setObjectName(name);
+  Place(*button, left, top, 1215, 375);
+  return button;
+}
+
+}  // namespace quillary

@@ -1,0 +1,52 @@
+#include "dialogs/edit_dialog.h"
+
+#include <algorithm>
+
+namespace quillary {
+
+EditDialog::EditDialog(SharedData& shared, Profile& profile, Records& records, SharingGuard& guard,
+                       Hub& hub, MsgBoxSnglTxt& msgBoxSnglTxt, PleaseWait& pleaseWait)
+    : RecordDialog(
+          QStringLiteral("EditDialog"), {shared, records, guard, hub, msgBoxSnglTxt, pleaseWait},
+          {QStringLiteral("Please wait while setting record"), QStringLiteral("Record Not Saved"),
+           QStringLiteral("The record could not be saved")},
+          profile) {
+  setWindowTitle(QStringLiteral("Edit Name"));
+}
+
+void EditDialog::ShowEditDialog() {
+  const RunTimeError error = records_.ReadRecord(shared_.CurRecordNo);
+  if (error == RunTimeError::None) {
+    ShowDialog(shared_.FieldValues, windowTitle());
+    return;
+  }
+  Tell({windowTitle(),
+        QStringLiteral("The record could not be read: %1.")
+            .arg(QString::fromStdString(RunTimeErrorText(error))),
+        MsgIcon::Critical});
+}
+
+RunTimeError EditDialog::Change() {
+  ProfileUpdate update(profile_);
+  const FieldArray before = shared_.FieldValues;
+  const Typed typed = TakeBoxes(update);
+  const auto isChanged = [&](Field field) {
+    return shared_.FieldValues.at(field) != before.at(field);
+  };
+  moved_ = isChanged(Field::FirstName) || isChanged(Field::LastName) || isChanged(Field::Company);
+
+  const std::string RecNo = shared_.CurRecordNo;
+  // Written first: whether the record still matches the filter depends on its new values.
+  RunTimeError error = records_.WriteRecord(RecNo);
+  if (error == RunTimeError::None && moved_) {
+    const auto index = static_cast<std::size_t>(std::max<int>(shared_.CurListIndex, 0));
+    error = records_.RelinkRecord(RecNo, index, typed.ShowName, typed.ShowCompany);
+  }
+  return error == RunTimeError::None ? update.Commit() : error;
+}
+
+void EditDialog::Select() {
+  if (moved_) SelectRecord(shared_.CurRecordNo);
+}
+
+}  // namespace quillary

@@ -1,0 +1,97 @@
+#include <QGuiApplication>
+
+#include "import/records_to_import_dialog.h"
+#include "store/backup.h"
+
+namespace quillary {
+namespace {
+
+// The hourglass, as long as this lives.
+class WaitPointer {
+ public:
+  WaitPointer() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+  ~WaitPointer() { QGuiApplication::restoreOverrideCursor(); }
+  WaitPointer(const WaitPointer&) = delete;
+  WaitPointer& operator=(const WaitPointer&) = delete;
+};
+
+}  // namespace
+
+void RecordsToImportDialog::BtnOK_Click() {
+  const bool goesOn =
+      Ask(QStringLiteral("Import notice"),
+          QStringLiteral("This routine can take a long time in case you use a slow machine, or "
+                         "importing a lot of data."),
+          QStringLiteral("Continue"), QStringLiteral("Cancel"), MsgIcon::Information);
+  if (!goesOn) {
+    BtnCancel_Click();
+    return;
+  }
+  for (std::size_t i = 0; i < FieldChoice.size(); ++i) {
+    const int index = CboFieldName.at(i)->currentIndex();
+    FieldChoice[i] = index < 0 ? NoneOfTheAbove : index;
+  }
+  std::optional<QString> refusal;
+  const QPoint place = pos();
+  {
+    const WaitPointer pointer;
+    tools_.Guard.InUseTimer.stop();
+    // Hidden first: while a dialog is shown, the main window lets it come before itself.
+    HideForm();
+    tools_.Main.BringToFront();
+    refusal = Import();
+    tools_.Main.SetPanel(1, QString());
+    tools_.Guard.InUseTimer.start();
+  }
+  if (refusal) {
+    tools_.Percentage.HideForm();
+    tools_.Waiting.HideForm();
+    Tell(QStringLiteral("Records Not Imported"), *refusal, MsgIcon::Critical);
+    MoveTo(place);
+    ShowForm();
+    return;
+  }
+  tools_.Shared.FilterOn = false;
+  tools_.Store.ShowRecords();
+  tools_.Shared.CurListIndex = 0;
+  Unload();
+  Q_EMIT Ended();
+  tools_.Percentage.HideForm();
+  tools_.Main.BringToFront();
+  tools_.Main.SetData();
+}
+
+std::optional<QString> RecordsToImportDialog::Import() {
+  const QString assurance = QStringLiteral("Nothing was changed. You can try again.");
+  tools_.Waiting.ShowPleaseWait();
+  const QString wait = QStringLiteral("Please wait. Backing up old data");
+  tools_.Main.SetPanel(1, wait);
+  tools_.Waiting.SetLbl1(wait);
+  // The timer may have had no turn since the other application started.
+  tools_.Guard.CheckInUse();
+  if (tools_.Shared.InUse) {
+    tools_.Main.ShowReadOnly();
+    return QStringLiteral("Another application is using the data file now.\r") + assurance;
+  }
+  RunTimeError error = BackUpFiles(tools_.Profile, tools_.Shared, tools_.Shared.DataPath);
+  if (error != RunTimeError::None) {
+    return QStringLiteral("The safety copy failed: %1.\r")
+               .arg(QString::fromStdString(RunTimeErrorText(error))) +
+           assurance;
+  }
+  tools_.Percentage.ShowProgressWindow();
+  tools_.Waiting.HideForm();
+  error = tools_.Store.ImportRecords(
+      LinesToImport.size(), [this](std::size_t i) { return ImportRecrods(i); }, choice_.Replace);
+  if (error == RunTimeError::None) return std::nullopt;
+  return QStringLiteral("The import failed: %1.\r")
+             .arg(QString::fromStdString(RunTimeErrorText(error))) +
+         assurance;
+}
+
+FieldArray RecordsToImportDialog::ImportRecrods(std::size_t lineIndex) const {
+  return MakeRecord(SplitLine(LinesToImport.at(lineIndex), choice_.Format, FieldChoice.size()),
+                    FieldChoice);
+}
+
+}  // namespace quillary

@@ -1,0 +1,77 @@
+#include "main/forms.h"
+
+namespace quillary {
+namespace {
+
+// The question of OpenDataFile, in a message box.
+class MissingDataFile : public OpenDataFileHooks {
+ public:
+  explicit MissingDataFile(Forms& forms) : forms_(forms) {}
+
+  bool AskToCreate(std::string_view text) override {
+    forms_.SingleText().ShowMsg(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
+                                MsgButtons::BothLeftDefault, QStringLiteral("Yes"),
+                                QStringLiteral("No"), MsgIcon::Critical,
+                                QStringLiteral("Missing data file"));
+    const bool isYes = forms_.Shared.MsgBoxAnswer != 0;
+    if (!isYes) forms_.Shared.MsgBoxAnswer = 1;
+    return isYes;
+  }
+
+ private:
+  Forms& forms_;
+};
+
+// A fault in the data files that the user should know of; lines separated by carriage returns.
+void Tell(Forms& forms, MsgIcon icon, const QString& text) {
+  forms.SingleText().ShowMsg(text, MsgButtons::Left, QStringLiteral("OK"), QString(), icon,
+                             QStringLiteral("Quillary Data Files"));
+}
+
+void TellError(Forms& forms, const QString& what, RunTimeError error, const QString& advice) {
+  Tell(forms, MsgIcon::Critical,
+       QStringLiteral("%1: %2.\r%3")
+           .arg(what, QString::fromStdString(RunTimeErrorText(error)), advice));
+}
+
+}  // namespace
+
+bool Forms::OpenDataFile() {
+  MissingDataFile question(*this);
+  RunTimeError error = RunTimeError::None;
+  if (Store.OpenDataFile(Shared.PrefsFile, ownDirectory_, question, error)) return true;
+  if (error != RunTimeError::None) {
+    TellError(*this, QStringLiteral("The data files cannot be opened"), error,
+              QStringLiteral("Nothing was changed."));
+  }
+  return false;
+}
+
+void Forms::WarnInUse() {
+  InUseWarning().ShowFileInUse();
+}
+
+void Forms::SetReadOnly() {
+  // A form that is not made yet takes it on when it is.
+  if (newDialog_) newDialog_->EnableOK(!Shared.InUse);
+  if (editDialog_) editDialog_->EnableOK(!Shared.InUse);
+  if (deleteDialog_) deleteDialog_->EnableOK(!Shared.InUse);
+  if (restoreDialog_) restoreDialog_->EnableRestore(!Shared.InUse);
+  Main.ShowReadOnly();
+}
+
+void Forms::TellFaults(RunTimeError countError, RunTimeError sortError) {
+  if (countError != RunTimeError::None) {
+    TellError(*this, QStringLiteral("The data files cannot be written"), countError,
+              QStringLiteral("You can look at the names but not change them."));
+  } else if (Shared.ListsIncomplete) {
+    Tell(*this, MsgIcon::Exclamation,
+         QStringLiteral("The data files are damaged or cannot be read: some names may be missing "
+                        "from the list.\rNothing was changed."));
+  } else if (sortError != RunTimeError::None) {
+    TellError(*this, QStringLiteral("The sorted list cannot be stored"), sortError,
+              QStringLiteral("It will be stored with your next change."));
+  }
+}
+
+}  // namespace quillary

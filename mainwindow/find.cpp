@@ -1,0 +1,127 @@
+#include <QApplication>
+
+#include "mainwindow/main_dialog.h"
+#include "platform/numbers.h"
+#include "platform/text.h"
+
+namespace quillary {
+
+namespace {
+
+// The fields that an item of CboSrchIn searches, in this order.
+std::vector<Field> SearchedFields(int item) {
+  switch (item) {
+    case 0:
+      return {FirstName, LastName};
+    case 1:
+      return {Company};
+    case 2:
+      return {FirstName, LastName, Title, Company};
+    default: {
+      std::vector<Field> all;
+      all.reserve(FieldCount);
+      for (int i = 0; i < FieldCount; ++i) all.push_back(static_cast<Field>(i));
+      return all;
+    }
+  }
+}
+
+std::size_t LineThatShows(Field field) {
+  if (field <= LastName) return NameLine;
+  // Address4 and Address5 stand on one line.
+  return field <= Address4 ? field - 2U : field - 3U;
+}
+
+}  // namespace
+
+void MainDialog::ConnectFind() {
+  connect(BtnFind, &QPushButton::clicked, this, &MainDialog::BtnFind_Click);
+  connect(TxtFind, &QLineEdit::textChanged, this, [this] { SetBtnFind(QStringLiteral("Find")); });
+  connect(CboSrchIn, &QComboBox::activated, this, [this] {
+    SetBtnFind(QStringLiteral("Find"));
+    SetDefaultButton(*BtnFind);
+  });
+  SearchResultTimer.setObjectName(QStringLiteral("SearchResultTimer"));
+  SearchResultTimer.setSingleShot(true);
+  using std::chrono_literals::operator""ms;
+  SearchResultTimer.setInterval(2000ms);
+  connect(&SearchResultTimer, &QTimer::timeout, this, [this] { Highlight(-1); });
+}
+
+void MainDialog::SetBtnFind(const QString& caption) {
+  BtnFind->setText(caption);
+  btnFindTag_ = caption;
+}
+
+void MainDialog::TxtFind_GotFocus() {
+  SetDefaultButton(*BtnFind);
+}
+
+void MainDialog::FindBox_LostFocus() {
+  SetDefaultButton(*BtnCopy);
+  SetBtnFind(QStringLiteral("Find"));
+}
+
+void MainDialog::BtnFind_Click() {
+  Highlight(-1);
+  const QString text = TxtFind->text();
+  if (Trim(text.toStdString()).empty()) {
+    QApplication::beep();
+    return;
+  }
+  const std::int16_t start = shared_.CurListIndex;
+  const QString position = Panel(2);
+  const std::int16_t count = shared_.FilterOn ? shared_.FilteredCount : shared_.NoOfRecords;
+  guard_->InUseTimer.stop();
+  Percent& progress = percent_();
+  progress.ShowProgressWindow();
+  bool found = false;
+  FindFunction(count, found);
+  progress.HideForm();
+  EnableMain(true);
+  BringToFront();
+
+  if (found && shared_.CurListIndex != start) {
+    ShowFound();
+  } else {
+    SetPanel(2, position);
+    TellNotFound(text, found);
+  }
+  SetPanel(1, QString());
+  guard_->InUseTimer.start();
+}
+
+void MainDialog::FindFunction(std::int16_t Count, bool& Found) {
+  std::vector<std::string> recordNos;
+  recordNos.reserve(static_cast<std::size_t>(Count));
+  for (int i = 0; i < Count; ++i) recordNos.push_back(NumberText(LstNames->ItemData(i)));
+  const std::vector<Field> fields = SearchedFields(CboSrchIn->currentIndex());
+  const auto entry = records_->FindText(TxtFind->text().toStdString(), fields, recordNos,
+                                        static_cast<std::size_t>(shared_.CurListIndex));
+  Found = entry.has_value();
+  if (!Found) return;
+  shared_.CurListIndex = static_cast<std::int16_t>(entry->Index);
+  foundLine_ = LineThatShows(fields.at(entry->KeyIndex));
+}
+
+void MainDialog::ShowFound() {
+  LstNames->SetListIndex(shared_.CurListIndex);
+  // What has just been found could be read.
+  static_cast<void>(LstNames_Click());
+  Label.at(foundLine_)->SetTextColour(DetailLabel::Colour::Found);
+  SetBtnFind(QStringLiteral("Find Next"));
+  SearchResultTimer.start();
+}
+
+// `found`: the record that was shown already has the text, and no other one.
+void MainDialog::TellNotFound(const QString& text, bool found) {
+  const QString quoted = QStringLiteral("'") + text + QStringLiteral("'");
+  SetPanel(1,
+           QStringLiteral("Can't find ") + quoted + (found ? QStringLiteral(" again") : QString()));
+  SetBtnFind(QStringLiteral("Find"));
+  const QString what = found ? QStringLiteral("Can't find next ") : QStringLiteral("Can't find ");
+  msgBox_().ShowMsg(what + quoted, MsgButtons::Left, QStringLiteral("OK"), QString(),
+                    MsgIcon::Information, QStringLiteral("Can't find text"));
+}
+
+}  // namespace quillary

@@ -1,0 +1,84 @@
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+
+#include "platform/numbers.h"
+#include "platform/text.h"
+#include "store/chain.h"
+#include "store/list_entries.h"
+#include "store/records.h"
+
+namespace quillary {
+
+// Joins the neighbours of the record at `position`.
+void Records::UnlinkFrom(const Chain& chain, const std::vector<std::string>& recNos,
+                         std::size_t position) {
+  const bool isLast = position + 1 == recNos.size();
+  const std::string next =
+      isLast ? RecordBehind(chain, recNos) : std::string(Trim(recNos[position + 1]));
+  std::string previous;
+  if (position == 0) {
+    NoteHeaderEntry(chain.FirstRecord, next);
+  } else {
+    previous = Trim(recNos[position - 1]);
+    NoteRecordEntry(previous, chain.Next, next);
+  }
+  if (!next.empty()) NoteRecordEntry(next, chain.Prev, previous);
+}
+
+// Takes the record out of both chains, the lists in memory and the list box. Its own links stay.
+RunTimeError Records::UnlinkRecord(ProfileUpdate& update, const std::string& recNo,
+                                   std::size_t listIndex) {
+  if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
+  const std::optional<ListEntry> entry = FindEntry(AllLists(data_), recNo);
+  if (!entry) return RunTimeError::BadRecordNumber;
+  UnlinkFrom(NameChain, data_.NamesRecNo, entry->NamePos);
+  UnlinkFrom(CompanyChain, data_.CompaniesRecNo, entry->CompanyPos);
+  NoteHeaderEntry("NoOfRecords", NumberText(data_.NoOfRecords - 1));
+
+  RemoveEntry(update, AllLists(data_), *entry);
+  if (data_.FilterOn) {
+    const std::optional<ListEntry> filtered = FindEntry(FilteredLists(data_), recNo);
+    if (!filtered) return RunTimeError::None;  // and so it has no line
+    RemoveEntry(update, FilteredLists(data_), *filtered);
+  }
+  RemoveLine(update, listIndex, data_.ViewMode == 0 ? entry->ShowName : entry->ShowCompany, recNo);
+  return RunTimeError::None;
+}
+
+void Records::RemoveLine(ProfileUpdate& update, std::size_t index, const std::string& text,
+                         const std::string& recNo) {
+  lines_.RemoveLine(index);
+  update.OnUndo([this, index, text, recNo] { lines_.InsertLine(index, text, recNo); });
+}
+
+RunTimeError Records::DeleteRecord(std::string_view RecNo, std::size_t ListIndex) {
+  ProfileUpdate update(profile_);
+  const int deleted = std::max<int>(ToInt16(ReadHeaderEntry("DelNoOfRecords")), 0);
+  if (deleted >= MaxRecords) return RunTimeError::Overflow;
+  const std::string recNo(Trim(RecNo));
+  const RunTimeError error = UnlinkRecord(update, recNo, ListIndex);
+  if (error != RunTimeError::None) return error;
+
+  ClearLinks(recNo);
+  // Whatever the count says, the records that are deleted already stay within reach.
+  const std::string next = DeletedRecord(ReadHeaderEntry("DelFirstRecord"));
+  if (!next.empty() && next != recNo) {
+    NoteRecordEntry(recNo, "NextDel", next);
+    NoteRecordEntry(next, "PrevDel", recNo);
+  }
+  NoteHeaderEntry("DelNoOfRecords", NumberText(deleted + 1));
+  NoteHeaderEntry("DelFirstRecord", recNo);
+  return update.Commit();
+}
+
+RunTimeError Records::RelinkRecord(std::string_view RecNo, std::size_t ListIndex,
+                                   std::string_view ShowName, std::string_view ShowCompany) {
+  ProfileUpdate update(profile_);
+  const std::string recNo(Trim(RecNo));
+  RunTimeError error = UnlinkRecord(update, recNo, ListIndex);
+  if (error == RunTimeError::None) error = InsertRecord(recNo, ShowName, ShowCompany);
+  return error == RunTimeError::None ? update.Commit() : error;
+}
+
+}  // namespace quillary

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/profile.h"
+#include "store/store_data.h"
+
+namespace quillary {
+
+// The lists of all records, or of the filtered ones. Without records each has one empty entry.
+struct RecordLists {
+  std::vector<std::string>& Names;
+  std::vector<std::string>& NamesRecNo;
+  std::vector<std::string>& Companies;
+  std::vector<std::string>& CompaniesRecNo;
+  std::int16_t& Count;
+};
+
+RecordLists AllLists(StoreData& data);
+RecordLists FilteredLists(StoreData& data);
+
+// One record's place in the lists.
+struct ListEntry {
+  std::string RecNo;
+  std::string ShowName;
+  std::string ShowCompany;
+  std::size_t NamePos = 0;
+  std::size_t CompanyPos = 0;
+};
+
+// Nothing if the record is not in both lists.
+std::optional<ListEntry> FindEntry(const RecordLists& lists, std::string_view recNo);
+
+// Both are taken back if the group fails.
+void InsertEntry(ProfileUpdate& update, const RecordLists& lists, const ListEntry& entry);
+void RemoveEntry(ProfileUpdate& update, const RecordLists& lists, const ListEntry& entry);
+
+}  // namespace quillary

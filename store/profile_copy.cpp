@@ -1,0 +1,200 @@
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "platform/process.h"
+#include "platform/text.h"
+#include "store/profile.h"
+#include "store/temporary_name.h"
+
+namespace quillary {
+namespace {
+
+constexpr unsigned OwnerOnly = 0600;
+// Many files on their way to the disk together arrive sooner than one after the other.
+constexpr std::size_t MostTogether = 100;
+// How often copying starts again because another program wrote to the same files meanwhile.
+constexpr int MostAttempts = 20;
+
+std::string FolderOf(std::string_view path) {
+  return std::string(path.substr(0, path.rfind('/') + 1));
+}
+
+std::string NameOf(std::string_view path) {
+  return std::string(path.substr(path.rfind('/') + 1));
+}
+
+bool IsMissing(RunTimeError error) {
+  return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
+}
+
+}  // namespace
+
+RunTimeError Profile::ListFiles(std::string_view Folder, std::string_view Extension,
+                                std::vector<std::string>& names) {
+  const std::string path = names_.Find(Folder);
+  std::vector<std::string> all;
+  RunTimeError error = disk_.List(path, all);
+  if (error != RunTimeError::None) return error;
+  names.clear();
+  for (std::string& name : all) {
+    const std::size_t dot = name.find('.');
+    if (dot == 0 || dot == std::string::npos) continue;
+    if (!EqualNames(std::string_view(name).substr(dot), Extension)) continue;
+    // Such a name cannot be part of a program path.
+    if (name.find('\\') != std::string::npos) continue;
+    std::vector<std::string> inside;
+    std::string filePath = path;
+    filePath.append("/").append(name);
+    const bool isFolder = disk_.List(filePath, inside) == RunTimeError::None;
+    if (!isFolder) names.push_back(std::move(name));
+  }
+  std::sort(names.begin(), names.end());
+  return RunTimeError::None;
+}
+
+bool Profile::IsSameFolder(std::string_view Folder, std::string_view Other) {
+  FileStamp stamp;
+  FileStamp other;
+  return disk_.Stamp(names_.Find(Folder), stamp) == RunTimeError::None &&
+         disk_.Stamp(names_.Find(Other), other) == RunTimeError::None &&
+         stamp.Device == other.Device && stamp.Inode == other.Inode;
+}
+
+// What must be known before the group is decided: afterwards it has to succeed.
+RunTimeError Profile::CheckReplaceable(const std::string& path, unsigned& permissions) {
+  permissions = OwnerOnly;
+  FileStamp stamp;
+  const RunTimeError error = disk_.Stamp(path, stamp);
+  if (IsMissing(error)) return RunTimeError::None;
+  if (error != RunTimeError::None) return error;
+  std::vector<std::string> inside;
+  if (disk_.List(path, inside) != RunTimeError::PathNotFound) return RunTimeError::PathAccess;
+  constexpr unsigned AnyWrite = 0222;
+  if ((stamp.Permissions & AnyWrite) == 0) return RunTimeError::PermissionDenied;
+  permissions = stamp.Permissions;
+  return RunTimeError::None;
+}
+
+// Begins to write the file's bytes, as they are now, beside the file that they are to replace.
+RunTimeError Profile::StartCopy(CopiedFile& copy, bool& isReadError) {
+  DropCopy(copy);
+  std::string bytes;
+  RunTimeError error = disk_.Read(copy.From, bytes, copy.Stamp);
+  isReadError = error != RunTimeError::None;
+  if (isReadError) return error;
+  unsigned permissions = OwnerOnly;
+  error = CheckReplaceable(copy.To, permissions);
+  if (error != RunTimeError::None) return error;
+  const std::string path = FolderOf(copy.To) + TemporaryName(NameOf(copy.To), ProcessNumber());
+  error = StartNewFile(path, bytes, permissions, copy.Handle, nullptr);
+  if (error == RunTimeError::PathAccess) {
+    // Left behind by an earlier program that had this program's number.
+    (void)disk_.Remove(path);
+    error = StartNewFile(path, bytes, permissions, copy.Handle, nullptr);
+  }
+  if (error == RunTimeError::None) copy.TemporaryPath = path;
+  return error;
+}
+
+// Returns when the bytes of these copies are sure to stay.
+RunTimeError Profile::FinishCopies(std::span<CopiedFile* const> copies) {
+  std::vector<int> handles;
+  handles.reserve(copies.size());
+  for (const CopiedFile* copy : copies) handles.push_back(copy->Handle);
+  RunTimeError error = disk_.SyncAll(handles);
+  for (CopiedFile* copy : copies) {
+    const RunTimeError closeError = disk_.Close(std::exchange(copy->Handle, -1));
+    if (error == RunTimeError::None) error = closeError;
+  }
+  return error;
+}
+
+void Profile::DropCopy(CopiedFile& copy) {
+  if (copy.Handle >= 0) (void)disk_.Close(copy.Handle);
+  copy.Handle = -1;
+  if (!copy.TemporaryPath.empty()) (void)disk_.Remove(copy.TemporaryPath);
+  copy.TemporaryPath.clear();
+}
+
+// Every file is beside its place, as all of them stood together.
+RunTimeError Profile::PrepareCopies(std::vector<CopiedFile>& copies, bool& isReadError) {
+  std::vector<CopiedFile*> due;
+  due.reserve(copies.size());
+  for (CopiedFile& copy : copies) due.push_back(&copy);
+  for (int attempt = 0; attempt < MostAttempts && !due.empty(); ++attempt) {
+    for (std::size_t begin = 0; begin < due.size(); begin += MostTogether) {
+      const std::size_t end = std::min(begin + MostTogether, due.size());
+      for (std::size_t i = begin; i < end; ++i) {
+        const RunTimeError error = StartCopy(*due[i], isReadError);
+        if (error != RunTimeError::None) return error;
+      }
+      const RunTimeError error = FinishCopies(std::span(due).subspan(begin, end - begin));
+      if (error != RunTimeError::None) return error;
+    }
+    due.clear();
+    for (CopiedFile& copy : copies) {
+      FileStamp stamp;
+      const RunTimeError error = disk_.Stamp(copy.From, stamp);
+      isReadError = error != RunTimeError::None;
+      if (isReadError) return error;
+      if (stamp != copy.Stamp) due.push_back(&copy);
+    }
+  }
+  isReadError = !due.empty();
+  return due.empty() ? RunTimeError::None : RunTimeError::PermissionDenied;
+}
+
+// With the journal on the disk the group is decided, and goes the way of one that was stopped.
+RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies) {
+  std::vector<JournalPart> parts;
+  std::vector<const JournalPart*> places;
+  parts.reserve(copies.size());
+  places.reserve(copies.size());
+  for (const CopiedFile& copy : copies) {
+    places.push_back(&parts.emplace_back(NameOf(copy.To), NameOf(copy.TemporaryPath)));
+  }
+  const std::string journal = JournalText(places);
+  // Names may hold any character but the separators.
+  if (!ParseJournal(journal)) return RunTimeError::PathAccess;
+  const std::string folder = FolderOf(copies.front().To);
+  const std::string journalPath = folder + std::string(JournalName);
+  bool isLeft = false;
+  RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
+  if (error == RunTimeError::None) {
+    error = disk_.SyncFolder(folder);
+    isLeft = error == RunTimeError::None || disk_.Remove(journalPath) != RunTimeError::None;
+  }
+  if (isLeft) {
+    // Whoever finds the journal needs all of them.
+    for (CopiedFile& copy : copies) copy.TemporaryPath.clear();
+  }
+  if (error != RunTimeError::None) return error;
+  error = CompleteJournal(folder);
+  return error == RunTimeError::None ? error : CompleteJournal(folder);
+}
+
+RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, bool* isReadError) {
+  bool isUnread = false;
+  bool& isSourceAtFault = isReadError != nullptr ? *isReadError : isUnread;
+  isSourceAtFault = false;
+  if (Copies.empty()) return RunTimeError::None;
+  RunTimeError error = FinishUnfinished();
+  if (error != RunTimeError::None) return error;
+
+  std::vector<CopiedFile> copies;
+  copies.reserve(Copies.size());
+  for (const FileCopy& copy : Copies) {
+    copies.push_back({names_.Find(copy.From), names_.Find(copy.To), {}, {}, -1});
+    if (FolderOf(copies.back().To) != FolderOf(copies.front().To)) return RunTimeError::PathAccess;
+  }
+  error = PrepareCopies(copies, isSourceAtFault);
+  if (error == RunTimeError::None) error = PutCopiesInPlace(copies);
+  for (CopiedFile& copy : copies) DropCopy(copy);
+  // A name that stood for no file, or for one of another case, may have become that of a copy.
+  byName_.clear();
+  files_.clear();
+  return error;
+}
+
+}  // namespace quillary

@@ -1,0 +1,325 @@
+#include "backup/back_up.h"
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QLineEdit>
+#include <deque>
+#include <filesystem>
+
+#include "store/backup.h"
+#include "tests/support_qt/main_fixture.h"
+
+namespace quillary::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Plays the user: to each window that asks for something, the next of its actions.
+class User : public QObject {
+ public:
+  using Action = std::function<void(QWidget& window)>;
+
+  User() {
+    QObject::connect(&timer_, &QTimer::timeout, this, [this] { Act(); });
+    timer_.start(5);
+  }
+  ~User() override { EXPECT_TRUE(actions_.empty()) << "not asked for everything"; }
+
+  User& Presses(const char* button) {
+    return Does([button](QWidget& window) { Click(window, button); });
+  }
+  User& PressesKey(Qt::Key key) {
+    return Does([key](QWidget& window) { PressKey(window, key); });
+  }
+  User& Chooses(const std::string& folder) {
+    return Does([folder](QWidget& window) {
+      Control<QComboBox>(window, "CboFolder").setEditText(QString::fromStdString(folder));
+      PressKey(window, Qt::Key_Return);
+    });
+  }
+  User& Does(Action action) {
+    actions_.push_back(std::move(action));
+    return *this;
+  }
+
+  std::vector<std::string> Seen;  // "title|text" of each window
+
+ private:
+  void Act() {
+    QWidget* window = QApplication::activeModalWidget();
+    // The offscreen platform does not activate a window again when one in front of it closes.
+    const QWidget* active = QApplication::activeWindow();
+    if (window == nullptr || (active != nullptr && active != window)) return;
+    const auto* text = window->findChild<QLabel*>(QStringLiteral("Text1"));
+    Seen.push_back(window->windowTitle().toStdString() + "|" +
+                   (text == nullptr ? std::string() : text->text().toStdString()));
+    if (actions_.empty()) {
+      ADD_FAILURE() << "asked too much: " << Seen.back();
+      window->close();
+      return;
+    }
+    const Action action = std::move(actions_.front());
+    actions_.pop_front();
+    // Begun anew it ticks for the windows, too, that the action opens and waits for.
+    timer_.start();
+    action(*window);
+  }
+
+  QTimer timer_;
+  std::deque<Action> actions_;
+};
+
+const std::string Insert = "Back Up|\nPlease insert a formated disk into drive A:";
+const std::string NotReady =
+    "Drive not ready|Drive A: is not ready.\nPlease insert a formated disk into the drive.";
+const std::string Choosing = "Restore data from Back Up|";
+const std::string Warning = Choosing +
+                            "You choosed to restore data from old BackUp.\n"
+                            "If you continue all existing data will be lost!";
+const std::string InsertData = Choosing + "Please insert the disk with the data into drive A:";
+const std::string NoValidData =
+    "No valid data|There is no valid Quillary data on the disk in the drive. "
+    "(Or drive is not ready)\nPlease insert the correct disk.";
+const std::string DataNotReady =
+    "Drive not ready|Drive A: is not ready.\nPlease insert the disk with the data into the drive.";
+
+struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
+  BackUpTest() {
+    EXPECT_EQ(Profile.WriteEntry("varek.ini", "Data Files", "QuillDataPath", Shared.DataPath),
+              RunTimeError::None);
+    Add({{FirstName, "Ann"}, {LastName, "Lee"}});
+    Add({{FirstName, "Bo"}, {LastName, "Ray"}});
+    EXPECT_EQ(Guard.IncrementUses(), RunTimeError::None);
+  }
+
+  bool OpenDataFile() override {
+    RunTimeError error = RunTimeError::None;
+    const bool isOpen =
+        CanOpen && Store.OpenDataFile("varek.ini", Names.OwnDirectory(), *this, error);
+    if (OnOpened) OnOpened();
+    return isOpen;
+  }
+  bool AskToCreate(std::string_view) override { return false; }
+  void WarnInUse() override { Told.emplace_back("in use"); }
+  void SetReadOnly() override { Main.ShowReadOnly(); }
+  void TellFaults(RunTimeError countError, RunTimeError) override {
+    if (countError != RunTimeError::None) Told.emplace_back("not counted");
+  }
+
+  std::string Uses() { return Store.ReadHeaderEntry("NoOfUses"); }
+  std::string LastFolder() { return Profile.ReadEntry("varek.ini", "QL32", "BackUpFolder"); }
+  bool IsBackedUp(const std::string& folder) { return fs::exists(folder + "/QUILL0.OLD"); }
+  // A backup of the data as they are.
+  void MakeBackUp() {
+    ASSERT_EQ(BackUpFiles(Profile, Shared, ProgramPath(Medium.Path()) + "\\"), RunTimeError::None);
+  }
+
+  TempFolder Medium;
+  std::vector<Volume> Volumes;
+  bool CanOpen = true;
+  std::function<void()> OnOpened;
+  std::vector<std::string> Told;
+  PleaseWait Waiting{Main};
+  BackUpFolder Chooser{Shared, Profile, Main, SingleText, [this] { return Volumes; }};
+  BackUp Commands{Shared,  Profile,    Store,   Guard,          Main,   *this,
+                  Started, SingleText, Waiting, ProgressWindow, Chooser};
+};
+
+TEST_F(BackUpTest, BacksUpToTheFolderThatIsChosenAsOftenAsItTakes) {
+  Show();
+  const std::string gone = Medium.File("gone");
+  {
+    User user;
+    user.Presses("BtnOK").Chooses(gone).Presses("BtnOK").Chooses(Medium.Path());
+    Commands.BackUpToDisk();
+    EXPECT_EQ(user.Seen, (std::vector<std::string>{Insert, "Back Up|", NotReady, "Back Up|"}));
+  }
+  EXPECT_TRUE(IsBackedUp(Medium.Path()));
+  EXPECT_FALSE(fs::exists(gone));
+  EXPECT_EQ(LastFolder(), Medium.Path());
+  EXPECT_TRUE(Main.isEnabled());
+  EXPECT_FALSE(Waiting.isVisible());
+
+  // A medium that cannot be written; the user gives up.
+  fs::remove(Medium.File("QUILL0.OLD"));
+  Disk.FailWrites(RunTimeError::DiskFull);
+  User user;
+  user.PressesKey(Qt::Key_Return).PressesKey(Qt::Key_Return).PressesKey(Qt::Key_Escape);
+  Commands.BackUpToDisk();
+  Disk.Reset();
+  EXPECT_EQ(user.Seen.back(), NotReady);
+  EXPECT_FALSE(IsBackedUp(Medium.Path()));
+  EXPECT_TRUE(Main.isEnabled());
+}
+
+TEST_F(BackUpTest, EnterAtTheWarningAndEscapeLaterChangeNothing) {
+  Show();
+  for (int step = 0; step < 3; ++step) {
+    User user;
+    for (int i = 0; i < step; ++i) user.Presses("BtnOK");
+    user.PressesKey(step == 0 ? Qt::Key_Return : Qt::Key_Escape);
+    Commands.RestoreFromDisk();
+  }
+  EXPECT_FALSE(IsBackedUp(Folder.Path()));
+}
+
+TEST_F(BackUpTest, RestoresAndShowsWhatWasBackedUp) {
+  MakeBackUp();
+  Add({{FirstName, "Cy"}, {LastName, "Fox"}});
+  Shared.FilterOn = true;
+  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
+  Medium.WriteFile("QUILL.OLD",
+                   Medium.ReadFile("QUILL.OLD")
+                       .replace(Medium.ReadFile("QUILL.OLD").find("NoOfUses=1"), 10, "NoOfUses=3"));
+  const std::string current = Folder.ReadFile("quill0.dat");
+  Guard.InUseTimer.start();
+  Show();
+  const TempFolder empty;
+  const TempFolder pulledOut;
+  fs::copy(Medium.Path(), pulledOut.Path());
+  fs::create_symlink("nowhere", pulledOut.File("SPARE.OLD"));
+  User user;
+  user.Presses("BtnOK").Presses("BtnOK").Chooses(empty.Path());
+  user.Presses("BtnOK").Chooses(pulledOut.Path());
+  user.Presses("BtnOK").Chooses(Medium.Path());
+  Commands.RestoreFromDisk();
+  EXPECT_EQ(user.Seen, (std::vector<std::string>{Warning, InsertData, Choosing, NoValidData,
+                                                 Choosing, DataNotReady, Choosing}));
+  EXPECT_EQ(ListTexts(), (std::vector<std::string>{"Lee, Ann", "Ray, Bo"}));
+  EXPECT_EQ(Label(0).Caption(), "Lee");
+  EXPECT_EQ(Folder.ReadFile("QUILL0.OLD"), current);
+  EXPECT_EQ(Uses(), "1");
+  EXPECT_EQ(Panel(4), "Filter - OFF");
+  EXPECT_TRUE(Told.empty());
+  EXPECT_TRUE(Guard.InUseTimer.isActive());
+  EXPECT_TRUE(Main.isEnabled());
+  EXPECT_FALSE(ProgressWindow.isVisible());
+  EXPECT_EQ(Add({{FirstName, "Di"}}), "2");
+}
+
+TEST_F(BackUpTest, ARestoreOfAnEmptyDataSetEmptiesTheList) {
+  Medium.WriteFile("quill.old",
+                   "[General Info]\nApplication=quillary\nTotalNoOfRecords=0\nNoOfRecords=0\n");
+  Show();
+  User user;
+  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
+  Commands.RestoreFromDisk();
+  EXPECT_TRUE(ListTexts().empty());
+  EXPECT_EQ(Label(0).Caption(), "");
+}
+
+TEST_F(BackUpTest, AsksBeforeItGoesOnWithoutASafetyCopy) {
+  MakeBackUp();
+  Add({{FirstName, "Cy"}});
+  const std::string current = Folder.ReadFile("quill0.dat");
+  Show();
+  fs::create_directory(Folder.File("QUILL0.OLD"));
+  const std::string question = Choosing +
+                               "The existing data could not be copied aside: the file or folder "
+                               "cannot be used under this name.\nIf you continue they will be "
+                               "lost!";
+  for (const bool goesOn : {false, true}) {
+    User user;
+    user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
+    if (goesOn) {
+      user.Presses("BtnOK");
+    } else {
+      user.PressesKey(Qt::Key_Return);
+    }
+    Commands.RestoreFromDisk();
+    EXPECT_EQ(user.Seen.back(), question);
+    EXPECT_EQ(Folder.ReadFile("quill0.dat") == current, !goesOn);
+  }
+  EXPECT_EQ(ListTexts().size(), 2U);
+}
+
+TEST_F(BackUpTest, ChangesNothingWhileAnotherApplicationUsesTheData) {
+  MakeBackUp();
+  Add({{FirstName, "Cy"}});
+  Show();
+  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
+  User user;
+  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK");
+  Commands.RestoreFromDisk();
+  EXPECT_EQ(user.Seen.back(), Choosing +
+                                  "Another application is using the data file now.\nNothing was "
+                                  "changed.");
+  EXPECT_EQ(Store.ReadHeaderEntry("NoOfRecords"), "3");
+  EXPECT_EQ(Uses(), "2");
+  EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD")));
+}
+
+TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
+  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
+  MakeBackUp();
+  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
+  Show();
+  OnOpened = [this] { Disk.FailWrites(RunTimeError::PermissionDenied); };
+  {
+    User user;
+    user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
+    Commands.RestoreFromDisk();
+  }
+  Disk.Reset();
+  EXPECT_EQ(Told, (std::vector<std::string>{"in use", "not counted"}));
+  EXPECT_FALSE(Control<QPushButton>(Main, "BtnNew").isEnabled());
+
+  // Data that cannot be opened: the program ends.
+  OnOpened = nullptr;
+  CanOpen = false;
+  Shared.InUse = false;
+  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
+  User user;
+  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
+  Commands.RestoreFromDisk();
+  EXPECT_EQ(Started.Started, (std::vector<std::string>{"ExitApplication"}));
+}
+
+TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
+  const TempFolder stick;
+  const QString stickPath = QString::fromStdString(stick.Path());
+  Volumes = {{QStringLiteral("File System"), QStringLiteral("/"), false},
+             {QStringLiteral("STICK"), stickPath, true}};
+  Show();
+  const auto offered = [](QWidget& window) {
+    const auto& box = Control<QComboBox>(window, "CboFolder");
+    std::vector<std::string> texts{box.currentText().toStdString()};
+    for (int i = 0; i < box.count(); ++i) texts.push_back(box.itemText(i).toStdString());
+    return texts;
+  };
+  const auto choose = [&](User& user) {
+    user.Does([&](QWidget& window) {
+      EXPECT_EQ(offered(window), (std::vector<std::string>{stick.Path(), stick.Path()}));
+      auto& folder = Control<QComboBox>(window, "CboFolder");
+      folder.setEditText(QString());
+      EXPECT_FALSE(Control<QPushButton>(window, "BtnOK").isEnabled());
+      // The data's own folder, by another name, is refused.
+      folder.setEditText(QString::fromStdString(Folder.Path()) + QStringLiteral("//."));
+      Click(window, "BtnOK");
+    });
+  };
+  {
+    User user;
+    choose(user);
+    user.Presses("BtnOK");
+    user.Does([&](QWidget& window) { Click(window, "BtnBrowse"); });
+    user.Does([&](QWidget& window) {
+      Control<QLineEdit>(window, "fileNameEdit").setText(QString::fromStdString(Medium.Path()));
+      dynamic_cast<QDialog&>(window).accept();
+    });
+    user.Presses("BtnOK");
+    EXPECT_EQ(Chooser.Choose(QStringLiteral("x")), ProgramPath(Medium.Path()) + "\\");
+    EXPECT_EQ(user.Seen[1], "x|This is the folder of the data files.\nPlease choose another one.");
+  }
+  User user;
+  user.Does([&](QWidget& window) {
+    EXPECT_EQ(offered(window),
+              (std::vector<std::string>{Medium.Path(), stick.Path(), Medium.Path()}));
+    window.close();
+  });
+  EXPECT_EQ(Chooser.Choose(QStringLiteral("x")), std::nullopt);
+}
+
+}  // namespace
+}  // namespace quillary::test

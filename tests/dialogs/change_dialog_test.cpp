@@ -1,0 +1,108 @@
+#include <tuple>
+
+#include "tests/dialogs/dialog_fixture.h"
+
+namespace quillary::test {
+namespace {
+
+enum class Kind { New, Edit, Delete, Restore };
+
+// What all dialogs that change the data have in common.
+class ChangeDialogTest : public DialogFixture, public testing::WithParamInterface<Kind> {
+ protected:
+  ChangeDialogTest() {
+    for (int i = 10; i < 50; ++i) Add({{LastName, "Name" + std::to_string(i)}});
+    Show();
+    for (int i = 0; i < 20; ++i) DeleteEntry(0);
+  }
+
+  // Does all but press the button.
+  void Prepare(const std::string& lastName) {
+    switch (GetParam()) {
+      case Kind::Delete:
+        return OpenDelete(1);
+      case Kind::Restore:
+        return OpenRestore();
+      case Kind::Edit:
+        OpenEdit(0);
+        break;
+      case Kind::New:
+        Open(New, [this] { New.ShowNewDialog(); });
+        break;
+    }
+    Type(2, lastName);
+  }
+  // What the user goes on with after a failure.
+  QWidget& LastControl() {
+    if (GetParam() == Kind::Delete) return Control<QWidget>(*Dialog, Button());
+    if (GetParam() == Kind::Restore) return Control<QWidget>(*Dialog, "DelLstNames");
+    return Box(2);
+  }
+  const char* Button() const { return GetParam() == Kind::Restore ? "BtnRestore" : "BtnOK"; }
+  auto State() {
+    return std::tuple(ListTexts(), Shared.CurListIndex, Shared.FieldValues, Shared.NoOfRecords,
+                      Shared.NamesRecNo, Shared.CompaniesRecNo, Files());
+  }
+};
+
+// Whichever call to the disk fails: either the change is made, or the user is told and all is as
+// before, with the dialog back.
+TEST_P(ChangeDialogTest, AFailingDiskChangesNothing) {
+  int failures = 0;
+  bool reached = true;
+  for (int call = 1; reached && !HasFailure(); ++call) {
+    const std::string lastName = "Varek" + std::to_string(call);
+    Prepare(lastName);
+    const auto before = State();
+    MsgBoxAnswerer answerer;
+    Disk.FailAt(call, RunTimeError::DiskFull, false);
+    Click(*Dialog, Button());
+    reached = Disk.WasReached();
+    Disk.Reset();
+    if (answerer.Seen.empty()) {
+      // The fault may have hit the reading of the selected record, which SetData tells.
+      if (auto* box = Main.findChild<QMessageBox*>()) box->close();
+      ExpectClosed();
+      EXPECT_NE(ListTexts(), std::get<0>(before)) << call;
+      continue;
+    }
+    ++failures;
+    ExpectOpen();
+    EXPECT_TRUE(State() == before) << call;
+    ASSERT_EQ(answerer.Seen.size(), 1U);
+    EXPECT_TRUE(answerer.Seen[0].second.contains(QStringLiteral("Nothing was changed.")));
+    ASSERT_TRUE(WaitUntilActive(*Dialog));
+    EXPECT_EQ(Dialog->focusWidget(), &LastControl());
+    if (GetParam() <= Kind::Edit) {
+      EXPECT_EQ(BoxText(2), lastName);
+      EXPECT_FALSE(dynamic_cast<QLineEdit&>(Box(2)).hasSelectedText());
+    }
+    Click(*Dialog, "BtnCancel");
+    ExpectClosed();
+  }
+  EXPECT_GT(failures, 5);
+}
+
+TEST_P(ChangeDialogTest, WaitsUntilTheOtherApplicationHasEnded) {
+  Prepare("Varek");
+  const auto before = State();
+  EXPECT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
+  const char* title = GetParam() == Kind::Delete    ? "Record Not Deleted"
+                      : GetParam() == Kind::Restore ? "Record Not Restored"
+                                                    : "Record Not Saved";
+  ExpectRefusal(Button(), title);
+  auto& button = Control<QWidget>(*Dialog, Button());
+  EXPECT_FALSE(button.isEnabled());
+  EXPECT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
+  Guard.InUseTimer.start(1);
+  QTRY_VERIFY(button.isEnabled());
+  Click(*Dialog, Button());
+  ExpectClosed();
+  EXPECT_NE(ListTexts(), std::get<0>(before));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ChangeDialogTest,
+                         testing::Values(Kind::New, Kind::Edit, Kind::Delete, Kind::Restore));
+
+}  // namespace
+}  // namespace quillary::test

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <QLineEdit>
+#include <functional>
+#include <string>
+
+#include "dialogs/delete_dialog.h"
+#include "dialogs/edit_dialog.h"
+#include "dialogs/new_dialog.h"
+#include "dialogs/restore_dialog.h"
+#include "tests/support/check_invariants.h"
+#include "tests/support_qt/main_fixture.h"
+
+namespace quillary::test {
+
+// The dialogs that change the data over the real main window.
+class DialogFixture : public MainFixture {
+ protected:
+  DialogFixture() {
+    Started.On = [this](const std::string& command) {
+      if (command == "ShowNewDialog") New.ShowNewDialog();
+      if (command == "ShowDuplicateDialog") New.ShowDuplicateDialog();
+    };
+    Guard.InUseTimer.start();
+  }
+
+  // Does what opens the dialog; the helpers below are about this one.
+  void Open(Form& dialog, const std::function<void()>& open) {
+    Dialog = &dialog;
+    open();
+    ASSERT_TRUE(WaitUntilActive(dialog));
+  }
+  void OpenEdit(int index) {
+    Select(index);
+    Open(Edit, [this] { Edit.ShowEditDialog(); });
+  }
+  void OpenDelete(int index) {
+    Select(index);
+    Open(Delete, [this] { Delete.ShowDeleteDialog(); });
+  }
+  void OpenRestore() {
+    Open(Restore, [this] { Restore.GetDeletedNamesList(); });
+  }
+  // Deletes an entry of the list at once.
+  void DeleteEntry(int index) {
+    Select(index);
+    Delete.DeleteWithoutConfirmation();
+  }
+  void Select(int index) {
+    Shared.CurListIndex = static_cast<std::int16_t>(index);
+    Main.SetData();
+  }
+  // Only those last names are listed that hold the text.
+  void FilterLastNames(const std::string& text) {
+    Shared.FilterCriteria[1] = text;
+    Shared.FilterOn = true;
+    Store.BuildFilteredList();
+    Store.GetFilteredNamesList();
+    Store.ShowRecords();
+    Select(0);
+  }
+
+  QWidget& Box(int index) {
+    return Control<QWidget>(*Dialog, ("TxtBox(" + std::to_string(index) + ")").c_str());
+  }
+  std::string BoxText(int index) {
+    return dynamic_cast<QLineEdit&>(Box(index)).text().toStdString();
+  }
+  // Goes to a box, whose text is then selected, and types.
+  void Type(int index, const std::string& text) {
+    Box(index).setFocus(Qt::TabFocusReason);
+    if (text.empty()) {
+      QTest::keyClick(&Box(index), Qt::Key_Delete);
+    } else {
+      QTest::keyClicks(&Box(index), QString::fromStdString(text));
+    }
+  }
+  void ClickOK() { Click(*Dialog, "BtnOK"); }
+
+  std::string Stored(const std::string& RecNo, const char* key) {
+    return Store.ReadRecordEntry(RecNo, key);
+  }
+  // The header's entries on the deleted list.
+  std::string DeletedList() {
+    return Store.ReadHeaderEntry("DelNoOfRecords") + " from " +
+           Store.ReadHeaderEntry("DelFirstRecord");
+  }
+  std::string Files() { return Folder.ReadFile("quill.dat") + Folder.ReadFile("quill0.dat"); }
+
+  // Nothing is going on any more.
+  void ExpectClosed() {
+    EXPECT_FALSE(Dialog != nullptr && Dialog->isVisible());
+    EXPECT_FALSE(Wait.isVisible());
+    EXPECT_TRUE(Main.isEnabled());
+    EXPECT_TRUE(Guard.InUseTimer.isActive());
+    EXPECT_EQ(Panel(1), "");
+    EXPECT_TRUE(CheckFiles(Folder.Path()));
+  }
+  // The dialog waits for another try.
+  void ExpectOpen() {
+    EXPECT_TRUE(Dialog->isVisible());
+    EXPECT_FALSE(Wait.isVisible());
+    EXPECT_FALSE(Main.isEnabled());
+    EXPECT_TRUE(Guard.InUseTimer.isActive());
+  }
+  // Presses a button, which is refused with a message of that title and changes nothing.
+  void ExpectRefusal(const char* button, const char* title) {
+    const auto lines = ListTexts();
+    const std::string files = Files();
+    MsgBoxAnswerer answerer;
+    Click(*Dialog, button);
+    ASSERT_EQ(answerer.Seen.size(), 1U);
+    EXPECT_EQ(answerer.Seen[0].first.toStdString(), title);
+    ExpectOpen();
+    EXPECT_EQ(ListTexts(), lines);
+    EXPECT_EQ(Files(), files);
+  }
+
+  Form* Dialog = nullptr;
+  SharingGuard Guard{Profile, Shared, [this] {
+                       New.EnableOK(!Shared.InUse);
+                       Edit.EnableOK(!Shared.InUse);
+                       Delete.EnableOK(!Shared.InUse);
+                       Restore.EnableRestore(!Shared.InUse);
+                     }};
+  MsgBoxSnglTxt MsgBox{Shared, Main};
+  PleaseWait Wait{Main};
+  NewDialog New{Shared, Profile, Store, Guard, Main, MsgBox, Wait};
+  EditDialog Edit{Shared, Profile, Store, Guard, Main, MsgBox, Wait};
+  DeleteDialog Delete{Shared, Store, Guard, Main, MsgBox, Wait};
+  RestoreDialog Restore{Shared, Store, Guard, Main, MsgBox, Wait, ProgressWindow};
+};
+
+}  // namespace quillary::test

@@ -1,0 +1,142 @@
+#pragma once
+
+#include <QComboBox>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QRadioButton>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "import/file_to_import_dialog.h"
+#include "tests/support/check_invariants.h"
+#include "tests/support_qt/main_fixture.h"
+
+namespace quillary::test {
+
+// Answers the message boxes that come up as long as this lives: with "BtnCancel" those of the
+// titles given, with the left button the others. Notes "title|text" of each.
+class BoxAnswers : public QObject {
+ public:
+  explicit BoxAnswers(std::vector<QString> refused = {}) : refused_(std::move(refused)) {
+    connect(&timer_, &QTimer::timeout, this, [this] { Answer(); });
+    timer_.start(2);
+  }
+  std::vector<std::string> Seen;
+
+ private:
+  void Answer() {
+    QWidget* box = QApplication::activeModalWidget();
+    if (box == nullptr || !box->isVisible()) return;
+    const QString title = box->windowTitle();
+    auto* standard = qobject_cast<QMessageBox*>(box);
+    const QString text =
+        standard != nullptr ? standard->text() : Control<QLabel>(*box, "Text1").text();
+    Seen.push_back((title + u'|' + text).toStdString());
+    if (standard != nullptr) return standard->accept();
+    const bool refuses = std::find(refused_.begin(), refused_.end(), title) != refused_.end();
+    Click(*box, refuses ? "BtnCancel" : "BtnOK");
+  }
+
+  std::vector<QString> refused_;
+  QTimer timer_;
+};
+
+// The import over the real main window; the files to be imported are in a home folder of their own.
+class ImportFixture : public MainFixture {
+ public:
+  ImportFixture() {
+    qputenv("HOME", Home.Path().c_str());
+    Volumes = {{QStringLiteral("File System"), QStringLiteral("/"), false},
+               {QStringLiteral("Home"), QString::fromStdString(Home.Path()), false}};
+    Guard.InUseTimer.start();
+  }
+  ~ImportFixture() override { qputenv("HOME", homeBefore_); }
+
+  void Open(int index = 0) {
+    if (!Main.isVisible()) Show();
+    Dialog.MnuImport_Click(index);
+    ASSERT_TRUE(WaitUntilActive(Dialog));
+  }
+  void TypeFile(const QString& text) {
+    Control<QLineEdit>(Dialog, "TxtFileToImport").setText(text);
+  }
+  QString TypedFile() { return Control<QLineEdit>(Dialog, "TxtFileToImport").text(); }
+  void Pick(const char* option) { Control<QRadioButton>(Dialog, option).setChecked(true); }
+  std::vector<std::string> Listed(const char* list) {
+    auto& widget = Control<QListWidget>(Dialog, list);
+    std::vector<std::string> texts;
+    texts.reserve(static_cast<std::size_t>(widget.count()));
+    for (int i = 0; i < widget.count(); ++i) {
+      texts.push_back(widget.item(i)->text().trimmed().toStdString());
+    }
+    return texts;
+  }
+
+  // The second step, while it is shown.
+  QWidget* Second() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->objectName() == u"RecordsToImportDialog" && window->isVisible()) return window;
+    }
+    return nullptr;
+  }
+  // Opens the second step for a file in the home folder.
+  QWidget& GoOn(const QString& file) {
+    TypeFile(file);
+    Click(Dialog, "BtnOK");
+    QWidget* second = Second();
+    if (second == nullptr) throw std::runtime_error("no second step");
+    EXPECT_TRUE(WaitUntilActive(*second));
+    return *second;
+  }
+  static QComboBox& Meaning(QWidget& second, int field) {
+    return Control<QComboBox>(second, ("CboFieldName(" + std::to_string(field) + ")").c_str());
+  }
+  static std::string Data(QWidget& second, int field) {
+    return Control<QLabel>(second, ("LblFieldData(" + std::to_string(field) + ")").c_str())
+        .text()
+        .toStdString();
+  }
+  static void Choose(QWidget& second, std::initializer_list<int> meanings) {
+    int field = 0;
+    for (const int meaning : meanings) Meaning(second, field++).setCurrentIndex(meaning);
+  }
+
+  // Nothing of the import is there any more.
+  void ExpectEnded() {
+    EXPECT_FALSE(Dialog.isVisible() || Wait.isVisible() || ProgressWindow.isVisible());
+    EXPECT_EQ(Second(), nullptr);
+    EXPECT_TRUE(Main.isEnabled());
+    EXPECT_TRUE(Guard.InUseTimer.isActive());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(Panel(1), "");
+  }
+  // The first step is there as the user left it.
+  void ExpectFirstStep() {
+    EXPECT_TRUE(Dialog.isVisible());
+    EXPECT_EQ(Second(), nullptr);
+    EXPECT_FALSE(Wait.isVisible() || Main.isEnabled());
+  }
+  // The data files, without the safety copies.
+  std::string DataFiles() {
+    std::string files;
+    for (const char* name : {"quill.dat", "quill0.dat", "quill1.dat"}) {
+      files += Folder.ReadFile(name) + "\n--\n";
+    }
+    return files;
+  }
+
+  TempFolder Home;
+  std::vector<Volume> Volumes;
+  SharingGuard Guard{Profile, Shared, [] {}};
+  MsgBoxSnglTxt MsgBox{Shared, Main};
+  PleaseWait Wait{Main};
+  FileToImportDialog Dialog{
+      {Shared, Profile, Store, Guard, Main, MsgBox, Wait, ProgressWindow, Hooks},
+      [this] { return Volumes; }};
+
+ private:
+  QByteArray homeBefore_ = qgetenv("HOME");
+};
+
+}  // namespace quillary::test

@@ -1,0 +1,92 @@
+#include "main/forms.h"
+
+#include "tests/main/session.h"
+#include "tests/support/check_invariants.h"
+#include "tests/support_qt/main_fixture.h"
+
+namespace quillary::test {
+namespace {
+
+struct FormsTest : ProgramTest {
+  // The window that a click or a menu item brings up. It is closed again.
+  std::string Opened(Session& run, const std::function<void()>& open) {
+    open();
+    for (const char* name : {"NewDialog", "EditDialog", "DeleteDialog", "RestoreDialog",
+                             "FilterDialog", "AboutDialog"}) {
+      if (QWidget* window = run.Shown(name)) {
+        window->close();
+        return name;
+      }
+    }
+    return {};
+  }
+};
+
+TEST_F(FormsTest, EveryCommandOpensItsWindow) {
+  MakeData({.Live = 3, .Deleted = 1});
+  Session run(Folder, Machine);
+  ASSERT_TRUE(run.Start());
+  MainDialog& main = run.Windows.Main;
+  QuillMnu& menus = main.Menus();
+  const auto click = [&](const char* button, Qt::KeyboardModifiers held = Qt::NoModifier) {
+    return Opened(run, [&] { Click(main, button, held); });
+  };
+  EXPECT_EQ(click("BtnNew"), "NewDialog");
+  EXPECT_EQ(click("BtnNew", Qt::ShiftModifier), "NewDialog");
+  EXPECT_EQ(click("BtnEdit"), "EditDialog");
+  EXPECT_EQ(click("BtnDelete"), "DeleteDialog");
+  EXPECT_EQ(click("BtnFilter"), "FilterDialog");
+  EXPECT_EQ(click("BtnAbout"), "AboutDialog");
+  Click(main, "BtnExchange");
+  menus.MnuExchange->close();
+  EXPECT_EQ(Opened(run, [&] { menus.MnuExchangeArray[3]->trigger(); }), "RestoreDialog");
+  EXPECT_EQ(click("BtnDelete", Qt::ShiftModifier), "");
+  EXPECT_EQ(Header("NoOfRecords") + Header("DelNoOfRecords"), "22");
+  EXPECT_EQ(main.ListCount(), 2);
+  EXPECT_TRUE(main.isEnabled());
+  EXPECT_TRUE(CheckFiles(Folder.File("data")));
+}
+
+TEST_F(FormsTest, AnotherApplicationDisablesWhatIsOpenAndWhatIsOpenedLater) {
+  MakeData({.Live = 3, .Deleted = 1});
+  Session run(Folder, Machine);
+  ASSERT_TRUE(run.Start());
+  const auto canConfirm = [&run](const char* form, const char* button = "BtnOK") {
+    QWidget* window = run.Shown(form);
+    return window != nullptr && Control<QWidget>(*window, button).isEnabled();
+  };
+  Click(run.Windows.Main, "BtnEdit");
+  EXPECT_TRUE(canConfirm("EditDialog"));
+  run.Windows.Shared.InUse = true;
+  run.Windows.SetReadOnly();
+  EXPECT_FALSE(canConfirm("EditDialog"));
+  run.Shown("EditDialog")->close();
+  // As if they had been started just before.
+  run.Windows.ShowDeleteDialog();
+  EXPECT_FALSE(canConfirm("DeleteDialog"));
+  run.Shown("DeleteDialog")->close();
+  run.Windows.GetDeletedNamesList();
+  EXPECT_FALSE(canConfirm("RestoreDialog", "BtnRestore"));
+  run.Windows.Shared.InUse = false;
+  run.Windows.SetReadOnly();
+  EXPECT_TRUE(canConfirm("RestoreDialog", "BtnRestore"));
+}
+
+TEST_F(FormsTest, AskedToEndWhileItSearchesItLeavesAtOnce) {
+  MakeData({.Live = 3000, .Deleted = 0});
+  Session run(Folder, Machine);
+  ASSERT_TRUE(run.Start());
+  Answerer ok(QStringLiteral("BtnOK"));
+  Control<QLineEdit>(run.Windows.Main, "TxtFind").setText(QStringLiteral("nobody has this"));
+  QTimer::singleShot(0, [&] {
+    EXPECT_FALSE(run.Windows.Main.isEnabled());
+    run.Windows.ExitApplication();
+  });
+  Click(run.Windows.Main, "BtnFind");
+  EXPECT_EQ(run.End.Ended, 1);
+  EXPECT_GT(run.End.EndedNow, 0);
+  EXPECT_EQ(Header("NoOfUses"), "0");
+}
+
+}  // namespace
+}  // namespace quillary::test

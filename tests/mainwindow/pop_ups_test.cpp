@@ -1,0 +1,203 @@
+#include "tests/support_qt/main_fixture.h"
+
+namespace quillary::test {
+namespace {
+
+using Commanded = std::vector<std::string>;
+
+class PopUpsTest : public MainFixture {
+ protected:
+  PopUpsTest() {
+    Guard.InUseTimer.start();
+    Add({{LastName, "Aster"}, {Company, "Zeta"}});
+    Add({{LastName, "Bell"}});
+    Add({{LastName, "Cole"}, {Company, "Acme"}});
+  }
+  // The menu that comes up, which is closed again.
+  QWidget* Opened(const std::function<void()>& open) {
+    open();
+    QWidget* menu = QApplication::activePopupWidget();
+    if (menu != nullptr) menu->close();
+    return menu;
+  }
+  QWidget& Of(const char* name) {
+    return name == std::string("LstNames") ? *Control<ListBox>(Main, name).viewport()
+                                           : Control<QWidget>(Main, name);
+  }
+  QWidget* OpenedByMouse(const char* name) {
+    return Opened([&] { QTest::mouseClick(&Of(name), Qt::RightButton); });
+  }
+  QWidget* OpenedByKey(const char* name) {
+    return Opened([&] {
+      Control<QWidget>(Main, name).setFocus();
+      PressKey(Main, Qt::Key_F10, Qt::ShiftModifier);
+    });
+  }
+  QWidget& Panel_(int panel) {
+    return Control<QWidget>(Main, ("Panel(" + std::to_string(panel) + ")").c_str());
+  }
+  bool CanRestore() { return Main.Menus().MnuExchangeArray[3]->isEnabled(); }
+  void SelectLine(int index) {
+    Shared.CurListIndex = static_cast<std::int16_t>(index);
+    Main.SetData();
+  }
+};
+
+TEST_F(PopUpsTest, EachControlHasItsMenu) {
+  Show();
+  QuillMnu& menus = Main.Menus();
+  const std::vector<std::pair<const char*, QWidget*>> expected{{"BtnCopy", menus.MnuCopy},
+                                                               {"BtnNew", menus.MnuNew},
+                                                               {"BtnDelete", menus.MnuDelete},
+                                                               {"BtnFilter", menus.MnuFilter},
+                                                               {"BtnExchange", menus.MnuExchange},
+                                                               {"LstNames", &menus.MnuLstNames},
+                                                               {"BtnEdit", nullptr}};
+  SelectLine(1);
+  for (const auto& [control, menu] : expected) {
+    EXPECT_EQ(OpenedByMouse(control), menu) << control;
+    EXPECT_EQ(OpenedByKey(control), menu) << control;
+  }
+  EXPECT_EQ(Label(0).Caption(), "Bell");  // the mouse was on another line
+  EXPECT_TRUE(Started.Started.empty());
+  Shared.InUse = true;
+  Main.SetData();
+  for (const char* control : {"BtnNew", "BtnDelete"}) {
+    EXPECT_EQ(OpenedByMouse(control), nullptr) << control;
+  }
+}
+
+TEST_F(PopUpsTest, ItemsAndButtonsStartTheirCommands) {
+  Show();
+  QuillMnu& menus = Main.Menus();
+  menus.MnuEdit->trigger();
+  menus.MnuDeleteArray[0]->trigger();
+  menus.MnuDeleteArray[1]->trigger();
+  menus.MnuFilterArray[1]->trigger();
+  menus.MnuAbout->trigger();
+  menus.MnuReports->trigger();  // can be chosen and does nothing
+  Click(Main, "BtnEdit");
+  Click(Main, "BtnDelete");
+  Click(Main, "BtnDelete", Qt::ShiftModifier);
+  Click(Main, "BtnDelete", Qt::ShiftModifier | Qt::AltModifier);
+  Click(Main, "CopyrightLabel");
+  EXPECT_EQ(Started.Started,
+            (Commanded{"ShowEditDialog", "ShowDeleteDialog", "DeleteWithoutConfirmation",
+                       "FilterOff", "ShowAboutDialog", "ShowEditDialog", "ShowDeleteDialog",
+                       "DeleteWithoutConfirmation", "ShowDeleteDialog", "ShowAboutDialog"}));
+  EXPECT_TRUE(menus.MnuReports->isEnabled());
+}
+
+TEST_F(PopUpsTest, TheExchangeButtonOffersCancelWhileTheGuardRests) {
+  Show();
+  QuillMnu& menus = Main.Menus();
+  const auto offersCancel = [&menus] {
+    return menus.MnuExchangeArray[4]->isVisible() && menus.MnuExchangeArray[5]->isVisible();
+  };
+  QWidget& button = Of("BtnExchange");
+  EXPECT_EQ(Opened([&] {
+              Click(Main, "BtnExchange");
+              EXPECT_TRUE(offersCancel());
+              EXPECT_FALSE(Guard.InUseTimer.isActive());
+              EXPECT_TRUE(menus.MnuExchange->pos().y() >= button.mapToGlobal(QPoint()).y() ||
+                          !menus.MnuExchange->isVisible());
+            }),
+            menus.MnuExchange);
+  EXPECT_TRUE(Guard.InUseTimer.isActive());
+  EXPECT_FALSE(offersCancel());
+  EXPECT_EQ(Opened([&] {
+              QTest::mouseClick(&button, Qt::RightButton);
+              EXPECT_FALSE(offersCancel());
+              EXPECT_TRUE(Guard.InUseTimer.isActive());
+            }),
+            menus.MnuExchange);
+}
+
+TEST_F(PopUpsTest, RestoringIsOfferedWhereThereIsSomethingToRestore) {
+  Show();
+  OpenedByMouse("BtnExchange");
+  EXPECT_FALSE(CanRestore());
+  ASSERT_EQ(Store.DeleteRecord("0", 0), RunTimeError::None);
+  SelectLine(0);
+  OpenedByMouse("BtnExchange");
+  EXPECT_TRUE(CanRestore());
+  Shared.InUse = true;
+  Main.ShowReadOnly();
+  EXPECT_FALSE(CanRestore());
+  OpenedByMouse("BtnExchange");
+  EXPECT_FALSE(CanRestore());
+  Shared.InUse = false;
+  Main.ShowReadOnly();
+  // As a submenu.
+  Opened([this] {
+    QTest::mouseClick(&Of("LstNames"), Qt::RightButton);
+    Main.Menus().MnuLstNames.setActiveAction(Main.Menus().MnuExchange->menuAction());
+    QTest::keyClick(&Main.Menus().MnuLstNames, Qt::Key_Right);
+    EXPECT_TRUE(CanRestore());
+    Main.Menus().MnuExchange->close();
+  });
+  Main.Menus().MnuExchangeArray[3]->trigger();
+  EXPECT_EQ(Started.Started, Commanded{"GetDeletedNamesList"});
+}
+
+TEST_F(PopUpsTest, TheStatusBarSwitchesOrderAndFilter) {
+  Show();
+  SelectLine(2);
+  QTest::mouseDClick(&Panel_(3), Qt::LeftButton);
+  EXPECT_EQ(ListTexts(), (Commanded{"( Acme )", "( Zeta )", "Bell"}));
+  EXPECT_EQ(Label(0).Caption(), "Cole");
+  EXPECT_EQ(Panel(2) + "|" + Panel(3), " 1/ 3|Company");
+  EXPECT_TRUE(Main.Menus().MnuViewArray[1]->isChecked());
+  Main.Menus().MnuViewArray[1]->trigger();  // in force already
+  EXPECT_EQ(Shared.ViewMode, 1);
+  Main.Menus().MnuViewArray[0]->trigger();
+  EXPECT_EQ(Shared.ViewMode, 0);
+  EXPECT_EQ(Panel(2) + "|" + Panel(3), " 3/ 3|Name");
+
+  for (const int panel : {1, 2, 3, 4}) QTest::mouseClick(&Panel_(panel), Qt::LeftButton);
+  EXPECT_EQ(Panel(3), "Name");
+  EXPECT_TRUE(Started.Started.empty());
+  QTest::mouseDClick(&Panel_(4), Qt::LeftButton);
+  Shared.FilterOn = true;
+  Shared.FilterCriteria[3] = "a";
+  Store.BuildFilteredList();
+  Store.GetFilteredNamesList();
+  Store.SortFilteredList();
+  Store.ShowRecords();
+  SelectLine(1);
+  QTest::mouseDClick(&Panel_(4), Qt::LeftButton);
+  EXPECT_EQ(Started.Started, (Commanded{"ShowFilterDialog", "FilterOff"}));
+  Main.SwitchView();
+  EXPECT_EQ(ListTexts(), (Commanded{"( Acme )", "( Zeta )"}));
+  EXPECT_EQ(Label(0).Caption() + Panel(2), "Cole 1/ 2");
+}
+
+TEST_F(PopUpsTest, TheStatusBarTellsWhatItsPanelsDo) {
+  Show();
+  const auto hint = [this](int panel) {
+    Main.SetPanel(1, QStringLiteral("before"));
+    QTest::mouseMove(&Panel_(panel), QPoint(2, 2));
+    QTest::mouseMove(&Panel_(panel), QPoint(5, 5));
+    return Panel(1);
+  };
+  EXPECT_EQ(hint(3), "Double-Click to change, for this session only. (Right Click for options)");
+  EXPECT_EQ(hint(4), "Double-Click to get Filter dialog. (Right Click for options)");
+  EXPECT_EQ(hint(2), "");
+  EXPECT_EQ(hint(1), "");
+  Shared.FilterOn = true;
+  EXPECT_EQ(hint(4), "Double-Click to turn Filter OFF. (Right Click for options)");
+  // Nothing between the panels.
+  QWidget& bar = Control<QWidget>(Main, "StatBar");
+  QTest::mouseMove(&bar,
+                   QPoint(Panel_(3).geometry().right() + 1, Panel_(3).geometry().center().y()));
+  EXPECT_EQ(Panel(1), "Double-Click to turn Filter OFF. (Right Click for options)");
+
+  EXPECT_EQ(Opened([this] { QTest::mouseClick(&Panel_(3), Qt::RightButton); }),
+            Main.Menus().MnuView);
+  EXPECT_EQ(Opened([this] { QTest::mouseClick(&Panel_(4), Qt::RightButton); }),
+            Main.Menus().MnuFilter);
+  EXPECT_EQ(Opened([this] { QTest::mouseClick(&Panel_(2), Qt::RightButton); }), nullptr);
+}
+
+}  // namespace
+}  // namespace quillary::test

@@ -1,0 +1,244 @@
+#include "store/backup.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+
+#include "tests/support/check_invariants.h"
+#include "tests/support/data_set.h"
+#include "tests/support/store_world.h"
+
+namespace quillary {
+namespace {
+
+namespace fs = std::filesystem;
+using test::ProgramStopped;
+using test::StoreWorld;
+using test::TempFolder;
+
+using Files = std::map<std::string, std::string>;
+
+Files FilesOf(const TempFolder& folder) {
+  Files files;
+  for (const auto& entry : fs::directory_iterator(folder.Path())) {
+    const std::string name = entry.path().filename();
+    files[name] = entry.is_regular_file() ? folder.ReadFile(name) : "folder";
+  }
+  return files;
+}
+
+// A data set of two record files, an older backup of one that had other records, and programs over
+// them.
+struct BackupTest : testing::Test {
+  BackupTest() { Prepare(); }
+
+  void Prepare() {
+    for (const TempFolder* folder : {&World.Folder, &Medium}) {
+      for (const auto& entry : fs::directory_iterator(folder->Path())) fs::remove_all(entry);
+    }
+    test::WriteDataSet(World.Folder.Path(), {.Live = 120, .Deleted = 5});
+    const TempFolder other;
+    test::WriteDataSet(other.Path(), {.Live = 210});
+    for (const auto& [name, bytes] : FilesOf(other)) {
+      Medium.WriteFile(UpperCase(name.substr(0, name.size() - 3)) + "OLD", bytes);
+    }
+    Medium.WriteFile("letter.txt", "Dear Ann");
+  }
+  // What the medium's files are to be after a backup of the data.
+  Files FilesAfterBackUp() {
+    Files files = FilesOf(Medium);
+    for (const auto& [name, bytes] : FilesOf(World.Folder)) {
+      files[UpperCase(name.substr(0, name.find('.'))) + ".OLD"] = bytes;
+    }
+    return files;
+  }
+  RunTimeError BackUp() { return BackUpFiles(World.Access, World.Data, Stick, &IsSourceAtFault); }
+  std::optional<RunTimeError> Restore() { return RestoreFiles(World.Access, World.Data, Stick); }
+  // The checks look for the names that the program itself gives.
+  bool DataAreWhole() {
+    std::error_code isNoMore;
+    fs::rename(World.Folder.File("QUILL2.DAT"), World.Folder.File("quill2.dat"), isNoMore);
+    return test::CheckFiles(World.Folder.Path());
+  }
+  // A program that is started now.
+  Profile NewProgram() { return {World.Machine, World.Names}; }
+
+  StoreWorld World;
+  TempFolder Medium;
+  std::string Stick = ProgramPath(Medium.Path()) + "\\";
+  bool IsSourceAtFault = false;
+};
+
+TEST_F(BackupTest, CopiesEveryDataFileUnderItsNameInCapitals) {
+  World.Folder.WriteFile("Other.Dat", "other");
+  World.Folder.WriteFile("quill.2020.dat", "[General Info]\nApplication=Quillary\n");
+  World.Folder.WriteFile("notes.txt", "no data");
+  fs::create_directory(World.Folder.File("photos.dat"));
+  fs::rename(Medium.File("QUILL0.OLD"), Medium.File("quill0.Old"));
+  const Files data = FilesOf(World.Folder);
+  const std::string stale = Medium.ReadFile("QUILL2.OLD");
+  ASSERT_EQ(BackUp(), RunTimeError::None);
+  EXPECT_EQ(FilesOf(Medium), (Files{{"QUILL.OLD", data.at("quill.dat")},
+                                    {"quill0.Old", data.at("quill0.dat")},
+                                    {"QUILL1.OLD", data.at("quill1.dat")},
+                                    {"QUILL2.OLD", stale},
+                                    {"OTHER.OLD", "other"},
+                                    {"letter.txt", "Dear Ann"}}));
+  EXPECT_EQ(FilesOf(World.Folder), data);
+
+  // Of names that differ in case alone the one in use is copied; the safety copy is beside the
+  // data.
+  World.Folder.WriteFile("QUILL1.DAT", "older");
+  ASSERT_EQ(BackUpFiles(World.Access, World.Data, World.Data.DataPath), RunTimeError::None);
+  EXPECT_EQ(World.Folder.ReadFile("QUILL1.OLD"), data.at("quill1.dat"));
+}
+
+TEST_F(BackupTest, RestoresEveryCopyAndThePresentProgramSeesIt) {
+  World.Open();
+  EXPECT_FALSE(World.Store.RecordExists("205"));
+  World.Folder.WriteFile("quill7.dat", "[Record700]\n");
+  fs::permissions(Medium.File("QUILL2.OLD"), fs::perms(0644));
+  const Files backup = FilesOf(Medium);
+  ASSERT_EQ(Restore(), RunTimeError::None);
+  EXPECT_EQ(fs::status(World.Folder.File("QUILL2.DAT")).permissions(), fs::perms(0600));
+  EXPECT_EQ(FilesOf(World.Folder), (Files{{"quill.dat", backup.at("QUILL.OLD")},
+                                          {"quill0.dat", backup.at("QUILL0.OLD")},
+                                          {"quill1.dat", backup.at("QUILL1.OLD")},
+                                          {"QUILL2.DAT", backup.at("QUILL2.OLD")},
+                                          {"quill7.dat", "[Record700]\n"}}));
+  EXPECT_EQ(FilesOf(Medium), backup);
+  ASSERT_EQ(World.Store.WriteRecordEntry("205", "Notes", "back again"), RunTimeError::None);
+  EXPECT_FALSE(fs::exists(World.Folder.File("quill2.dat")));
+  World.Open();
+  EXPECT_EQ(World.Data.NoOfRecords, 210);
+  EXPECT_TRUE(DataAreWhole());
+}
+
+TEST_F(BackupTest, TakesNothingButAWholeBackupOfItsOwn) {
+  const Files before = FilesOf(World.Folder);
+  const std::string valid = Medium.ReadFile("QUILL.OLD");
+  const auto expectRefused = [&](const std::string& why) {
+    EXPECT_EQ(Restore(), std::nullopt) << why;
+    EXPECT_EQ(FilesOf(World.Folder), before) << why;
+  };
+  for (const std::string header : {"", "Application=Other\nTotalNoOfRecords=1\nNoOfRecords=1\n",
+                                   "Application=Quillary\nTotalNoOfRecords=1\n"}) {
+    Medium.WriteFile("QUILL.OLD", "[General Info]\n" + header);
+    expectRefused(header);
+  }
+  Medium.WriteFile("QUILL.OLD", valid);
+  const std::string file = Medium.ReadFile("QUILL1.OLD");
+  fs::remove(Medium.File("QUILL1.OLD"));
+  expectRefused("a record file is missing");
+  Medium.WriteFile("QUILL1.OLD", "");
+  expectRefused("a record file is empty");
+  Medium.WriteFile("QUILL1.OLD", file);
+  fs::remove(Medium.File("QUILL.OLD"));
+  expectRefused("no header");
+  fs::remove_all(Medium.Path());
+  expectRefused("no folder");
+  fs::create_directory(Medium.Path());
+  expectRefused("an empty folder");
+
+  // In capitals it is the same application.
+  Medium.WriteFile("QUILL.OLD",
+                   "[General Info]\nApplication=QUILLARY\nTotalNoOfRecords=0\nNoOfRecords=0\n");
+  EXPECT_EQ(Restore(), RunTimeError::None);
+}
+
+TEST_F(BackupTest, TellsWhoseFaultItIs) {
+  World.Machine.FailWrites(RunTimeError::PermissionDenied);
+  EXPECT_EQ(BackUp(), RunTimeError::PermissionDenied);
+  EXPECT_FALSE(IsSourceAtFault);
+  EXPECT_EQ(Restore(), RunTimeError::PermissionDenied);
+  World.Machine.Reset();
+  // A name of the data may be a folder's.
+  fs::create_directory(World.Folder.File("QUILL2.DAT"));
+  EXPECT_EQ(Restore(), RunTimeError::PathAccess);
+  fs::remove(World.Folder.File("QUILL2.DAT"));
+  fs::create_symlink("pulled out", Medium.File("SPARE.OLD"));
+  EXPECT_EQ(Restore(), RunTimeError::NotReady);
+
+  const Files before = FilesOf(Medium);
+  fs::remove(World.Folder.File("quill.dat"));
+  EXPECT_EQ(BackUp(), RunTimeError::FileNotFound);
+  EXPECT_TRUE(IsSourceAtFault);
+  EXPECT_EQ(FilesOf(Medium), before);
+}
+
+TEST_F(BackupTest, FailingAnywhereItLeavesTheOldBackupAndTheNextOneWorks) {
+  for (const bool forever : {false, true}) {
+    for (int call = 1;; ++call) {
+      SCOPED_TRACE(std::to_string(call) + (forever ? " and on" : ""));
+      Prepare();
+      const Files before = FilesOf(Medium);
+      const Files after = FilesAfterBackUp();
+      Profile program = NewProgram();
+      World.Machine.FailAt(call, RunTimeError::DiskFull, forever);
+      const RunTimeError error = BackUpFiles(program, World.Data, Stick);
+      const bool wasReached = World.Machine.WasReached();
+      World.Machine.Reset();
+      // What was left behind is dealt with before anything else is done there.
+      Profile next = NewProgram();
+      ASSERT_EQ(next.Recover(Stick + "QUILL.OLD"), RunTimeError::None);
+      const Files now = FilesOf(Medium);
+      ASSERT_TRUE(now == after || (error != RunTimeError::None && now == before));
+      if (!wasReached) break;
+      if (forever) continue;
+      ASSERT_EQ(BackUpFiles(program, World.Data, Stick), RunTimeError::None);
+      ASSERT_EQ(FilesOf(Medium), after);
+    }
+  }
+}
+
+TEST_F(BackupTest, StoppedAnywhereARestoreIsDoneOrNotAtTheNextOpening) {
+  bool sawOld = false;
+  bool sawNew = false;
+  for (int call = 1;; ++call) {
+    SCOPED_TRACE(call);
+    Prepare();
+    const Files before = FilesOf(World.Folder);
+    Profile program = NewProgram();
+    World.Machine.StopAt(call);
+    try {
+      (void)RestoreFiles(program, World.Data, Stick);
+    } catch (const ProgramStopped&) {
+    }
+    const bool wasReached = World.Machine.WasReached();
+    // The next opening may be stopped, too, one call later each time.
+    World.Machine.StopAt(call / 4 + 1);
+    Profile second = NewProgram();
+    try {
+      (void)second.Recover(World.Data.DataFile);
+    } catch (const ProgramStopped&) {
+    }
+    World.Machine.Reset();
+    Profile next = NewProgram();
+    ASSERT_EQ(next.Recover(World.Data.DataFile), RunTimeError::None);
+    const Files now = FilesOf(World.Folder);
+    ASSERT_EQ(now.size(), now.contains("QUILL2.DAT") ? 4U : 3U) << "files left behind";
+    ASSERT_TRUE(DataAreWhole());
+    sawOld |= now == before;
+    sawNew |= now != before;
+    if (now != before) {
+      ASSERT_EQ(now.at("quill1.dat"), Medium.ReadFile("QUILL1.OLD"));
+      ASSERT_EQ(now.at("quill.dat"), Medium.ReadFile("QUILL.OLD"));
+    }
+    if (!wasReached) break;
+  }
+  EXPECT_TRUE(sawOld && sawNew);
+}
+
+TEST_F(BackupTest, AJournalMovesNothingButItsOwnTemporaryFiles) {
+  const auto isObeyed = [](const std::string& temporary) {
+    const JournalPart part("QUILL.OLD", temporary);
+    return ParseJournal(JournalText({&part})).has_value();
+  };
+  EXPECT_TRUE(isObeyed(".quillary-12-QUILL.OLD.tmp"));
+  EXPECT_FALSE(isObeyed("letter.txt"));
+  EXPECT_FALSE(isObeyed(".quillary-12-/../../letter.tmp"));
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "platform/numbers.h"
+#include "tests/support/check_invariants.h"
+#include "tests/support/data_set.h"
+#include "tests/support/store_world.h"
+
+namespace quillary {
+namespace {
+
+using test::CheckInvariants;
+using test::StoreWorld;
+using Texts = std::vector<std::string>;
+
+struct DeletedListTest : testing::Test {
+  DeletedListTest() { EXPECT_EQ(World.Store.WriteNewHeader(), RunTimeError::None); }
+  std::string Header(const std::string& key) { return World.Store.ReadHeaderEntry(key); }
+  void Set(const std::string& recNo, const std::string& key, const std::string& value) {
+    ASSERT_EQ(World.Store.WriteRecordEntry(recNo, key, value), RunTimeError::None);
+  }
+  void SetHeader(const std::string& key, const std::string& value) {
+    ASSERT_EQ(World.Store.WriteHeaderEntry(key, value), RunTimeError::None);
+  }
+  // Adds and deletes records of these last names, the companies being the names turned round.
+  void AddDeleted(const Texts& names) {
+    for (const auto& name : names) {
+      const std::string recNo = World.Add("", name, std::string(name.rbegin(), name.rend()));
+      ASSERT_EQ(World.Delete(recNo), RunTimeError::None);
+    }
+  }
+  const Texts& Read() {
+    World.Store.ReadDeletedNamesList();
+    return Data.DelRecNo;
+  }
+  void Restore(const std::string& recNo) {
+    ASSERT_EQ(World.Store.RestoreRecord(recNo), RunTimeError::None) << recNo;
+    ASSERT_TRUE(CheckInvariants(World)) << recNo;
+  }
+
+  StoreWorld World;
+  StoreData& Data = World.Data;
+};
+
+TEST_F(DeletedListTest, ListsByTheShownDisplayStringAndKeepsEqualOnesInOrder) {
+  AddDeleted({"Brown", "adams", "Clark", "BROWN"});
+  EXPECT_EQ(Read(), (Texts{"1", "3", "0", "2"}));
+  EXPECT_EQ(Data.DelNamesList, (Texts{"adams", "BROWN", "Brown", "Clark"}));
+  EXPECT_EQ(Data.DelCount, 4);
+  EXPECT_EQ(World.Progress.Stages, (Texts{"Please wait while getting deleted names list...|",
+                                          "Please wait while sorting deleted names list...|"}));
+  EXPECT_EQ(World.Progress.Steps.back(), 100);
+  EXPECT_FALSE(World.Progress.IsOpen);
+  Data.ViewMode = 1;
+  EXPECT_EQ(Read(), (Texts{"2", "3", "0", "1"}));
+  EXPECT_EQ(Data.DelNamesList[0], "( kralC )");
+}
+
+TEST_F(DeletedListTest, TheEntryIsOfferedWhereThereIsACount) {
+  EXPECT_FALSE(World.Store.EnableRestoreEntry());
+  EXPECT_TRUE(Read().empty());
+  AddDeleted({"A"});
+  EXPECT_TRUE(World.Store.EnableRestoreEntry());
+  for (const std::string none : {"", "none", "0"}) {
+    SetHeader("DelNoOfRecords", none);
+    EXPECT_FALSE(World.Store.EnableRestoreEntry());
+    EXPECT_TRUE(Read().empty());
+  }
+}
+
+TEST_F(DeletedListTest, RestoresTheHeadTheLastTheMiddleAndTheOnlyOne) {
+  World.Add("", "M");
+  AddDeleted({"A", "B", "C", "D"});  // 4, 3, 2, 1
+  Restore("4");
+  Restore("2");
+  EXPECT_EQ(Header("DelFirstRecord"), "3");
+  World.Filter({"", "A"});
+  Restore("1");
+  EXPECT_EQ(World.Lines.Texts, Texts{"A"});
+  Restore("3");
+  EXPECT_EQ(Header("DelFirstRecord") + Header("DelNoOfRecords"), "0");
+  EXPECT_EQ(World.Lines.Texts, Texts{"A"});
+  EXPECT_EQ(Data.NamesRecNo, (Texts{"1", "2", "3", "4", "0"}));
+  EXPECT_EQ(World.Store.ReadRecordEntry("3", "Company"), "C");
+}
+
+TEST_F(DeletedListTest, WhatIsNotInTheListIsNotRestored) {
+  World.Add("", "M");
+  AddDeleted({"A", "B"});
+  const Texts listed = Read();
+  Restore("1");  // as another program might
+  const auto memory = World.Memory();
+  for (const std::string recNo : {"1", "0", "77", "x", ""}) {
+    EXPECT_EQ(World.Store.RestoreRecord(recNo), RunTimeError::BadRecordNumber) << recNo;
+    EXPECT_EQ(World.Store.RemoveFromDeletedList(recNo), RunTimeError::BadRecordNumber) << recNo;
+  }
+  EXPECT_EQ(World.Memory(), memory);
+  EXPECT_TRUE(CheckInvariants(World));
+  ASSERT_EQ(World.Store.RemoveFromDeletedList("2"), RunTimeError::None);
+  EXPECT_TRUE(CheckInvariants(World));
+  EXPECT_EQ(World.Store.RestoreRecord("2"), RunTimeError::BadRecordNumber);
+
+  AddDeleted({"C"});
+  Data.NoOfRecords = MaxRecords;
+  EXPECT_EQ(World.Store.RestoreRecord("3"), RunTimeError::Overflow);
+}
+
+TEST_F(DeletedListTest, BrokenChainsEndTheListAndLoseNoLiveRecord) {
+  struct Case {
+    std::string What, RecNo, Key, Value;
+    Texts Listed;
+  };
+  // The list is 5, 4, 3, 2; 0 and 1 are live.
+  for (const Case& c : std::initializer_list<Case>{
+           {"ends early", "4", "NextDel", "", {"4", "5"}},
+           {"circle", "3", "NextDel", "5", {"3", "4", "5"}},
+           {"circle of one", "3", "NextDel", "3", {"3", "4", "5"}},
+           {"leads to a live record", "4", "NextDel", "0", {"4", "5"}},
+           {"leads to the last live record", "4", "NextDel", "1", {"4", "5"}},
+           {"leads nowhere", "5", "NextDel", "77", {"5"}},
+           {"no number", "5", "NextDel", "4x", {"5"}},
+           {"way back lost", "3", "PrevDel", "", {"2", "3", "4", "5"}},
+           {"way back to a live record", "3", "PrevDel", "1", {"2", "3", "4", "5"}},
+           {"head with a way back", "5", "PrevDel", "2", {"2", "3", "4", "5"}}}) {
+    SCOPED_TRACE(c.What);
+    StoreWorld world;
+    ASSERT_EQ(world.Store.WriteNewHeader(), RunTimeError::None);
+    for (const std::string name : {"M", "N", "A", "B", "C", "D"}) world.Add("", name);
+    for (const std::string recNo : {"2", "3", "4", "5"}) {
+      ASSERT_EQ(world.Delete(recNo), RunTimeError::None);
+    }
+    ASSERT_EQ(world.Store.WriteRecordEntry(c.RecNo, c.Key, c.Value), RunTimeError::None);
+    world.Store.ReadDeletedNamesList();
+    EXPECT_EQ(world.Data.DelRecNo, c.Listed);
+    EXPECT_EQ(world.Data.DelCount, 4);
+    // Each of them can be restored, and the live ones stay as they are.
+    for (const auto& recNo : c.Listed) {
+      EXPECT_EQ(world.Store.RestoreRecord(recNo), RunTimeError::None) << recNo;
+    }
+    EXPECT_EQ(world.Data.NoOfRecords, static_cast<int>(c.Listed.size()) + 2);
+    EXPECT_EQ(world.Store.ReadHeaderEntry("DelFirstRecord"), "");
+    EXPECT_FALSE(world.Store.EnableRestoreEntry());
+    const Texts names = world.Data.NamesList;
+    world.Open();
+    EXPECT_FALSE(world.Data.ListsIncomplete);
+    EXPECT_EQ(world.Data.NamesList, names);
+  }
+}
+
+TEST_F(DeletedListTest, ListsThe8000DeletedLast) {
+  for (const int count : {1, 8000, 8001, MaxRecords}) {
+    for (int first = 0; first < count; first += RecordsPerFile) {
+      std::ostringstream records;
+      for (int n = first; n < std::min(first + RecordsPerFile, count); ++n) {
+        records << "[Record" << n << "]\nShowName=" << n % 3
+                << "\nPrevDel=" << (n + 1 < count ? NumberText(n + 1) : "")
+                << "\nNextDel=" << (n > 0 ? NumberText(n - 1) : "") << '\n';
+      }
+      World.Folder.WriteFile("quill" + std::to_string(first / RecordsPerFile) + ".dat",
+                             records.str());
+    }
+    SetHeader("DelFirstRecord", NumberText(count - 1));
+    SetHeader("DelNoOfRecords", NumberText(count));
+    Read();
+    EXPECT_EQ(Data.DelCount, count);
+    const int listed = std::min(count, MaxDeletedListed);
+    Texts expected;
+    for (int rest = 0; rest < 3; ++rest) {
+      for (int n = count - 1; n >= count - listed; --n) {
+        if (n % 3 == rest) expected.push_back(NumberText(n));
+      }
+    }
+    EXPECT_EQ(Data.DelRecNo, expected);
+  }
+  // One of the full list.
+  ASSERT_EQ(World.Store.RestoreRecord("20000"), RunTimeError::None);
+  EXPECT_EQ(Header("DelNoOfRecords"), "32766");
+  EXPECT_EQ(World.Store.ReadRecordEntry("20001", "NextDel"), "19999");
+}
+
+}  // namespace
+}  // namespace quillary
