@@ -72,11 +72,10 @@ int main(int argc, char* argv[]) {
   Profile profile(disk, names);
   const TextComparer comparer;
   NoEnding ending;
-  Forms forms(profile, comparer, ending);
+  Forms forms(profile, comparer, ending, names.OwnDirectory());
   PaintWatch watch(startSeconds, forms);
   forms.Main.findChild<QAbstractItemView*>(QStringLiteral("LstNames"))
       ->viewport()
       ->installEventFilter(&watch);
-  const Surroundings surroundings{names.OwnDirectory(), [] { return true; }};
-  return Main(forms, profile, surroundings) ? QApplication::exec() : EXIT_FAILURE;
+  return Main(forms, profile, [] { return true; }) ? QApplication::exec() : EXIT_FAILURE;
 }
