@@ -11,25 +11,26 @@
 
 namespace quillary {
 
-void Lines::Set(const std::vector<std::string>& texts, const std::vector<std::string>& itemData) {
+void Lines::Set(const TextList& texts, const TextList& itemData) {
   beginResetModel();
-  lines_.clear();
-  lines_.reserve(texts.size());
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    lines_.push_back({texts[i], ToInt32(itemData.at(i))});
-  }
+  texts_ = texts;
+  itemData_.clear();
+  itemData_.reserve(itemData.size());
+  for (const std::string_view number : itemData) itemData_.push_back(ToInt32(number));
   endResetModel();
 }
 
 void Lines::Insert(int index, std::string_view text, int itemData) {
   beginInsertRows({}, index, index);
-  lines_.insert(lines_.begin() + index, {std::string(text), itemData});
+  texts_.insert(static_cast<std::size_t>(index), text);
+  itemData_.insert(itemData_.begin() + index, itemData);
   endInsertRows();
 }
 
 void Lines::Remove(int index) {
   beginRemoveRows({}, index, index);
-  lines_.erase(lines_.begin() + index);
+  texts_.erase(static_cast<std::size_t>(index));
+  itemData_.erase(itemData_.begin() + index);
   endRemoveRows();
 }
 
@@ -39,7 +40,7 @@ int Lines::rowCount(const QModelIndex& parent) const {
 
 QVariant Lines::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole || !index.isValid()) return {};
-  return OneLine(lines_.at(static_cast<std::size_t>(index.row())).Text);
+  return OneLine(texts_[static_cast<std::size_t>(index.row())]);
 }
 
 ListBox::ListBox(const QString& name) {
@@ -75,8 +76,7 @@ void ListBox::SetListIndex(int index) {
   scrollTo(line);
 }
 
-void ListBox::SetLines(const std::vector<std::string>& texts,
-                       const std::vector<std::string>& itemData) {
+void ListBox::SetLines(const TextList& texts, const TextList& itemData) {
   const QScopedValueRollback quiet(quiet_, true);
   lines_.Set(texts, itemData);
   newIndex_ = -1;

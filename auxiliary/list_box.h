@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "store/text_list.h"
+
 namespace quillary {
 
 // The lines of a list box: texts of any length, each with a number.
@@ -17,9 +19,9 @@ class Lines : public QAbstractListModel {
  public:
   using QAbstractListModel::QAbstractListModel;
 
-  int Count() const { return static_cast<int>(lines_.size()); }
-  int ItemData(int index) const { return lines_.at(static_cast<std::size_t>(index)).ItemData; }
-  void Set(const std::vector<std::string>& texts, const std::vector<std::string>& itemData);
+  int Count() const { return static_cast<int>(texts_.size()); }
+  int ItemData(int index) const { return itemData_.at(static_cast<std::size_t>(index)); }
+  void Set(const TextList& texts, const TextList& itemData);
   void Insert(int index, std::string_view text, int itemData);
   void Remove(int index);
 
@@ -28,12 +30,8 @@ class Lines : public QAbstractListModel {
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  struct Line {
-    std::string Text;
-    std::int32_t ItemData = 0;
-  };
-
-  std::vector<Line> lines_;
+  TextList texts_;
+  std::vector<std::int32_t> itemData_;
 };
 
 // A list of text lines with item data, of which one is selected. Lines that are out of range are
@@ -57,7 +55,7 @@ class ListBox : public QListView {
   void SetListIndex(int index);
 
   // Replaces all lines; none is selected. The numbers are given as decimal text.
-  void SetLines(const std::vector<std::string>& texts, const std::vector<std::string>& itemData);
+  void SetLines(const TextList& texts, const TextList& itemData);
   // The selected line stays selected.
   void InsertLine(int index, std::string_view text, int itemData);
   void RemoveLine(int index);

@@ -42,8 +42,7 @@ void Press(QWidget& window, const char* name) {
 
 class ShownList : public ListHooks {
  public:
-  void SetLines(const std::vector<std::string>& texts,
-                const std::vector<std::string>& recordNumbers) override {
+  void SetLines(const TextList& texts, const TextList& recordNumbers) override {
     Box.SetLines(texts, recordNumbers);
     Box.repaint();
   }

@@ -27,7 +27,7 @@ class NoProgress : public ProgressHooks {
 
 class NoLines : public ListHooks {
  public:
-  void SetLines(const std::vector<std::string>&, const std::vector<std::string>&) override {}
+  void SetLines(const TextList&, const TextList&) override {}
   void InsertLine(std::size_t, std::string_view, std::string_view) override {}
   void RemoveLine(std::size_t) override {}
 };

@@ -112,10 +112,12 @@ void ReadDeletedNamesList(benchmark::State& state) {
 }
 BENCHMARK(ReadDeletedNamesList)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-// `change` one record after the other, from all over the list, among so many.
+// `change` one record after the other, from all over the list, among so many live ones and so many
+// deleted ones.
 template <typename Change>
 void Changing(benchmark::State& state, Change change) {
-  Program program({.Live = static_cast<int>(state.range(0)), .Deleted = Changes});
+  Program program({.Live = static_cast<int>(state.range(0)),
+                   .Deleted = static_cast<int>(state.range(1))});
   program.Store.GetNamesList();
   program.Store.ReadDeletedNamesList();
   std::size_t number = 0;
@@ -157,8 +159,9 @@ void ChangeName(benchmark::State& state) {
 }
 
 void AmongFewAndMany(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Arg(Few)
-      ->Arg(Full - Changes)
+  benchmark->Args({Few, Changes})
+      ->Args({Few, Full - Few})
+      ->Args({Full - Changes, Changes})
       ->Iterations(Changes)
       ->UseRealTime()
       ->Unit(benchmark::kMillisecond);

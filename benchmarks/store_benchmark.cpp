@@ -20,6 +20,7 @@ using benchmarks::Program;
 using test::DataSetShape;
 
 constexpr int Full = MaxRecords;
+constexpr int Few = 100;
 constexpr int Insertions = 40;
 
 std::string ReadWhole(HostDisk& disk, const std::string& path) {
@@ -132,9 +133,10 @@ void SortNamesList(benchmark::State& state) {
 }
 BENCHMARK(SortNamesList)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-// Into so many records, without the writing of the new record's fields.
+// Into so many records, among so many deleted ones, without the writing of the new record's fields.
 void InsertRecord(benchmark::State& state) {
-  Program program({static_cast<int>(state.range(0))});
+  Program program({.Live = static_cast<int>(state.range(0)),
+                   .Deleted = static_cast<int>(state.range(1))});
   program.Store.GetNamesList();
   int number = 0;
   for (auto _ : state) {
@@ -151,8 +153,9 @@ void InsertRecord(benchmark::State& state) {
   }
 }
 BENCHMARK(InsertRecord)
-    ->Arg(100)
-    ->Arg(Full - Insertions)
+    ->Args({Few, 0})
+    ->Args({Few, Full - Few})
+    ->Args({Full - Insertions, 0})
     ->Iterations(Insertions)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);

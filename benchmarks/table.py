@@ -57,28 +57,45 @@ def start_figures(build, count):
 
 def main():
     build = sys.argv[1]
-    times = {**medians(build, "store_benchmark"), **medians(build, "record_benchmark")}
+    times = {}
+    for part in ["store", "record", "import", "backup"]:
+        times.update(medians(build, part + "_benchmark"))
     empty_ms, empty_mb = start_figures(build, 0)
     full_ms, full_mb = start_figures(build, FULL)
 
-    def among(many, name):
-        return next(time for key, time in times.items()
-                    if key.startswith(name + "/") and (key != name + "/100") == many)
+    def among(live, name, deleted_above=-1):
+        """By the live and the deleted records that the benchmark's name ends with."""
+        for key, time in times.items():
+            what, *counts = key.split("/")
+            if what == name and (int(counts[0]) > 100) == (live > 100) \
+                    and int(counts[1]) > deleted_above:
+                return time
+        raise KeyError(name)
 
     rows = [("read an entry of an unchanged file", times["ReadEntry"] * 1000, "us", "2 us",
              times["ReadEntry"] * 1000, 2)]
-    for what, name, peer_name, peer_what, limit in [
+    peers = [
             ("write an entry durably", "WriteEntry", "WriteSyncRename",
              "write, sync, rename the same bytes", 1.5),
             (f"GetNamesList, {FULL} records", "GetNamesList", "ReadAllFiles",
              "read all the files once", 4),
             (f"SortNamesList, {FULL} scrambled", "SortNamesList", "WriteAllFilesDurably",
-             "write all the files durably", 2)]:
+             "write all the files durably", 2),
+            ("import 8000 lines", "Import/8000", "WriteImportedFilesDurably",
+             "write the files durably", 3),
+            ("back up", "BackUpFiles", "CopyAndSync", "cp and sync", 2),
+            ("restore from backup", "RestoreFiles", "CopyAndSync", "cp and sync", 2)]
+    for what, name, peer_name, peer_what, limit in peers:
         rows.append((what, times[name], "ms", f"{limit} x {peer_what}",
                      times[name] / times[peer_name], limit))
     for name in ["InsertRecord", "DeleteRecord", "RestoreRecord", "ChangeNotes", "ChangeName"]:
-        rows.append((f"{name} among {FULL}", among(True, name), "ms", "1.2 x among 100",
-                     among(True, name) / among(False, name), 1.2))
+        many = among(FULL, name)
+        rows.append((f"{name} among {FULL}", many, "ms", "1.2 x among 100 in one file",
+                     many / among(100, name), 1.2))
+        rows.append(("", many, "ms", "1.2 x among 100 in as many files",
+                     many / among(100, name, deleted_above=1000), 1.2))
+    rows.append(("import 500 lines", times["Import/500"], "ms", "1/8 of importing 8000",
+                 times["Import/500"] / times["Import/8000"] * 8, 1))
     for name in [key for key in times if "grep " + key in times]:
         rows.append((f"{name}, {FULL} records", times[name], "ms", "3 x grep -ciF for it",
                      times[name] / times["grep " + name], 3))

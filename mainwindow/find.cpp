@@ -92,7 +92,7 @@ void MainDialog::BtnFind_Click() {
 }
 
 void MainDialog::FindFunction(std::int16_t Count, bool& Found) {
-  std::vector<std::string> recordNos;
+  TextList recordNos;
   recordNos.reserve(static_cast<std::size_t>(Count));
   for (int i = 0; i < Count; ++i) recordNos.push_back(NumberText(LstNames->ItemData(i)));
   const std::vector<Field> fields = SearchedFields(CboSrchIn->currentIndex());

@@ -85,8 +85,7 @@ void MainDialog::BringToFront() {
   RaiseWindow(*this);
 }
 
-void MainDialog::SetLines(const std::vector<std::string>& texts,
-                          const std::vector<std::string>& recordNumbers) {
+void MainDialog::SetLines(const TextList& texts, const TextList& recordNumbers) {
   LstNames->SetLines(texts, recordNumbers);
 }
 

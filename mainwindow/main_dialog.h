@@ -71,8 +71,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   void ShowReadOnly() override;
 
   // ListHooks
-  void SetLines(const std::vector<std::string>& texts,
-                const std::vector<std::string>& recordNumbers) override;
+  void SetLines(const TextList& texts, const TextList& recordNumbers) override;
   void InsertLine(std::size_t index, std::string_view text, std::string_view recordNumber) override;
   void RemoveLine(std::size_t index) override;
 

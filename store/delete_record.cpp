@@ -11,8 +11,7 @@
 namespace quillary {
 
 // Joins the neighbours of the record at `position`.
-void Records::UnlinkFrom(const Chain& chain, const std::vector<std::string>& recNos,
-                         std::size_t position) {
+void Records::UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position) {
   const bool isLast = position + 1 == recNos.size();
   const std::string next =
       isLast ? RecordBehind(chain, recNos) : std::string(Trim(recNos[position + 1]));

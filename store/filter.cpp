@@ -34,7 +34,7 @@ bool Records::RecordMatchesFilter(std::string_view RecNo) {
 
 void Records::BuildFilteredList() {
   progress_.Begin("Please wait. Searching...", "");
-  std::vector<std::string> kept;
+  TextList kept;
   if (data_.NoOfRecords > 0) kept = data_.NamesRecNo;
   for (std::size_t i = 0; i < FilterFields.size(); ++i) {
     if (data_.FilterCriteria.at(i).empty()) continue;
@@ -42,17 +42,16 @@ void Records::BuildFilteredList() {
                         {data_.FieldKeys.at(FilterFields.at(i))});
     const auto count = static_cast<double>(kept.size());
     double tested = 0;
-    const auto end = std::remove_if(kept.begin(), kept.end(), [&](const std::string& recNo) {
+    kept.RemoveIf([&](std::string_view recNo) {
       tested += 1;
       progress_.Step(tested / count * 100);
       return !search.FirstKey(recNo);
     });
-    kept.erase(end, kept.end());
   }
   data_.FilteredCount = static_cast<std::int16_t>(kept.size());
-  if (kept.empty()) kept.emplace_back();
-  data_.FilteredNames.assign(kept.size(), std::string());
-  data_.FilteredCompanies.assign(kept.size(), std::string());
+  if (kept.empty()) kept = {""};
+  data_.FilteredNames = TextList(kept.size());
+  data_.FilteredCompanies = TextList(kept.size());
   data_.FilteredNamesRecNo = kept;
   data_.FilteredCompaniesRecNo = std::move(kept);
   progress_.End();
@@ -68,19 +67,19 @@ void Records::GetFilteredNamesList() {
   for (std::size_t i = 0; i < data_.NamesRecNo.size(); ++i) {
     const auto found = filtered.find(Number(data_.NamesRecNo[i]));
     if (found == filtered.end()) continue;
-    data_.FilteredNames[found->second] = data_.NamesList[i];
+    data_.FilteredNames.set(found->second, data_.NamesList[i]);
     done += 1;
     progress_.Step(done / static_cast<double>(count) * 100);
   }
   for (std::size_t i = 0; i < data_.CompaniesRecNo.size(); ++i) {
     const auto found = filtered.find(Number(data_.CompaniesRecNo[i]));
     if (found == filtered.end()) continue;
-    data_.FilteredCompanies[found->second] = data_.CompaniesList[i];
+    data_.FilteredCompanies.set(found->second, data_.CompaniesList[i]);
     filtered.erase(found);
   }
   // Where the header's count is too small, other records are listed by company than by name.
   for (const auto& [number, i] : filtered) {
-    data_.FilteredCompanies[i] = ReadRecordEntry(data_.FilteredNamesRecNo[i], "ShowCompany");
+    data_.FilteredCompanies.set(i, ReadRecordEntry(data_.FilteredNamesRecNo[i], "ShowCompany"));
   }
   progress_.End();
 }

@@ -8,8 +8,7 @@ namespace quillary {
 
 std::optional<Records::FoundEntry> Records::FindText(std::string_view text,
                                                      const std::vector<Field>& fields,
-                                                     const std::vector<std::string>& recordNos,
-                                                     std::size_t start) {
+                                                     const TextList& recordNos, std::size_t start) {
   progress_.Begin("Please wait. Searching...", "");
   std::vector<std::string> keys;
   keys.reserve(fields.size());

@@ -33,9 +33,9 @@ struct Links {
   bool IsInCompanies = false;
 };
 struct Texts {
-  std::string RecNo;
-  std::string ShowName;
-  std::string ShowCompany;
+  std::string_view RecNo;
+  std::string_view ShowName;
+  std::string_view ShowCompany;
 };
 
 struct Listed {
@@ -51,7 +51,9 @@ std::int32_t Link(std::string_view text) {
 // counts.
 class Block {
  public:
-  Block(std::int32_t fileNumber, std::string_view bytes) : first_(fileNumber * RecordsPerFile) {
+  // The texts are kept in `store`.
+  Block(std::int32_t fileNumber, std::string_view bytes, TextStore& store)
+      : first_(fileNumber * RecordsPerFile), store_(store) {
     if (bytes.starts_with(ByteOrderMark)) bytes.remove_prefix(ByteOrderMark.size());
     LineReader reader(bytes);
     std::string_view line;
@@ -108,36 +110,52 @@ class Block {
     if (number < first_ || number - first_ >= RecordsPerFile) return;
     if (LinksOf(number).Number != Nowhere) return;
     LinksOf(number).Number = number;
-    TextsOf(number).RecNo = digits;
+    TextsOf(number).RecNo = store_.Keep(digits);
     current_ = number;
   }
 
   void TakeEntry(std::string_view line) {
-    const WrittenEntry entry = ParseEntry(line);
     std::size_t key = 0;
-    while (key < Keys.size() && entry.Key != Keys[key]) ++key;
-    if (key == Keys.size()) key = KeyInOtherCase(entry.Key);
-    if (key == Keys.size() || isSet_[key]) return;
+    while (key < Keys.size() && !IsEntryOf(line, Keys[key])) ++key;
+    std::string_view written;
+    if (key < Keys.size()) {
+      written = TrimBlanks(WithoutEnd(line.substr(Keys[key].size() + 1)));
+    } else {
+      const WrittenEntry entry = ParseEntry(line);
+      key = KeyInOtherCase(entry.Key);
+      if (key == Keys.size()) return;
+      written = entry.Written;
+    }
+    if (isSet_[key]) return;
     isSet_[key] = true;
     switch (key) {
       case 0:
-        TextsOf(current_).ShowName = DecodeValue(entry.Written);
+        TextsOf(current_).ShowName = Value(written);
         break;
       case 1:
-        TextsOf(current_).ShowCompany = DecodeValue(entry.Written);
+        TextsOf(current_).ShowCompany = Value(written);
         break;
       case 2:
-        LinksOf(current_).NextName = WrittenLink(entry.Written);
+        LinksOf(current_).NextName = WrittenLink(written);
         break;
       default:
-        LinksOf(current_).NextCompany = WrittenLink(entry.Written);
+        LinksOf(current_).NextCompany = WrittenLink(written);
     }
+  }
+
+  // Whether the line is an entry of that key, written as this program does.
+  static bool IsEntryOf(std::string_view line, std::string_view key) {
+    return line.size() > key.size() && line[key.size()] == '=' && line.starts_with(key);
   }
 
   static std::size_t KeyInOtherCase(std::string_view name) {
     const auto* const found = std::find_if(
         Keys.begin(), Keys.end(), [&](std::string_view key) { return EqualNames(name, key); });
     return static_cast<std::size_t>(found - Keys.begin());
+  }
+
+  std::string_view Value(std::string_view written) {
+    return store_.Keep(IsPlainValue(written) ? written : DecodeValue(written));
   }
 
   // A number hardly ever needs decoding.
@@ -147,6 +165,7 @@ class Block {
   }
 
   std::int32_t first_;
+  TextStore& store_;
   std::array<Links, RecordsPerFile> links_;
   std::array<Texts, RecordsPerFile> texts_;
   std::int32_t current_ = Nowhere;  // the record whose section is being read
@@ -159,8 +178,8 @@ class ListedRecords {
   static constexpr std::int32_t UsualFiles = 4096;
 
  public:
-  ListedRecords(Profile& profile, std::string_view dataPath)
-      : snapshot_(profile), dataPath_(dataPath) {}
+  ListedRecords(Profile& profile, std::string_view dataPath, TextStore& store)
+      : snapshot_(profile), dataPath_(dataPath), store_(store) {}
 
   // Nothing where there is no such record.
   std::optional<Listed> Find(std::int32_t number) {
@@ -168,8 +187,8 @@ class ListedRecords {
     const std::int32_t fileNumber = number / RecordsPerFile;
     std::unique_ptr<Block>& block = BlockAt(fileNumber);
     if (!block) {
-      block = std::make_unique<Block>(fileNumber,
-                                      snapshot_.Bytes(RecordFileName(dataPath_, fileNumber)));
+      block = std::make_unique<Block>(
+          fileNumber, snapshot_.Bytes(RecordFileName(dataPath_, fileNumber)), store_);
     }
     const Listed record = block->Find(number);
     if (record.Chained->Number == Nowhere) return std::nullopt;
@@ -193,6 +212,7 @@ class ListedRecords {
 
   ProfileSnapshot snapshot_;
   std::string dataPath_;
+  TextStore& store_;
   std::vector<std::unique_ptr<Block>> usual_;
   std::unordered_map<std::int32_t, std::unique_ptr<Block>> others_;
 };
@@ -215,15 +235,13 @@ struct Walk {
   }
 };
 
-void MoveToList(const std::vector<Listed>& found, std::string Texts::*text,
-                std::vector<std::string>& texts, std::vector<std::string>& recNos) {
-  const std::size_t size = std::max<std::size_t>(found.size(), 1);
-  texts.resize(size);
-  recNos.resize(size);
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    texts[i] = std::move(found[i].Shown->*text);
-    recNos[i] = found[i].Shown->RecNo;
-  }
+TextList MakeList(const std::vector<Listed>& found, std::string_view Texts::*text,
+                  const std::shared_ptr<TextStore>& store) {
+  std::vector<std::string_view> texts;
+  texts.reserve(std::max<std::size_t>(found.size(), 1));
+  for (const Listed& record : found) texts.push_back(record.Shown->*text);
+  if (texts.empty()) texts.emplace_back();
+  return {store, std::move(texts)};
 }
 
 // The records below `end` that neither chain leads to, though they are not deleted.
@@ -234,7 +252,7 @@ std::vector<Listed> FindStrays(ListedRecords& records, std::int32_t end, RecordR
     const std::optional<Listed> record = records.Find(number);
     if (!record || record->Chained->IsInNames || record->Chained->IsInCompanies) continue;
     // A section without a display string holds links at most.
-    const std::string& recNo = record->Shown->RecNo;
+    const std::string_view recNo = record->Shown->RecNo;
     if (record->Shown->ShowName.empty() || recNo == firstDeleted) continue;
     const bool isDeleted =
         !reader.Value(recNo, "PrevDel").empty() || !reader.Value(recNo, "NextDel").empty();
@@ -251,7 +269,7 @@ bool Unite(Walk& names, Walk& companies, const std::vector<Listed>& strays,
   std::copy_if(companies.Found.begin(), companies.Found.end(), std::back_inserter(all),
                [](const Listed& record) { return !record.Chained->IsInNames; });
   all.insert(all.end(), strays.begin(), strays.end());
-  const auto sorted = [&](std::string Texts::*text) {
+  const auto sorted = [&](std::string_view Texts::*text) {
     std::vector<Listed> list = all;
     std::stable_sort(list.begin(), list.end(), [&](const Listed& a, const Listed& b) {
       return comparer.Compare(a.Shown->*text, b.Shown->*text) < 0;
@@ -270,7 +288,7 @@ void Records::GetNamesList() {
   const auto count = static_cast<std::size_t>(std::max<std::int16_t>(data_.NoOfRecords, 0));
   for (auto* list :
        {&data_.NamesList, &data_.NamesRecNo, &data_.CompaniesList, &data_.CompaniesRecNo}) {
-    list->assign(std::max<std::size_t>(count, 1), std::string());
+    *list = TextList(std::max<std::size_t>(count, 1));
   }
   data_.ListsIncomplete = false;
   linksOutdated_ = false;
@@ -278,7 +296,8 @@ void Records::GetNamesList() {
   behindCompanies_.clear();
   progress_.Begin("Please wait while getting names list...", "Loading Names...");
 
-  ListedRecords records(profile_, data_.DataPath);
+  const auto store = std::make_shared<TextStore>();
+  ListedRecords records(profile_, data_.DataPath, *store);
   Walk names{&Links::NextName, &Links::IsInNames, Link(ReadHeaderEntry(NameChain.FirstRecord)), {}};
   Walk companies{&Links::NextCompany,
                  &Links::IsInCompanies,
@@ -316,8 +335,10 @@ void Records::GetNamesList() {
   }
   listsError_ = records.Error();
   if (listsError_ == RunTimeError::None && isTooLong) listsError_ = RunTimeError::DeviceError;
-  MoveToList(names.Found, &Texts::ShowName, data_.NamesList, data_.NamesRecNo);
-  MoveToList(companies.Found, &Texts::ShowCompany, data_.CompaniesList, data_.CompaniesRecNo);
+  data_.NamesList = MakeList(names.Found, &Texts::ShowName, store);
+  data_.NamesRecNo = MakeList(names.Found, &Texts::RecNo, store);
+  data_.CompaniesList = MakeList(companies.Found, &Texts::ShowCompany, store);
+  data_.CompaniesRecNo = MakeList(companies.Found, &Texts::RecNo, store);
   progress_.End();
 }
 

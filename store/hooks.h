@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
-#include <vector>
+
+#include "store/text_list.h"
 
 namespace quillary {
 
@@ -28,8 +28,7 @@ class ListHooks {
  public:
   virtual ~ListHooks() = default;
   // Replaces all lines. The two lists are equally long.
-  virtual void SetLines(const std::vector<std::string>& texts,
-                        const std::vector<std::string>& recordNumbers) = 0;
+  virtual void SetLines(const TextList& texts, const TextList& recordNumbers) = 0;
   virtual void InsertLine(std::size_t index, std::string_view text,
                           std::string_view recordNumber) = 0;
   virtual void RemoveLine(std::size_t index) = 0;

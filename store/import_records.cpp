@@ -11,8 +11,6 @@
 namespace quillary {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 bool IsBlank(const std::string& text) {
   return Trim(text).empty();
 }
@@ -61,7 +59,7 @@ void Records::ForgetLists() {
   data_.NoOfRecords = 0;
   for (auto* list :
        {&data_.NamesList, &data_.NamesRecNo, &data_.CompaniesList, &data_.CompaniesRecNo}) {
-    list->assign(1, std::string());
+    *list = {""};
   }
   data_.ListsIncomplete = false;
   linksOutdated_ = false;
@@ -71,13 +69,15 @@ void Records::ForgetLists() {
 // The last of the new records comes first.
 void Records::PrependToLists(const std::vector<NewRecord>& records) {
   const bool wasEmpty = data_.NoOfRecords < 1;
-  const auto prepend = [&](Texts& list, std::string NewRecord::*text) {
-    Texts longer;
+  const auto prepend = [&](TextList& list, std::string NewRecord::*text) {
+    TextList longer;
     longer.reserve(records.size() + list.size());
     for (auto record = records.rbegin(); record != records.rend(); ++record) {
       longer.push_back((*record).*text);
     }
-    if (!wasEmpty) std::move(list.begin(), list.end(), std::back_inserter(longer));
+    if (!wasEmpty) {
+      for (const std::string_view old : list) longer.push_back(old);
+    }
     list = std::move(longer);
   };
   prepend(data_.NamesList, &NewRecord::ShowName);
@@ -112,7 +112,7 @@ RunTimeError Records::ImportRecords(std::size_t count,
   KeepLists(update);
   RunTimeError error = replace ? RunTimeError::None : RestoreLinks();
   // Before the header forgets how many numbers were given out.
-  Texts numbers;
+  std::vector<std::string> numbers;
   if (error == RunTimeError::None) error = FindFreeNumbers(count, numbers);
   if (error == RunTimeError::None && replace) error = WriteNewHeader();
   if (error != RunTimeError::None) return error;

@@ -13,11 +13,9 @@
 namespace quillary {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 // How many of the first `count` entries of a sorted list satisfy `isBefore`.
 template <typename Predicate>
-std::size_t Position(const Texts& list, std::int16_t count, Predicate isBefore) {
+std::size_t Position(const TextList& list, std::int16_t count, Predicate isBefore) {
   const auto end = list.begin() + std::max<std::int16_t>(count, 0);
   return static_cast<std::size_t>(std::partition_point(list.begin(), end, isBefore) - list.begin());
 }
@@ -35,7 +33,7 @@ void Records::ClearLinks(const std::string& recNo) {
 }
 
 // Links the record into one chain, before the entry at `position` of its list.
-void Records::LinkRecord(const Chain& chain, const Texts& recNos, std::size_t position,
+void Records::LinkRecord(const Chain& chain, const TextList& recNos, std::size_t position,
                          const std::string& recNo) {
   const bool isAtEnd = static_cast<std::int64_t>(position) >= data_.NoOfRecords;
   const std::string next =

@@ -5,21 +5,19 @@
 namespace quillary {
 namespace {
 
-using Texts = std::vector<std::string>;
-
-void InsertText(Texts& list, std::int16_t count, std::size_t index, const std::string& text) {
+void InsertText(TextList& list, std::int16_t count, std::size_t index, const std::string& text) {
   if (count < 1) {
-    list.assign(1, text);
+    list = {text};
   } else {
-    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), text);
+    list.insert(index, text);
   }
 }
 
-void RemoveText(Texts& list, std::size_t index) {
+void RemoveText(TextList& list, std::size_t index) {
   if (list.size() == 1) {
-    list[0].clear();
+    list = {""};
   } else {
-    list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
+    list.erase(index);
   }
 }
 
@@ -59,8 +57,8 @@ std::optional<ListEntry> FindEntry(const RecordLists& lists, std::string_view re
   if (name == lists.NamesRecNo.end() || company == lists.CompaniesRecNo.end()) return std::nullopt;
   const auto namePos = static_cast<std::size_t>(name - lists.NamesRecNo.begin());
   const auto companyPos = static_cast<std::size_t>(company - lists.CompaniesRecNo.begin());
-  return ListEntry{std::string(recNo), lists.Names[namePos], lists.Companies[companyPos], namePos,
-                   companyPos};
+  return ListEntry{std::string(recNo), std::string(lists.Names[namePos]),
+                   std::string(lists.Companies[companyPos]), namePos, companyPos};
 }
 
 void InsertEntry(ProfileUpdate& update, const RecordLists& lists, const ListEntry& entry) {

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "store/profile.h"
 #include "store/store_data.h"
@@ -14,10 +13,10 @@ namespace quillary {
 
 // The lists of all records, or of the filtered ones. Without records each has one empty entry.
 struct RecordLists {
-  std::vector<std::string>& Names;
-  std::vector<std::string>& NamesRecNo;
-  std::vector<std::string>& Companies;
-  std::vector<std::string>& CompaniesRecNo;
+  TextList& Names;
+  TextList& NamesRecNo;
+  TextList& Companies;
+  TextList& CompaniesRecNo;
   std::int16_t& Count;
 };
 

@@ -81,8 +81,7 @@ void AppendEntry(std::string& bytes, std::string_view key, std::string_view valu
 }
 
 bool IsWrittenAs(std::string_view written, std::string_view value) {
-  const bool isPlain = written.empty() || (written.front() != '"' && written.front() != '\\');
-  return isPlain ? written == value : DecodeValue(written) == value;
+  return IsPlainValue(written) ? written == value : DecodeValue(written) == value;
 }
 
 // A bit for the letter that a name begins with; others may share it.

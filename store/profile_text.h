@@ -71,5 +71,9 @@ class ProfileText {
 // A value as it stands behind the equals sign, and back.
 std::string EncodeValue(std::string_view value);
 std::string DecodeValue(std::string_view written);
+// Whether the value is just what is written.
+inline bool IsPlainValue(std::string_view written) {
+  return written.empty() || (written.front() != '"' && written.front() != '\\');
+}
 
 }  // namespace quillary

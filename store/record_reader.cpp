@@ -53,7 +53,7 @@ std::int64_t RecordFileNumber(std::string_view RecNo) {
       std::clamp(std::floor(Val(RecNo) / RecordsPerFile), -Largest, Largest));
 }
 
-std::vector<std::size_t> OrderInFiles(const std::vector<std::string>& recNos) {
+std::vector<std::size_t> OrderInFiles(const TextList& recNos) {
   std::vector<std::pair<std::int32_t, std::size_t>> numbers;
   numbers.reserve(recNos.size());
   for (const auto& recNo : recNos) numbers.emplace_back(ToInt32(recNo), numbers.size());

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "store/profile.h"
+#include "store/text_list.h"
 
 namespace quillary {
 
@@ -26,7 +27,7 @@ std::optional<std::int32_t> RecordOfSection(std::string_view section);
 
 // The indices of record numbers in the order in which the records lie in the files. Many records
 // are read and written much faster in it.
-std::vector<std::size_t> OrderInFiles(const std::vector<std::string>& recNos);
+std::vector<std::size_t> OrderInFiles(const TextList& recNos);
 
 // The name of a record file.
 std::string RecordFileName(std::string_view dataPath, std::int64_t fileNumber);

@@ -143,7 +143,7 @@ class Records {
     std::size_t KeyIndex = 0;  // of the first field in `fields` that has the text
   };
   std::optional<FoundEntry> FindText(std::string_view text, const std::vector<Field>& fields,
-                                     const std::vector<std::string>& recordNos, std::size_t start);
+                                     const TextList& recordNos, std::size_t start);
 
   // Whether the record's fields contain every criterion that is not empty, upper and lower case
   // being the same.
@@ -175,15 +175,15 @@ class Records {
   RunTimeError KeepOldHeader();
   RunTimeError FindFreeNumbers(std::size_t count, std::vector<std::string>& numbers);
 
-  std::string RecordBehind(const Chain& chain, const std::vector<std::string>& recNos);
-  void NoteLink(const Chain& chain, const std::vector<std::string>& recNos, std::size_t index,
+  std::string RecordBehind(const Chain& chain, const TextList& recNos);
+  void NoteLink(const Chain& chain, const TextList& recNos, std::size_t index,
                 const std::string& behind);
   void NoteLinks(const std::string& behindNames, const std::string& behindCompanies,
                  ProgressHooks* progress);
   void ClearLinks(const std::string& recNo);
-  void LinkRecord(const Chain& chain, const std::vector<std::string>& recNos, std::size_t position,
+  void LinkRecord(const Chain& chain, const TextList& recNos, std::size_t position,
                   const std::string& recNo);
-  void UnlinkFrom(const Chain& chain, const std::vector<std::string>& recNos, std::size_t position);
+  void UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position);
   RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
   std::string DeletedRecord(std::string_view link);
   std::optional<std::string> DeletedBefore(const std::string& recNo);

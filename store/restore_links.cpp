@@ -12,7 +12,7 @@ namespace quillary {
 
 // The record that follows the listed ones in the files, where the header's count is smaller than
 // the chain is long; empty as a rule. It stays linked, so that no record is lost by a wrong count.
-std::string Records::RecordBehind(const Chain& chain, const std::vector<std::string>& recNos) {
+std::string Records::RecordBehind(const Chain& chain, const TextList& recNos) {
   const std::string link = data_.NoOfRecords < 1 ? ReadHeaderEntry(chain.FirstRecord)
                                                  : ReadRecordEntry(recNos.back(), chain.Next);
   std::string recNo(Trim(link));
@@ -23,8 +23,8 @@ std::string Records::RecordBehind(const Chain& chain, const std::vector<std::str
   return recNo;
 }
 
-void Records::NoteLink(const Chain& chain, const std::vector<std::string>& recNos,
-                       std::size_t index, const std::string& behind) {
+void Records::NoteLink(const Chain& chain, const TextList& recNos, std::size_t index,
+                       const std::string& behind) {
   const bool isLast = index + 1 == recNos.size();
   const std::array<EntryValue, 2> links{
       {{chain.Prev, index == 0 ? std::string_view() : Trim(recNos[index - 1])},

@@ -11,30 +11,21 @@ namespace {
 
 constexpr std::string_view SortingText = "Please wait while sorting names list...";
 
-using Texts = std::vector<std::string>;
-
 double Percent(std::size_t done, std::size_t count) {
   return static_cast<double>(done) / static_cast<double>(count) * 100;
 }
 
-bool IsSorted(const TextComparer& comparer, const Texts& texts) {
+bool IsSorted(const TextComparer& comparer, const TextList& texts) {
   return std::is_sorted(texts.begin(), texts.end(),
                         [&](const auto& a, const auto& b) { return comparer.Compare(a, b) < 0; });
 }
 
-void Rearrange(Texts& texts, const std::vector<std::size_t>& order) {
-  Texts result;
-  result.reserve(order.size());
-  for (const std::size_t index : order) result.push_back(std::move(texts[index]));
-  texts = std::move(result);
-}
-
 // The order of the sorted texts, by their indices.
-std::vector<std::size_t> SortedOrder(const TextComparer& comparer, const Texts& texts,
+std::vector<std::size_t> SortedOrder(const TextComparer& comparer, const TextList& texts,
                                      ProgressHooks& progress, double progressFrom) {
-  Texts keys;
+  std::vector<std::string> keys;
   keys.reserve(texts.size());
-  for (const auto& text : texts) {
+  for (const std::string_view text : texts) {
     keys.push_back(comparer.SortKey(text));
     progress.Step(progressFrom + Percent(keys.size(), texts.size()) / 2);
   }
@@ -46,8 +37,8 @@ std::vector<std::size_t> SortedOrder(const TextComparer& comparer, const Texts& 
 }
 
 // False: both lists were in order already and nothing was changed.
-bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, Texts& names,
-              Texts& namesRecNo, Texts& companies, Texts& companiesRecNo) {
+bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, TextList& names,
+              TextList& namesRecNo, TextList& companies, TextList& companiesRecNo) {
   if (names.size() < 2) return false;
   if (IsSorted(comparer, names) && IsSorted(comparer, companies)) {
     progress.Step(100);
@@ -55,10 +46,10 @@ bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, Texts& name
   }
   const auto nameOrder = SortedOrder(comparer, names, progress, 0);
   const auto companyOrder = SortedOrder(comparer, companies, progress, 50);
-  Rearrange(names, nameOrder);
-  Rearrange(namesRecNo, nameOrder);
-  Rearrange(companies, companyOrder);
-  Rearrange(companiesRecNo, companyOrder);
+  names.Rearrange(nameOrder);
+  namesRecNo.Rearrange(nameOrder);
+  companies.Rearrange(companyOrder);
+  companiesRecNo.Rearrange(companyOrder);
   return true;
 }
 

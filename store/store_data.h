@@ -3,7 +3,8 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <vector>
+
+#include "store/text_list.h"
 
 namespace quillary {
 
@@ -41,11 +42,11 @@ struct StoreData {
   std::string DataPath;  // ends in a backslash
   std::string DataFile;  // the header file, DataPath & "quill.dat"
 
-  std::int16_t NoOfRecords = 0;            // live records, the length of the four lists that follow
-  std::vector<std::string> NamesList{""};  // ShowName of each, in name order
-  std::vector<std::string> NamesRecNo{""};     // its record number
-  std::vector<std::string> CompaniesList{""};  // ShowCompany of each, in company order
-  std::vector<std::string> CompaniesRecNo{""};
+  std::int16_t NoOfRecords = 0;  // live records, the length of the four lists that follow
+  TextList NamesList{""};        // ShowName of each, in name order
+  TextList NamesRecNo{""};       // its record number
+  TextList CompaniesList{""};    // ShowCompany of each, in company order
+  TextList CompaniesRecNo{""};
   // The chains in the files did not hold together: the lists above are every record that is not
   // deleted, and the next change writes all links anew.
   bool ListsIncomplete = false;
@@ -53,15 +54,15 @@ struct StoreData {
   bool FilterOn = false;
   std::array<std::string, 5> FilterCriteria;  // FirstName, LastName, Title, Company, Notes
   std::int16_t FilteredCount = 0;
-  std::vector<std::string> FilteredNames{""};
-  std::vector<std::string> FilteredNamesRecNo{""};
-  std::vector<std::string> FilteredCompanies{""};
-  std::vector<std::string> FilteredCompaniesRecNo{""};
+  TextList FilteredNames{""};
+  TextList FilteredNamesRecNo{""};
+  TextList FilteredCompanies{""};
+  TextList FilteredCompaniesRecNo{""};
 
   // Deleted records as the restore dialog lists them; valid while it is open.
   std::int16_t DelCount = 0;  // DelNoOfRecords, which may be more than are listed
-  std::vector<std::string> DelNamesList;
-  std::vector<std::string> DelRecNo;
+  TextList DelNamesList;
+  TextList DelRecNo;
   std::string CurDelRecordNo;  // the entry selected there
 
   std::uint8_t ViewMode = 0;  // 0 list by name, otherwise by company

@@ -31,7 +31,7 @@ struct DeletedListTest : testing::Test {
       ASSERT_EQ(World.Delete(recNo), RunTimeError::None);
     }
   }
-  const Texts& Read() {
+  TextList Read() {
     World.Store.ReadDeletedNamesList();
     return Data.DelRecNo;
   }
@@ -89,7 +89,7 @@ TEST_F(DeletedListTest, RestoresTheHeadTheLastTheMiddleAndTheOnlyOne) {
 TEST_F(DeletedListTest, WhatIsNotInTheListIsNotRestored) {
   World.Add("", "M");
   AddDeleted({"A", "B"});
-  const Texts listed = Read();
+  const TextList listed = Read();
   Restore("1");  // as another program might
   const auto memory = World.Memory();
   for (const std::string recNo : {"1", "0", "77", "x", ""}) {
@@ -142,7 +142,7 @@ TEST_F(DeletedListTest, BrokenChainsEndTheListAndLoseNoLiveRecord) {
     EXPECT_EQ(world.Data.NoOfRecords, static_cast<int>(c.Listed.size()) + 2);
     EXPECT_EQ(world.Store.ReadHeaderEntry("DelFirstRecord"), "");
     EXPECT_FALSE(world.Store.EnableRestoreEntry());
-    const Texts names = world.Data.NamesList;
+    const TextList names = world.Data.NamesList;
     world.Open();
     EXPECT_FALSE(world.Data.ListsIncomplete);
     EXPECT_EQ(world.Data.NamesList, names);

@@ -60,8 +60,8 @@ TEST_F(FilterTest, FieldsAreFoundAsTheyAreWritten) {
 TEST_F(FilterTest, NothingMatchesLeavesOneEmptyEntry) {
   EXPECT_EQ(Filter({"", "", "x"}), Texts{});
   EXPECT_EQ(Data.FilteredCount, 0);
-  for (const Texts* list : {&Data.FilteredNames, &Data.FilteredCompanies, &Data.FilteredNamesRecNo,
-                            &Data.FilteredCompaniesRecNo}) {
+  for (const TextList* list : {&Data.FilteredNames, &Data.FilteredCompanies,
+                               &Data.FilteredNamesRecNo, &Data.FilteredCompaniesRecNo}) {
     EXPECT_EQ(*list, Texts{""});
   }
   EXPECT_EQ(Data.NoOfRecords, 5);

@@ -160,7 +160,7 @@ TEST_F(ImportRecordsTest, KeepsWhatStandsBehindTheCount) {
   world_.Open();
   ASSERT_EQ(Import({Person("a", ""), Person("c", "")}), RunTimeError::None);
   EXPECT_EQ(world_.Store.ReadHeaderEntry("NoOfRecords"), "4");
-  EXPECT_EQ(Entry(world_.Data.NamesRecNo.back(), "NextName"), "2");
+  EXPECT_EQ(Entry(std::string(world_.Data.NamesRecNo.back()), "NextName"), "2");
   EXPECT_EQ(Entry("2", "PrevName"), world_.Data.NamesRecNo.back());
 }
 

@@ -79,7 +79,7 @@ TEST_F(NamesListTest, WithoutRecordsTheListsHaveOneEmptyEntry) {
   World.Open();
   SetHeader("NoOfRecords", "0");
   World.Open();
-  for (const Texts* list :
+  for (const TextList* list :
        {&Data.NamesList, &Data.NamesRecNo, &Data.CompaniesList, &Data.CompaniesRecNo}) {
     EXPECT_EQ(*list, Texts{""});
   }

@@ -122,12 +122,12 @@ Lists CheckLists(Files& files) {
   return lists;
 }
 
-void CheckMemory(Files& files, const RecNos& chain, const std::string& key,
-                 const std::vector<std::string>& texts, const std::vector<std::string>& recNos) {
+void CheckMemory(Files& files, const RecNos& chain, const std::string& key, const TextList& texts,
+                 const TextList& recNos) {
   std::vector<std::string> expected;
   for (const auto& recNo : chain) expected.push_back(files.Value(recNo, key));
-  if (texts != (chain.empty() ? std::vector<std::string>{""} : expected) ||
-      recNos != (chain.empty() ? RecNos{""} : chain)) {
+  if (texts != (chain.empty() ? TextList{""} : TextList(expected)) ||
+      recNos != (chain.empty() ? TextList{""} : TextList(chain))) {
     files.Complain("the list in memory differs from the files in ", key);
   }
 }
@@ -135,8 +135,8 @@ void CheckMemory(Files& files, const RecNos& chain, const std::string& key,
 void CheckLines(Files& files, const StoreWorld& world) {
   const StoreData& data = world.Data;
   const bool isByName = data.ViewMode == 0;
-  std::vector<std::string> texts = isByName ? data.NamesList : data.CompaniesList;
-  RecNos recNos = isByName ? data.NamesRecNo : data.CompaniesRecNo;
+  TextList texts = isByName ? data.NamesList : data.CompaniesList;
+  TextList recNos = isByName ? data.NamesRecNo : data.CompaniesRecNo;
   auto count = data.NoOfRecords;
   if (data.FilterOn) {
     texts = isByName ? data.FilteredNames : data.FilteredCompanies;
@@ -155,8 +155,8 @@ void CheckLines(Files& files, const StoreWorld& world) {
 // Both filtered lists hold the same live records, each in order and with its display string.
 void CheckFiltered(Files& files, const StoreData& data, const RecNos& live) {
   if (data.FilteredCount == 0) return;
-  const RecNos& names = data.FilteredNamesRecNo;
-  const RecNos& companies = data.FilteredCompaniesRecNo;
+  const RecNos names(data.FilteredNamesRecNo.begin(), data.FilteredNamesRecNo.end());
+  const RecNos companies(data.FilteredCompaniesRecNo.begin(), data.FilteredCompaniesRecNo.end());
   const std::set<std::string> filtered(names.begin(), names.end());
   const std::set<std::string> all(live.begin(), live.end());
   if (names.size() != static_cast<std::size_t>(data.FilteredCount) ||

@@ -21,10 +21,9 @@ void RecordedProgress::End() {
   IsOpen = false;
 }
 
-void RecordedLines::SetLines(const std::vector<std::string>& texts,
-                             const std::vector<std::string>& recordNumbers) {
-  Texts = texts;
-  RecNos = recordNumbers;
+void RecordedLines::SetLines(const TextList& texts, const TextList& recordNumbers) {
+  Texts.assign(texts.begin(), texts.end());
+  RecNos.assign(recordNumbers.begin(), recordNumbers.end());
 }
 
 void RecordedLines::InsertLine(std::size_t index, std::string_view text,
@@ -104,7 +103,7 @@ RunTimeError StoreWorld::Edit(const std::string& recNo) {
   return error == RunTimeError::None ? update.Commit() : error;
 }
 
-std::vector<std::vector<std::string>> StoreWorld::Memory() const {
+std::vector<TextList> StoreWorld::Memory() const {
   return {Data.NamesList,
           Data.NamesRecNo,
           Data.CompaniesList,

@@ -27,8 +27,7 @@ struct RecordedProgress : ProgressHooks {
 
 // A list box without a window.
 struct RecordedLines : ListHooks {
-  void SetLines(const std::vector<std::string>& texts,
-                const std::vector<std::string>& recordNumbers) override;
+  void SetLines(const TextList& texts, const TextList& recordNumbers) override;
   void InsertLine(std::size_t index, std::string_view text, std::string_view recordNumber) override;
   void RemoveLine(std::size_t index) override;
 
@@ -56,7 +55,7 @@ struct StoreWorld {
   // Stores FieldValues in the record and moves it to its new place.
   RunTimeError Edit(const std::string& recNo);
   // All lists in memory and the list box, to be compared.
-  std::vector<std::vector<std::string>> Memory() const;
+  std::vector<TextList> Memory() const;
 
   TempFolder Folder;
   FaultDisk Machine;
