@@ -56,19 +56,12 @@ RunTimeError Records::DeleteRecord(std::string_view RecNo, std::size_t ListIndex
   const int deleted = std::max<int>(ToInt16(ReadHeaderEntry("DelNoOfRecords")), 0);
   if (deleted >= MaxRecords) return RunTimeError::Overflow;
   const std::string recNo(Trim(RecNo));
-  const RunTimeError error = UnlinkRecord(update, recNo, ListIndex);
+  RunTimeError error = UnlinkRecord(update, recNo, ListIndex);
   if (error != RunTimeError::None) return error;
 
   ClearLinks(recNo);
-  // Whatever the count says, the records that are deleted already stay within reach.
-  const std::string next = DeletedRecord(ReadHeaderEntry("DelFirstRecord"));
-  if (!next.empty() && next != recNo) {
-    NoteRecordEntry(recNo, "NextDel", next);
-    NoteRecordEntry(next, "PrevDel", recNo);
-  }
-  NoteHeaderEntry("DelNoOfRecords", NumberText(deleted + 1));
-  NoteHeaderEntry("DelFirstRecord", recNo);
-  return update.Commit();
+  error = AddToDeletedList(recNo, deleted);
+  return error == RunTimeError::None ? update.Commit() : error;
 }
 
 RunTimeError Records::RelinkRecord(std::string_view RecNo, std::size_t ListIndex,

@@ -27,24 +27,24 @@ struct DeletedName {
 class Records::DeletedList {
  public:
   explicit DeletedList(Records& records)
-      : reader_(records.profile_, records.data_.DataPath),
-        firstName_(Trim(records.ReadHeaderEntry(NameChain.FirstRecord))),
-        firstCompany_(Trim(records.ReadHeaderEntry(CompanyChain.FirstRecord))),
-        next_(Trim(records.ReadHeaderEntry("DelFirstRecord"))) {}
+      : header_(records.profile_), reader_(records.profile_, records.data_.DataPath) {
+    const auto value = [&](std::string_view key) {
+      const auto text = header_.Text(records.data_.DataFile).Value(HeaderSection, key);
+      return std::string(Trim(text.value_or(std::string())));
+    };
+    firstName_ = value(NameChain.FirstRecord);
+    firstCompany_ = value(CompanyChain.FirstRecord);
+    first_ = next_ = value("DelFirstRecord");
+    end_ = ToInt32(value("TotalNoOfRecords"));
+  }
 
-  // The record that a link names. Nothing if there is none, or if it is in the lists of live
-  // records.
-  std::optional<ProfileText::Section> Find(std::string_view recNo) {
-    if (!ParseRecordNumber(recNo) || recNo == firstName_ || recNo == firstCompany_) {
-      return std::nullopt;
-    }
+  const std::string& First() const { return first_; }
+
+  // The record that a link names. Nothing if there is none, or if it is a live one.
+  std::optional<ProfileText::Section> Find(const std::string& recNo) {
+    if (!ParseRecordNumber(recNo)) return std::nullopt;
     const ProfileText::Section record = reader_.Record(recNo);
-    if (!record.Exists()) return std::nullopt;
-    for (const Chain* chain : {&NameChain, &CompanyChain}) {
-      if (!Link(record, chain->Prev).empty() || !Link(record, chain->Next).empty()) {
-        return std::nullopt;
-      }
-    }
+    if (!record.Exists() || IsLive(recNo, record)) return std::nullopt;
     return record;
   }
 
@@ -56,16 +56,51 @@ class Records::DeletedList {
     next_ = Link(*record, "NextDel");
     return record;
   }
+  // All records from the first one on.
+  std::vector<std::string> All() {
+    std::vector<std::string> all;
+    for (std::string recNo; Go(recNo);) all.push_back(recNo);
+    return all;
+  }
+  // The link that ended the way.
+  const std::string& End() const { return next_; }
+
+  // Whether a link leads into a file that is missing; it may come back, with the rest of the list.
+  bool IsHidden(const std::string& recNo) {
+    const auto number = ParseRecordNumber(recNo);
+    return number && *number < end_ && reader_.File(RecordFileNumber(recNo)).Bytes().empty();
+  }
+
+  // The first error that kept a file from being read.
+  RunTimeError Error() const {
+    return header_.Error() != RunTimeError::None ? header_.Error() : reader_.Error();
+  }
 
  private:
   static std::string Link(const ProfileText::Section& record, std::string_view key) {
     return std::string(Trim(record.Value(key).value_or(std::string())));
   }
 
+  // Links that are not answered are strays.
+  bool IsAnswered(const std::string& recNo, const std::string& other, std::string_view back) {
+    return other != recNo && ParseRecordNumber(other) && Link(reader_.Record(other), back) == recNo;
+  }
+  bool IsLive(const std::string& recNo, const ProfileText::Section& record) {
+    if (recNo == firstName_ && recNo == firstCompany_) return true;
+    const auto isLinked = [&](const Chain& chain) {
+      return IsAnswered(recNo, Link(record, chain.Prev), chain.Next) ||
+             IsAnswered(recNo, Link(record, chain.Next), chain.Prev);
+    };
+    return isLinked(NameChain) || isLinked(CompanyChain);
+  }
+
+  ProfileSnapshot header_;
   RecordReader reader_;
   std::string firstName_;
   std::string firstCompany_;
+  std::string first_;
   std::string next_;
+  std::int32_t end_ = 0;
   std::unordered_set<std::string> seen_;
 };
 
@@ -106,51 +141,56 @@ void Records::ReadDeletedNamesList() {
   progress_.End();
 }
 
-// The record that a link of the deleted list names; empty if that is no deleted one.
-std::string Records::DeletedRecord(std::string_view link) {
-  std::string recNo(Trim(link));
-  if (!recNo.empty() && !DeletedList(*this).Find(recNo)) recNo.clear();
-  return recNo;
+RunTimeError Records::ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers) {
+  DeletedList list(*this);
+  for (const auto& recNo : list.All()) numbers.insert(ToInt32(recNo));
+  return list.Error();
 }
 
-// The record before this one in the deleted list, empty for the first; nothing if the list does not
-// lead to it.
-std::optional<std::string> Records::DeletedBefore(const std::string& recNo) {
-  if (Trim(ReadHeaderEntry("DelFirstRecord")) == recNo) return std::string();
-  std::string previous = DeletedRecord(ReadRecordEntry(recNo, "PrevDel"));
-  if (!previous.empty() && Trim(ReadRecordEntry(previous, "NextDel")) == recNo) return previous;
-  // The way back is broken.
+// Puts a record without links at the front of the deleted list.
+RunTimeError Records::AddToDeletedList(const std::string& recNo, int count) {
   DeletedList list(*this);
-  while (list.Go(previous)) {
-    if (Trim(ReadRecordEntry(previous, "NextDel")) == recNo) return previous;
-  }
-  return std::nullopt;
+  const std::string& first = list.First();
+  const bool isThere = first != recNo && list.Find(first);
+  const bool isHidden = !isThere && list.IsHidden(first);
+  // A count that cannot be right is not built upon.
+  if (isThere && count < 1) count = static_cast<int>(list.All().size());
+  if (!isThere && !isHidden) count = 0;
+  if (list.Error() != RunTimeError::None) return list.Error();
+
+  if (isThere || isHidden) NoteRecordEntry(recNo, "NextDel", first);
+  if (isThere) NoteRecordEntry(first, "PrevDel", recNo);
+  NoteHeaderEntry("DelNoOfRecords", NumberText(count + 1));
+  NoteHeaderEntry("DelFirstRecord", recNo);
+  return RunTimeError::None;
 }
 
 RunTimeError Records::RemoveFromDeletedList(std::string_view RecNo) {
   ProfileUpdate update(profile_);
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
   const std::string recNo(Trim(RecNo));
-  if (DeletedRecord(recNo).empty()) return RunTimeError::BadRecordNumber;
-  const std::optional<std::string> previous = DeletedBefore(recNo);
-  if (!previous) return RunTimeError::BadRecordNumber;
-  std::string next = DeletedRecord(ReadRecordEntry(recNo, "NextDel"));
-  // In a circle the last record leads back.
-  const bool isCircle =
-      next == recNo || next == *previous || next == Trim(ReadHeaderEntry("DelFirstRecord"));
-  if (isCircle) next.clear();
+  DeletedList list(*this);
+  const std::vector<std::string> all = list.All();
+  const std::string hidden = list.IsHidden(list.End()) ? list.End() : std::string();
+  if (list.Error() != RunTimeError::None) return list.Error();
+  const auto found = std::find(all.begin(), all.end(), recNo);
+  if (found == all.end()) return RunTimeError::BadRecordNumber;
 
-  const bool isOnly = previous->empty() && next.empty();
-  const int left = isOnly ? 0 : std::max(ToInt16(ReadHeaderEntry("DelNoOfRecords")) - 1, 0);
+  const bool isLast = found + 1 == all.end();
+  const std::string& next = isLast ? hidden : *(found + 1);
+  const std::string previous = found == all.begin() ? std::string() : *(found - 1);
+  // The length that was found, whatever the count says; only what is hidden counts unseen.
+  int left = static_cast<int>(all.size()) - 1;
+  if (!hidden.empty()) left = std::max(left, ToInt16(ReadHeaderEntry("DelNoOfRecords")) - 1);
   NoteHeaderEntry("DelNoOfRecords", NumberText(left));
   NoteRecordEntry(recNo, "PrevDel", "");
   NoteRecordEntry(recNo, "NextDel", "");
-  if (previous->empty()) {
+  if (previous.empty()) {
     NoteHeaderEntry("DelFirstRecord", next);
   } else {
-    NoteRecordEntry(*previous, "NextDel", next);
+    NoteRecordEntry(previous, "NextDel", next);
   }
-  if (!next.empty()) NoteRecordEntry(next, "PrevDel", *previous);
+  if (!isLast) NoteRecordEntry(next, "PrevDel", previous);
   return update.Commit();
 }
 

@@ -9,11 +9,6 @@
 #include "store/record_reader.h"
 
 namespace quillary {
-namespace {
-
-constexpr std::string_view HeaderSection = "General Info";
-
-}  // namespace
 
 const Records::Chain Records::NameChain{"NameFirstRecord", "PrevName", "NextName"};
 const Records::Chain Records::CompanyChain{"CompanyFirstRecord", "PrevCompany", "NextCompany"};

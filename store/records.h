@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/text.h"
@@ -154,6 +155,7 @@ class Records {
   void GetFilteredNamesList();
 
  private:
+  static constexpr std::string_view HeaderSection = "General Info";
   static constexpr std::string_view Signature = "Quillary";
 
   struct Chain;  // the names of one list's keys
@@ -185,8 +187,8 @@ class Records {
                   const std::string& recNo);
   void UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position);
   RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
-  std::string DeletedRecord(std::string_view link);
-  std::optional<std::string> DeletedBefore(const std::string& recNo);
+  RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers);
+  RunTimeError AddToDeletedList(const std::string& recNo, int count);
   void AddToFilteredLists(ProfileUpdate& update, const std::string& recNo,
                           std::string_view showName, std::string_view showCompany);
   void KeepLists(ProfileUpdate& update);

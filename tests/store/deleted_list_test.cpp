@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 
 #include "platform/numbers.h"
@@ -102,9 +103,12 @@ TEST_F(DeletedListTest, WhatIsNotInTheListIsNotRestored) {
   EXPECT_TRUE(CheckInvariants(World));
   EXPECT_EQ(World.Store.RestoreRecord("2"), RunTimeError::BadRecordNumber);
 
-  AddDeleted({"C"});
+  // Records that hang together behind a break of the list.
+  AddDeleted({"C", "D", "E"});
+  Set("5", "NextDel", "");
+  EXPECT_EQ(World.Store.RestoreRecord("3"), RunTimeError::BadRecordNumber);
   Data.NoOfRecords = MaxRecords;
-  EXPECT_EQ(World.Store.RestoreRecord("3"), RunTimeError::Overflow);
+  EXPECT_EQ(World.Store.RestoreRecord("5"), RunTimeError::Overflow);
 }
 
 TEST_F(DeletedListTest, BrokenChainsEndTheListAndLoseNoLiveRecord) {
@@ -117,6 +121,8 @@ TEST_F(DeletedListTest, BrokenChainsEndTheListAndLoseNoLiveRecord) {
            {"ends early", "4", "NextDel", "", {"4", "5"}},
            {"circle", "3", "NextDel", "5", {"3", "4", "5"}},
            {"circle of one", "3", "NextDel", "3", {"3", "4", "5"}},
+           {"circle behind the first", "2", "NextDel", "4", {"2", "3", "4", "5"}},
+           {"deleted with a live link", "4", "NextName", "0", {"2", "3", "4", "5"}},
            {"leads to a live record", "4", "NextDel", "0", {"4", "5"}},
            {"leads to the last live record", "4", "NextDel", "1", {"4", "5"}},
            {"leads nowhere", "5", "NextDel", "77", {"5"}},
@@ -146,6 +152,52 @@ TEST_F(DeletedListTest, BrokenChainsEndTheListAndLoseNoLiveRecord) {
     world.Open();
     EXPECT_FALSE(world.Data.ListsIncomplete);
     EXPECT_EQ(world.Data.NamesList, names);
+  }
+}
+
+TEST_F(DeletedListTest, AWrongCountIsPutRightWithTheNextRestore) {
+  AddDeleted({"A", "B", "C", "D"});
+  for (const auto& [count, listed] :
+       std::initializer_list<std::pair<std::string, std::size_t>>{{"9", 4}, {"1", 1}}) {
+    SetHeader("DelNoOfRecords", count);
+    ASSERT_EQ(Read().size(), listed);
+    Restore(Header("DelFirstRecord"));
+  }
+  EXPECT_EQ(Header("DelNoOfRecords"), "2");
+}
+
+TEST_F(DeletedListTest, AMissingRecordFileDoesNotCutTheListOff) {
+  SetHeader("TotalNoOfRecords", "96");
+  World.Folder.WriteFile("quill0.dat", "[Record0]\n");
+  AddDeleted({"E"});
+  for (const std::string name : {"A", "B", "C", "D"}) World.Add("", name);
+  ASSERT_EQ(World.Delete("99"), RunTimeError::None);
+  ASSERT_EQ(World.Delete("100"), RunTimeError::None);
+  const std::string hidden = World.Folder.ReadFile("quill1.dat");
+  std::filesystem::remove(World.Folder.File("quill1.dat"));
+  for (const std::string recNo : {"97", "98"}) {
+    ASSERT_EQ(World.Delete(recNo), RunTimeError::None);
+  }
+  ASSERT_EQ(World.Store.RestoreRecord("97"), RunTimeError::None);
+  EXPECT_EQ(Header("DelNoOfRecords"), "4");
+  EXPECT_EQ(Read(), Texts{"98"});
+  EXPECT_FALSE(std::filesystem::exists(World.Folder.File("quill1.dat")));
+
+  World.Folder.WriteFile("quill1.dat", hidden);
+  EXPECT_EQ(Read(), (Texts{"98", "99", "100", "96"}));
+  for (const std::string recNo : {"99", "100", "98"}) {
+    ASSERT_EQ(World.Store.RestoreRecord(recNo), RunTimeError::None) << recNo;
+  }
+  EXPECT_TRUE(CheckInvariants(World));
+}
+
+TEST_F(DeletedListTest, ADiskFaultIsToldAsSuch) {
+  World.Add("", "M");
+  AddDeleted({"A"});
+  for (int call = 1; call < 4; ++call) {
+    World.Machine.FailAt(call, RunTimeError::NotReady, true);
+    EXPECT_EQ(World.Store.RestoreRecord("1"), RunTimeError::NotReady) << call;
+    EXPECT_EQ(World.Store.RemoveFromDeletedList("1"), RunTimeError::NotReady) << call;
   }
 }
 
