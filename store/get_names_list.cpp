@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -244,21 +245,33 @@ TextList MakeList(const std::vector<Listed>& found, std::string_view Texts::*tex
   return {store, std::move(texts)};
 }
 
+using Numbers = std::unordered_set<std::int32_t>;
+
+// A stray link may lead into the deleted list.
+void DropDeleted(Walk& walk, const Numbers& deleted) {
+  std::erase_if(walk.Found,
+                [&](const Listed& record) { return deleted.contains(record.Chained->Number); });
+}
+
 // The records below `end` that neither chain leads to, though they are not deleted.
 std::vector<Listed> FindStrays(ListedRecords& records, std::int32_t end, RecordReader& reader,
-                               const std::string& firstDeleted) {
+                               const Numbers& deleted) {
   std::vector<Listed> strays;
   for (std::int32_t number = 0; number < end; ++number) {
     const std::optional<Listed> record = records.Find(number);
     if (!record || record->Chained->IsInNames || record->Chained->IsInCompanies) continue;
     // A section without a display string holds links at most.
-    const std::string_view recNo = record->Shown->RecNo;
-    if (record->Shown->ShowName.empty() || recNo == firstDeleted) continue;
+    if (record->Shown->ShowName.empty() || deleted.contains(number)) continue;
+    const std::string recNo = NumberText(number);
     const bool isDeleted =
         !reader.Value(recNo, "PrevDel").empty() || !reader.Value(recNo, "NextDel").empty();
     if (!isDeleted) strays.push_back(*record);
   }
   return strays;
+}
+
+bool IsOnlyThere(const Listed& companyRecord) {
+  return !companyRecord.Chained->IsInNames;
 }
 
 // Both lists become all records that either way has found, and the strays. False if there are more
@@ -267,7 +280,7 @@ bool Unite(Walk& names, Walk& companies, const std::vector<Listed>& strays,
            const TextComparer& comparer) {
   std::vector<Listed> all = names.Found;
   std::copy_if(companies.Found.begin(), companies.Found.end(), std::back_inserter(all),
-               [](const Listed& record) { return !record.Chained->IsInNames; });
+               IsOnlyThere);
   all.insert(all.end(), strays.begin(), strays.end());
   const auto sorted = [&](std::string_view Texts::*text) {
     std::vector<Listed> list = all;
@@ -292,6 +305,7 @@ void Records::GetNamesList() {
   }
   data_.ListsIncomplete = false;
   linksOutdated_ = false;
+  listsError_ = RunTimeError::None;
   behindNames_.clear();
   behindCompanies_.clear();
   progress_.Begin("Please wait while getting names list...", "Loading Names...");
@@ -312,28 +326,35 @@ void Records::GetNamesList() {
     isWhole = names.Go(records);
     isWhole = companies.Go(records) && isWhole;
   }
-  // A count that is too small shows two different parts of the records; otherwise the two chains
-  // are to hold the same ones.
-  if (isWhole && names.At == Nowhere && companies.At == Nowhere) {
-    isWhole = std::all_of(names.Found.begin(), names.Found.end(),
-                          [](const Listed& record) { return record.Chained->IsInCompanies; });
-  }
+  // Also a count that is too small is to show the same records in both lists.
+  isWhole =
+      isWhole && std::all_of(names.Found.begin(), names.Found.end(),
+                             [](const Listed& record) { return record.Chained->IsInCompanies; });
   if (!isWhole) {
     while (names.Found.size() < MaxRecords && names.Go(records)) {
     }
     while (companies.Found.size() < MaxRecords && companies.Go(records)) {
     }
-    RecordReader reader(profile_, data_.DataPath);
-    const std::int32_t end =
-        std::clamp(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0, ListedRecords::UsualNumbers);
-    const auto strays =
-        FindStrays(records, end, reader, std::string(Trim(ReadHeaderEntry("DelFirstRecord"))));
+    Numbers deleted;
+    listsError_ = ReadDeletedNumbers(deleted);
+    DropDeleted(names, deleted);
+    DropDeleted(companies, deleted);
+    std::vector<Listed> strays;
+    const auto reached = static_cast<std::ptrdiff_t>(names.Found.size()) +
+                         std::count_if(companies.Found.begin(), companies.Found.end(), IsOnlyThere);
+    // Where none is missing, what else stands in the files was left behind on purpose.
+    if (reached < static_cast<std::ptrdiff_t>(count)) {
+      RecordReader reader(profile_, data_.DataPath);
+      const std::int32_t end =
+          std::clamp(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0, ListedRecords::UsualNumbers);
+      strays = FindStrays(records, end, reader, deleted);
+    }
     // What has no place in the lists must not fall out of the chains.
     isTooLong = !Unite(names, companies, strays, comparer_);
     data_.NoOfRecords = static_cast<std::int16_t>(names.Found.size());
     data_.ListsIncomplete = true;
   }
-  listsError_ = records.Error();
+  if (listsError_ == RunTimeError::None) listsError_ = records.Error();
   if (listsError_ == RunTimeError::None && isTooLong) listsError_ = RunTimeError::DeviceError;
   data_.NamesList = MakeList(names.Found, &Texts::ShowName, store);
   data_.NamesRecNo = MakeList(names.Found, &Texts::RecNo, store);

@@ -72,8 +72,9 @@ class Records {
 
   // Reads both lists from the files into memory: exactly NoOfRecords entries of each. Where a chain
   // ends early, runs in a circle or points nowhere, or the two do not hold the same records, takes
-  // every record that either chain reaches or that stands in the files without being deleted,
-  // sorted, sets NoOfRecords to their number and ListsIncomplete. Changes nothing on disk.
+  // every record that either chain reaches and the deleted list does not; if those are fewer than
+  // NoOfRecords, also every other one in the files that is not deleted. Then both lists are sorted,
+  // NoOfRecords is their length, and ListsIncomplete is set. Changes nothing on disk.
   void GetNamesList();
   // Sorts both lists (equal ones keep their order) and, if anything moved, writes every link and
   // the list heads anew as one group. On an error the files are as before and the lists in memory

@@ -12,15 +12,22 @@ namespace quillary {
 
 // The record that follows the listed ones in the files, where the header's count is smaller than
 // the chain is long; empty as a rule. It stays linked, so that no record is lost by a wrong count.
+// A link that its record does not answer, or that leads to a deleted one, is a stray.
 std::string Records::RecordBehind(const Chain& chain, const TextList& recNos) {
-  const std::string link = data_.NoOfRecords < 1 ? ReadHeaderEntry(chain.FirstRecord)
-                                                 : ReadRecordEntry(recNos.back(), chain.Next);
-  std::string recNo(Trim(link));
-  if (recNo.empty() || !ParseRecordNumber(recNo) || !RecordExists(recNo) ||
+  const std::string last(data_.NoOfRecords < 1 ? std::string_view() : Trim(recNos.back()));
+  const std::string recNo(
+      Trim(last.empty() ? ReadHeaderEntry(chain.FirstRecord) : ReadRecordEntry(last, chain.Next)));
+  if (!ParseRecordNumber(recNo) || recNo == Trim(ReadHeaderEntry("DelFirstRecord")) ||
       std::find(recNos.begin(), recNos.end(), recNo) != recNos.end()) {
     return {};
   }
-  return recNo;
+  RecordReader reader(profile_, data_.DataPath);
+  const auto isLink = [&](std::string_view key, std::string_view expected) {
+    return Trim(reader.Value(recNo, key)) == expected;
+  };
+  const bool isBehind = reader.Record(recNo).Exists() && isLink(chain.Prev, last) &&
+                        isLink("PrevDel", "") && isLink("NextDel", "");
+  return isBehind ? recNo : std::string();
 }
 
 void Records::NoteLink(const Chain& chain, const TextList& recNos, std::size_t index,

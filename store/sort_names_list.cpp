@@ -58,8 +58,10 @@ bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, TextList& n
 RunTimeError Records::SortNamesList() {
   progress_.Begin(SortingText, "Sorting Names...");
   // Where the header's count is too small the chains go on; what follows must stay linked.
-  behindNames_ = RecordBehind(NameChain, data_.NamesRecNo);
-  behindCompanies_ = RecordBehind(CompanyChain, data_.CompaniesRecNo);
+  if (!data_.ListsIncomplete) {
+    behindNames_ = RecordBehind(NameChain, data_.NamesRecNo);
+    behindCompanies_ = RecordBehind(CompanyChain, data_.CompaniesRecNo);
+  }
   RunTimeError error = RunTimeError::None;
   if (SortBoth(comparer_, progress_, data_.NamesList, data_.NamesRecNo, data_.CompaniesList,
                data_.CompaniesRecNo)) {

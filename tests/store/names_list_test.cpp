@@ -237,6 +237,17 @@ TEST_F(NamesListTest, DeletedRecordsDoNotComeBackWhereChainsAreBroken) {
   EXPECT_TRUE(CheckInvariants(World));
 }
 
+// An import that replaces all leaves the sections of the old records where they are.
+TEST_F(NamesListTest, RecordsLeftBehindDoNotComeBackWhereNoneIsMissing) {
+  Write({"A", "B", "C"});
+  Set("3", "ShowName", "Old");
+  SetHeader("TotalNoOfRecords", "4");
+  Set("0", "NextName", "2");
+  World.Open();
+  EXPECT_TRUE(Data.ListsIncomplete);
+  EXPECT_EQ(Data.NamesRecNo, (Texts{"0", "1", "2"}));
+}
+
 TEST_F(NamesListTest, WhatCannotBeReadIsNotCutOffByTheNextChange) {
   WriteDataSet(World.Folder.Path(), {.Live = 250});
   const std::string hidden = World.Folder.ReadFile("quill1.dat");

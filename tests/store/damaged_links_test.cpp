@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "platform/numbers.h"
+#include "tests/support/check_invariants.h"
+#include "tests/support/store_world.h"
+
+namespace quillary {
+namespace {
+
+using test::CheckInvariants;
+using test::StoreWorld;
+using RecNos = std::set<std::string>;
+
+struct Damage {
+  std::string RecNo;  // empty: the header
+  std::string Key;
+  std::string Value;
+};
+
+// Every value that one link, head or count can take among a few records.
+std::vector<Damage> AllDamages(int records) {
+  std::vector<std::string> values{"", "77"};
+  for (int n = 0; n < records; ++n) values.push_back(NumberText(n));
+  std::vector<Damage> damages;
+  for (const std::string& value : values) {
+    for (const std::string key : {"NoOfRecords", "TotalNoOfRecords", "DelNoOfRecords",
+                                  "NameFirstRecord", "CompanyFirstRecord", "DelFirstRecord"}) {
+      damages.push_back({"", key, value});
+    }
+    for (int n = 0; n < records; ++n) {
+      for (const std::string key :
+           {"PrevName", "NextName", "PrevCompany", "NextCompany", "PrevDel", "NextDel"}) {
+        damages.push_back({NumberText(n), key, value});
+      }
+    }
+  }
+  return damages;
+}
+
+struct DamagedLinksTest : testing::Test {
+  DamagedLinksTest() {
+    EXPECT_EQ(World.Store.WriteNewHeader(), RunTimeError::None);
+    // Live 0, 2, 4 by name and 4, 2, 0 by company; deleted 6, 5, 3, 1.
+    for (const std::string name : {"B", "C", "D", "E", "F", "G", "H"}) {
+      World.Add("", name, std::string(1, static_cast<char>('Z' - name[0] + 'A')));
+    }
+    for (const std::string recNo : {"1", "3", "5", "6"}) {
+      EXPECT_EQ(World.Delete(recNo), RunTimeError::None);
+    }
+    EXPECT_TRUE(CheckInvariants(World));
+  }
+
+  void Begin(const Damage& damage) {
+    ASSERT_EQ(damage.RecNo.empty()
+                  ? World.Store.WriteHeaderEntry(damage.Key, damage.Value)
+                  : World.Store.WriteRecordEntry(damage.RecNo, damage.Key, damage.Value),
+              RunTimeError::None);
+    Open();
+  }
+  void Open() {
+    World.Open();
+    World.Store.ReadDeletedNamesList();
+  }
+
+  // What the links in the files lead to, whatever the counts say.
+  RecNos Chain(std::string_view first, std::string_view next) {
+    RecNos chain;
+    std::string at = World.Store.ReadHeaderEntry(first);
+    while (World.Store.RecordExists(at) && chain.insert(at).second) {
+      at = World.Store.ReadRecordEntry(at, next);
+    }
+    return chain;
+  }
+  RecNos InChains() {
+    RecNos all = Chain("NameFirstRecord", "NextName");
+    all.merge(Chain("CompanyFirstRecord", "NextCompany"));
+    all.merge(Chain("DelFirstRecord", "NextDel"));
+    return all;
+  }
+  // What the program shows, each record once.
+  RecNos Listed() {
+    const RecNos live(World.Lines.RecNos.begin(), World.Lines.RecNos.end());
+    EXPECT_EQ(live.size(), World.Lines.RecNos.size());
+    if (!live.empty()) {
+      EXPECT_EQ(live, RecNos(World.Data.CompaniesRecNo.begin(), World.Data.CompaniesRecNo.end()));
+    }
+    RecNos listed = live;
+    listed.insert(World.Data.DelRecNo.begin(), World.Data.DelRecNo.end());
+    EXPECT_EQ(listed.size(), live.size() + World.Data.DelRecNo.size()) << "live and deleted";
+    return listed;
+  }
+
+  RunTimeError Change(const std::string& what) {
+    std::string recNo;
+    auto& lines = World.Lines.RecNos;
+    if (what == "add") return World.Add("", "Cc", "", recNo);
+    if (what == "restore") {
+      for (const std::string& deleted : std::vector<std::string>(World.Data.DelRecNo)) {
+        const RunTimeError error = World.Store.RestoreRecord(deleted);
+        if (error != RunTimeError::None) return error;
+      }
+      return RunTimeError::None;
+    }
+    if (lines.empty() || what == "open") return RunTimeError::None;
+    if (what == "edit") {
+      World.Data.FieldValues = {"", "", "Z"};
+      return World.Edit(lines.front());
+    }
+    const RunTimeError error = World.Delete(lines.back());
+    return lines.empty() || error != RunTimeError::None ? error : World.Delete(lines.front());
+  }
+
+  StoreWorld World;
+};
+
+TEST_F(DamagedLinksTest, NoSingleDamageLosesARecordOrMakesOneLiveAndDeleted) {
+  for (const Damage& damage : AllDamages(7)) {
+    const bool isCount = damage.Key.find("NoOf") != std::string::npos;
+    for (const std::string what : {"open", "add", "edit", "delete", "restore"}) {
+      SCOPED_TRACE(what + " after " + damage.RecNo + "." + damage.Key + "=" + damage.Value);
+      // In a group, nothing comes to the disk.
+      const ProfileUpdate dropped(World.Access);
+      Begin(damage);
+      const RecNos before = InChains();
+      EXPECT_EQ(Change(what), RunTimeError::None);
+      Open();
+      RecNos after = Listed();
+      // No more are listed than the header counts.
+      if (isCount) after = InChains();
+      EXPECT_TRUE(std::includes(after.begin(), after.end(), before.begin(), before.end()))
+          << testing::PrintToString(before) << " became " << testing::PrintToString(after);
+      World.Access.AbandonGroup();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillary
