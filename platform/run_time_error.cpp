@@ -51,7 +51,7 @@ std::string RunTimeErrorText(RunTimeError error) {
     case RunTimeError::DiskFull:
       return "the disk is full";
     case RunTimeError::BadRecordNumber:
-      return "the record is no longer where it was";
+      return "another program has changed the data files";
     case RunTimeError::PermissionDenied:
       return "permission was denied";
     case RunTimeError::NotReady:

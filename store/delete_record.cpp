@@ -31,6 +31,10 @@ RunTimeError Records::UnlinkRecord(ProfileUpdate& update, const std::string& rec
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
   const std::optional<ListEntry> entry = FindEntry(AllLists(data_), recNo);
   if (!entry) return RunTimeError::BadRecordNumber;
+  for (const std::size_t side : {0U, 1U}) {
+    const RunTimeError error = CheckPlace(entry->NamePos + side, entry->CompanyPos + side);
+    if (error != RunTimeError::None) return error;
+  }
   UnlinkFrom(NameChain, data_.NamesRecNo, entry->NamePos);
   UnlinkFrom(CompanyChain, data_.CompaniesRecNo, entry->CompanyPos);
   NoteHeaderEntry("NoOfRecords", NumberText(data_.NoOfRecords - 1));

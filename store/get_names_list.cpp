@@ -305,7 +305,7 @@ void Records::GetNamesList() {
   }
   data_.ListsIncomplete = false;
   linksOutdated_ = false;
-  listsError_ = RunTimeError::None;
+  listsError_ = ReadListKeys(readKeys_);
   behindNames_.clear();
   behindCompanies_.clear();
   progress_.Begin("Please wait while getting names list...", "Loading Names...");
@@ -336,7 +336,8 @@ void Records::GetNamesList() {
     while (companies.Found.size() < MaxRecords && companies.Go(records)) {
     }
     Numbers deleted;
-    listsError_ = ReadDeletedNumbers(deleted);
+    const RunTimeError error = ReadDeletedNumbers(deleted);
+    if (listsError_ == RunTimeError::None) listsError_ = error;
     DropDeleted(names, deleted);
     DropDeleted(companies, deleted);
     std::vector<Listed> strays;

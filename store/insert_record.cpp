@@ -58,7 +58,6 @@ RunTimeError Records::InsertRecord(std::string_view RecNo, std::string_view Show
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
 
   const std::string recNo(Trim(RecNo));
-  ClearLinks(recNo);
   const std::int16_t count = std::max<std::int16_t>(data_.NoOfRecords, 0);
   const std::size_t namePos = Position(data_.NamesList, count, [&](const auto& entry) {
     return comparer_.Compare(ShowName, entry) > 0;
@@ -66,6 +65,10 @@ RunTimeError Records::InsertRecord(std::string_view RecNo, std::string_view Show
   const std::size_t companyPos = Position(data_.CompaniesList, count, [&](const auto& entry) {
     return comparer_.Compare(ShowCompany, entry) > 0;
   });
+  if (const RunTimeError error = CheckPlace(namePos, companyPos); error != RunTimeError::None) {
+    return error;
+  }
+  ClearLinks(recNo);
   LinkRecord(NameChain, data_.NamesRecNo, namePos, recNo);
   LinkRecord(CompanyChain, data_.CompaniesRecNo, companyPos, recNo);
   NoteHeaderEntry("NoOfRecords", NumberText(count + 1));

@@ -31,11 +31,7 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   const std::string application = ReadHeaderEntry("Application");
   const std::string count = ReadHeaderEntry("NoOfRecords");
   const bool isOurs = EqualWithoutCase(application, Signature);
-  data_.NoOfRecords = std::max<std::int16_t>(ToInt16(count), 0);
-  // Where the count says nothing, the lists are followed as far as they go.
-  const bool isCount =
-      !Trim(count).empty() && std::isdigit(static_cast<unsigned char>(Trim(count)[0]));
-  if (!isCount && !ReadHeaderEntry(NameChain.FirstRecord).empty()) data_.NoOfRecords = MaxRecords;
+  ReadNoOfRecords();
   if (isOurs && !count.empty() && !ReadHeaderEntry("TotalNoOfRecords").empty()) {
     // Over half of an unfinished change nothing must be built.
     return error == RunTimeError::None;
@@ -73,6 +69,15 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   }
   data_.NoOfRecords = 0;
   return true;
+}
+
+void Records::ReadNoOfRecords() {
+  const std::string count = ReadHeaderEntry("NoOfRecords");
+  data_.NoOfRecords = std::max<std::int16_t>(ToInt16(count), 0);
+  // Where the count says nothing, the lists are followed as far as they go.
+  const bool isCount =
+      !Trim(count).empty() && std::isdigit(static_cast<unsigned char>(Trim(count)[0]));
+  if (!isCount && !ReadHeaderEntry(NameChain.FirstRecord).empty()) data_.NoOfRecords = MaxRecords;
 }
 
 // A header that is about to be emptied may be the only way to records of an older data set.

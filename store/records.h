@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -17,6 +18,8 @@
 
 namespace quillary {
 
+class RecordReader;
+
 // Asked by OpenDataFile when there is no valid header; true means "create a new data set".
 class OpenDataFileHooks {
  public:
@@ -29,6 +32,9 @@ class OpenDataFileHooks {
 //
 // A procedure that writes several entries does so in a ProfileUpdate of its own, which joins the
 // caller's where one is open. When the group fails, files, StoreData and list box are as before.
+//
+// BadRecordNumber says that the lists in memory are not those of the files any more, since another
+// program has changed them: what was asked for is refused until ReadListsAgain.
 class Records {
  public:
   Records(StoreData& data, Profile& profile, const TextComparer& comparer, ProgressHooks& progress,
@@ -81,9 +87,13 @@ class Records {
   // are sorted all the same; the next change writes the links first.
   RunTimeError SortNamesList();
   void SortFilteredList();
+  // What another program has changed meanwhile: reads NoOfRecords and all lists anew, as at a start
+  // of the program, the filtered ones included where the filter is on, and fills the list box.
+  RunTimeError ReadListsAgain();
   // To be called at the start of a group that reads or changes links. If the links in the files are
   // not those of the lists in memory, writes all of them anew. Fails, so that nothing is written,
-  // where the data files are gone or a part of them could not be read.
+  // where the data files are gone or a part of them could not be read, and with BadRecordNumber
+  // where the header is not any more that of the lists in memory.
   RunTimeError RestoreLinks();
   // Fills the list box from the list that ViewMode and FilterOn choose.
   void ShowRecords();
@@ -175,6 +185,12 @@ class Records {
   void NoteHeaderEntry(std::string_view Key, std::string_view Value);
 
   RunTimeError CheckHeader();
+  void ReadNoOfRecords();
+  using ListKeys = std::array<std::string, 5>;
+  RunTimeError ReadListKeys(ListKeys& values);
+  RunTimeError CheckLists();
+  bool IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position);
+  RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos);
   RunTimeError KeepOldHeader();
   RunTimeError FindFreeNumbers(std::size_t count, std::vector<std::string>& numbers);
 
@@ -213,6 +229,7 @@ class Records {
   bool linksOutdated_ = false;
   std::string behindNames_;
   std::string behindCompanies_;
+  ListKeys readKeys_;  // the header's counts and heads when the lists were read
 };
 
 // The display strings of the two lists. All three arguments are trimmed in place.

@@ -61,6 +61,7 @@ void Records::NoteLinks(const std::string& behindNames, const std::string& behin
 RunTimeError Records::RestoreLinks() {
   if (const RunTimeError error = CheckHeader(); error != RunTimeError::None) return error;
   if (listsError_ != RunTimeError::None) return listsError_;
+  if (const RunTimeError error = CheckLists(); error != RunTimeError::None) return error;
   if (!data_.ListsIncomplete && !linksOutdated_) return RunTimeError::None;
   ProfileUpdate update(profile_);
   NoteLinks(behindNames_, behindCompanies_, nullptr);
