@@ -1,8 +1,10 @@
 #include "dialogs/change_dialog.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/desktop/twips.h"
+#include "platform/numbers.h"
 
 namespace quillary {
 
@@ -61,16 +63,18 @@ void ChangeDialog::MakeChange() {
   hub_.SetPanel(1, wording_.Wait);
   pleaseWait_.SetLbl1(wording_.Wait);
 
-  const auto refusal = TryChange();
+  bool comesBack = isShown;
+  const auto refusal = TryChange(comesBack);
   guard_.InUseTimer.start();
   if (refusal.has_value()) {
     pleaseWait_.HideForm();
     hub_.SetPanel(1, QString());
     Tell(*refusal);
-    if (isShown) {
+    if (comesBack) {
       MoveTo(place);
       ComeBack();
     } else {
+      if (isShown) Unload();
       hub_.SetData();
     }
     return;
@@ -82,7 +86,7 @@ void ChangeDialog::MakeChange() {
   hub_.SetData();
 }
 
-std::optional<ChangeDialog::Refusal> ChangeDialog::TryChange() {
+std::optional<ChangeDialog::Refusal> ChangeDialog::TryChange(bool& comesBack) {
   // The timer may have had no turn since the other application started.
   guard_.CheckInUse();
   if (shared_.InUse) {
@@ -95,10 +99,31 @@ std::optional<ChangeDialog::Refusal> ChangeDialog::TryChange() {
   }
   const RunTimeError error = Change();
   if (error == RunTimeError::None) return std::nullopt;
+  QString advice = QStringLiteral("You can try again.");
+  if (error == RunTimeError::BadRecordNumber) {
+    comesBack = FitsNewLists(ReadListsAgain()) && comesBack;
+    advice = QStringLiteral("The list has been read again.");
+  }
   return Refusal{wording_.Title,
-                 QStringLiteral("%1: %2.\rNothing was changed. You can try again.")
-                     .arg(wording_.Failed, QString::fromStdString(RunTimeErrorText(error))),
+                 QStringLiteral("%1: %2.\rNothing was changed. %3")
+                     .arg(wording_.Failed, QString::fromStdString(RunTimeErrorText(error)), advice),
                  MsgIcon::Critical};
+}
+
+// Selects the record that was selected, or else what stands in its place. Whether it is there.
+bool ChangeDialog::ReadListsAgain() {
+  // An order that cannot be stored now is stored with the next change.
+  static_cast<void>(records_.ReadListsAgain());
+  const int count = hub_.ListCount();
+  const int recordNo = ToInt32(shared_.CurRecordNo);
+  int index = 0;
+  while (index < count && hub_.ItemData(index) != recordNo) ++index;
+  const bool isListed = index < count;
+  if (!isListed) index = std::clamp<int>(shared_.CurListIndex, 0, std::max(count - 1, 0));
+  shared_.CurListIndex = static_cast<std::int16_t>(index);
+  hub_.SetData();
+  hub_.EnableMain(false);
+  return isListed;
 }
 
 std::optional<ChangeDialog::Refusal> ChangeDialog::CheckRoom() const {

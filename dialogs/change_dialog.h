@@ -19,7 +19,8 @@ namespace quillary {
 // one change while the please-wait window is up, and closes the dialog.
 //
 // Either the whole change is in the files, or nothing is; then the user is told why, once, and the
-// dialog is back as he left it.
+// dialog is back as he left it. Where another program has changed the data, the lists are read
+// again and the dialog is back only if it still makes sense.
 class ChangeDialog : public Form {
   Q_OBJECT
 
@@ -67,6 +68,9 @@ class ChangeDialog : public Form {
   virtual void Select() = 0;
   // Shows the dialog again after a failure.
   virtual void ComeBack() { ShowForm(); }
+  // Whether it does so after the lists were read again; `isListed` tells whether CurRecordNo is in
+  // the list still.
+  virtual bool FitsNewLists(bool /*isListed*/) const { return false; }
 
   // There is no room for one more record.
   std::optional<Refusal> CheckRoom() const;
@@ -81,7 +85,8 @@ class ChangeDialog : public Form {
   Hub& hub_;
 
  private:
-  std::optional<Refusal> TryChange();
+  std::optional<Refusal> TryChange(bool& comesBack);
+  bool ReadListsAgain();
 
   MsgBoxSnglTxt& msgBoxSnglTxt_;
   PleaseWait& pleaseWait_;

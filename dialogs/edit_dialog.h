@@ -23,6 +23,7 @@ class EditDialog : public RecordDialog {
  protected:
   RunTimeError Change() override;
   void Select() override;
+  bool FitsNewLists(bool isListed) const override { return isListed; }
 
  private:
   bool moved_ = false;  // by the last change

@@ -25,6 +25,7 @@ class NewDialog : public RecordDialog {
   std::optional<Refusal> Check() override;
   RunTimeError Change() override;
   void Select() override { SelectRecord(recNo_); }
+  bool FitsNewLists(bool /*isListed*/) const override { return true; }
 
  private:
   void RemovePrompts();

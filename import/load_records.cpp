@@ -84,9 +84,14 @@ std::optional<QString> RecordsToImportDialog::Import() {
   error = tools_.Store.ImportRecords(
       LinesToImport.size(), [this](std::size_t i) { return ImportRecrods(i); }, choice_.Replace);
   if (error == RunTimeError::None) return std::nullopt;
-  return QStringLiteral("The import failed: %1.\r")
-             .arg(QString::fromStdString(RunTimeErrorText(error))) +
-         assurance;
+  const QString failed = QStringLiteral("The import failed: %1.\r")
+                             .arg(QString::fromStdString(RunTimeErrorText(error)));
+  if (error != RunTimeError::BadRecordNumber) return failed + assurance;
+  static_cast<void>(tools_.Store.ReadListsAgain());
+  tools_.Shared.CurListIndex = 0;
+  tools_.Main.SetData();
+  tools_.Main.EnableMain(false);
+  return failed + QStringLiteral("Nothing was changed. The list has been read again.");
 }
 
 FieldArray RecordsToImportDialog::ImportRecrods(std::size_t lineIndex) const {

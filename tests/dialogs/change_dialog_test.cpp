@@ -1,6 +1,7 @@
 #include <tuple>
 
 #include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/store_world.h"
 
 namespace quillary::test {
 namespace {
@@ -81,6 +82,36 @@ TEST_P(ChangeDialogTest, AFailingDiskChangesNothing) {
     ExpectClosed();
   }
   EXPECT_GT(failures, 5);
+}
+
+TEST_P(ChangeDialogTest, ReadsTheListsAgainWhereAnotherProgramHasChangedThem) {
+  StoreWorld other;
+  other.Data.DataPath = Shared.DataPath;
+  other.Data.DataFile = Shared.DataFile;
+  // What another program deletes while the first or second entry is worked on.
+  for (const std::size_t deleted : {3U, 0U}) {
+    Prepare("Varek");
+    other.Open();
+    ASSERT_EQ(other.Delete(other.Lines.RecNos[deleted]), RunTimeError::None);
+    MsgBoxAnswerer answerer;
+    Click(*Dialog, Button());
+    ASSERT_EQ(answerer.Seen.size(), 1U);
+    EXPECT_TRUE(answerer.Seen[0].second.contains(
+        QStringLiteral(": another program has changed the data files.\n"
+                       "Nothing was changed. The list has been read again.")));
+    other.Open();
+    EXPECT_EQ(ListTexts(), other.Lines.Texts);
+    if (GetParam() > Kind::Edit || (GetParam() == Kind::Edit && deleted == 0)) {
+      ExpectClosed();
+      continue;
+    }
+    ExpectOpen();
+    EXPECT_EQ(BoxText(2), "Varek");
+    Click(*Dialog, Button());
+    ExpectClosed();
+    EXPECT_NE(ListTexts(), other.Lines.Texts);
+    if (GetParam() == Kind::Edit) Shared.CurListIndex = 0;
+  }
 }
 
 TEST_P(ChangeDialogTest, WaitsUntilTheOtherApplicationHasEnded) {

@@ -116,12 +116,19 @@ TEST_F(RestoreDialogTest, NothingIsWrittenWhenItMustNotBe) {
   Shared.NoOfRecords = MaxRecords;
   ExpectRefusal("BtnRestore", "Restore Deleted Record");
   Shared.NoOfRecords = 1;
-  // Another program has restored it meanwhile.
-  EXPECT_EQ(Store.RemoveFromDeletedList("2"), RunTimeError::None);
-  ExpectRefusal("BtnRestore", "Record Not Restored");
   Restore.EnableRestore(false);
   DoubleClick(1);
   ExpectOpen();
+  // Another program has taken it off the list meanwhile, which is a wrong one now.
+  Restore.EnableRestore(true);
+  EXPECT_EQ(Store.RemoveFromDeletedList(Shared.CurDelRecordNo), RunTimeError::None);
+  const std::string files = Files();
+  MsgBoxAnswerer answerer;
+  Click(Restore, "BtnRestore");
+  ASSERT_EQ(answerer.Seen.size(), 1U);
+  EXPECT_EQ(answerer.Seen[0].first, QStringLiteral("Record Not Restored"));
+  ExpectClosed();
+  EXPECT_EQ(Files(), files);
 }
 
 TEST_F(RestoreDialogTest, AnEmptyListOffersNothing) {
