@@ -147,6 +147,13 @@ RunTimeError Records::ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbe
   return list.Error();
 }
 
+// The link that cannot be followed; empty as a rule.
+std::string Records::EndOfDeletedList() {
+  DeletedList list(*this);
+  static_cast<void>(list.All());
+  return list.End();
+}
+
 // Puts a record without links at the front of the deleted list.
 RunTimeError Records::AddToDeletedList(const std::string& recNo, int count) {
   DeletedList list(*this);

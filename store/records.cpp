@@ -1,10 +1,5 @@
 #include "store/records.h"
 
-#include <algorithm>
-#include <limits>
-#include <utility>
-
-#include "platform/numbers.h"
 #include "store/chain.h"
 #include "store/record_reader.h"
 
@@ -76,35 +71,6 @@ RunTimeError Records::CheckHeader() {
 
 bool Records::RecordExists(std::string_view RecNo) {
   return RecordReader(profile_, data_.DataPath).Record(RecNo).Exists();
-}
-
-// The numbers for `count` new records, upward from TotalNoOfRecords.
-RunTimeError Records::FindFreeNumbers(std::size_t count, std::vector<std::string>& numbers) {
-  if (const RunTimeError error = CheckHeader(); error != RunTimeError::None) return error;
-  constexpr std::int64_t Largest = std::numeric_limits<std::int32_t>::max() - 1;
-  std::int64_t number = std::max(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0);
-  RecordReader reader(profile_, data_.DataPath);
-  // A file that should be there and is not may come back, with its own records.
-  const bool isInFile = number % RecordsPerFile != 0;
-  if (isInFile && reader.File(number / RecordsPerFile).Bytes().empty()) {
-    number += RecordsPerFile - number % RecordsPerFile;
-  }
-  for (; numbers.size() < count && number <= Largest; ++number) {
-    std::string text = NumberText(number);
-    if (!reader.Record(text).Exists()) numbers.push_back(std::move(text));
-    if (reader.Error() != RunTimeError::None) return reader.Error();
-  }
-  return numbers.size() == count ? RunTimeError::None : RunTimeError::DeviceError;
-}
-
-RunTimeError Records::NextRecordNumber(std::string& RecNo) {
-  std::vector<std::string> numbers;
-  RunTimeError error = FindFreeNumbers(1, numbers);
-  if (error != RunTimeError::None) return error;
-  const std::int64_t number = ToInt32(numbers.front());
-  error = WriteHeaderEntry("TotalNoOfRecords", NumberText(number + 1));
-  if (error == RunTimeError::None) RecNo = numbers.front();
-  return error;
 }
 
 }  // namespace quillary

@@ -65,7 +65,8 @@ class Records {
   // Whether the record's section is in its file, linked or not.
   bool RecordExists(std::string_view RecNo);
   // The number for a new record: TotalNoOfRecords, or the first one above it that no section
-  // bears, so that a record of an older or damaged data set is never overwritten. Raises
+  // bears, so that a record of an older or damaged data set is never overwritten. A record file
+  // that is missing though links lead into it is left out, as it may come back. Raises
   // TotalNoOfRecords to the number after it; to be called inside the group that writes the record.
   // On an error (no number is left: DeviceError; the data files are gone: FileNotFound) nothing has
   // changed.
@@ -192,6 +193,8 @@ class Records {
   bool IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position);
   RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos);
   RunTimeError KeepOldHeader();
+  bool LinksLeadInto(std::int64_t fileNumber);
+  std::int64_t FirstNewNumber(RecordReader& reader);
   RunTimeError FindFreeNumbers(std::size_t count, std::vector<std::string>& numbers);
 
   std::string RecordBehind(const Chain& chain, const TextList& recNos);
@@ -205,6 +208,7 @@ class Records {
   void UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position);
   RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
   RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers);
+  std::string EndOfDeletedList();
   RunTimeError AddToDeletedList(const std::string& recNo, int count);
   void AddToFilteredLists(ProfileUpdate& update, const std::string& recNo,
                           std::string_view showName, std::string_view showCompany);

@@ -64,6 +64,13 @@ RunTimeError Records::RestoreLinks() {
   if (const RunTimeError error = CheckLists(); error != RunTimeError::None) return error;
   if (!data_.ListsIncomplete && !linksOutdated_) return RunTimeError::None;
   ProfileUpdate update(profile_);
+  // Links into a file that is missing are about to go.
+  RecordReader reader(profile_, data_.DataPath);
+  const std::int64_t number = FirstNewNumber(reader);
+  if (reader.Error() != RunTimeError::None) return reader.Error();
+  if (number > ToInt32(ReadHeaderEntry("TotalNoOfRecords"))) {
+    NoteHeaderEntry("TotalNoOfRecords", NumberText(number));
+  }
   NoteLinks(behindNames_, behindCompanies_, nullptr);
   update.OnUndo([this, wasIncomplete = data_.ListsIncomplete, wereOutdated = linksOutdated_] {
     data_.ListsIncomplete = wasIncomplete;

@@ -168,7 +168,6 @@ TEST_F(DeletedListTest, AWrongCountIsPutRightWithTheNextRestore) {
 
 TEST_F(DeletedListTest, AMissingRecordFileDoesNotCutTheListOff) {
   SetHeader("TotalNoOfRecords", "96");
-  World.Folder.WriteFile("quill0.dat", "[Record0]\n");
   AddDeleted({"E"});
   for (const std::string name : {"A", "B", "C", "D"}) World.Add("", name);
   ASSERT_EQ(World.Delete("99"), RunTimeError::None);
@@ -181,6 +180,7 @@ TEST_F(DeletedListTest, AMissingRecordFileDoesNotCutTheListOff) {
   ASSERT_EQ(World.Store.RestoreRecord("97"), RunTimeError::None);
   EXPECT_EQ(Header("DelNoOfRecords"), "4");
   EXPECT_EQ(Read(), Texts{"98"});
+  EXPECT_EQ(World.Add("", "F"), "200");
   EXPECT_FALSE(std::filesystem::exists(World.Folder.File("quill1.dat")));
 
   World.Folder.WriteFile("quill1.dat", hidden);

@@ -276,12 +276,19 @@ TEST_F(NamesListTest, DataThatVanishAreNotBegunAnew) {
 }
 
 TEST_F(NamesListTest, AMissingRecordFileKeepsItsNumbers) {
-  WriteDataSet(World.Folder.Path(), {.Live = 150});
-  std::filesystem::remove(World.Folder.File("quill1.dat"));
-  World.Open();
-  EXPECT_EQ(World.Lines.Texts.size(), 100U);
-  EXPECT_EQ(World.Add("New", "Person"), "200");
-  EXPECT_FALSE(std::filesystem::exists(World.Folder.File("quill1.dat")));
+  for (const bool deletesFirst : {false, true}) {
+    StoreWorld world;
+    WriteDataSet(world.Folder.Path(), {.Live = 150});
+    std::filesystem::remove(world.Folder.File("quill1.dat"));
+    world.Open();
+    EXPECT_EQ(world.Lines.Texts.size(), 100U);
+    // Writes all links anew, after which none leads there.
+    if (deletesFirst) {
+      ASSERT_EQ(world.Delete("7"), RunTimeError::None);
+    }
+    EXPECT_EQ(world.Add("New", "Person"), "200");
+    EXPECT_FALSE(std::filesystem::exists(world.Folder.File("quill1.dat")));
+  }
 }
 
 TEST_F(NamesListTest, FilesWrittenByHandAreReadAsTheirEntriesAre) {

@@ -87,13 +87,13 @@ TEST_F(RecordsTest, ANewNumberNeverBelongsToARecordOfOldFiles) {
   EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "102");
 
   for (const auto& [total, number] : std::initializer_list<std::pair<std::string, std::string>>{
-           {"-7", "0"}, {"none", "0"}, {"2147483600", "2147483600"}}) {
+           {"-7", "0"}, {"none", "0"}, {"257", "257"}, {"2147483646", "2147483646"}}) {
     ASSERT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", total), RunTimeError::None);
     EXPECT_EQ(Store.NextRecordNumber(recNo), RunTimeError::None);
     EXPECT_EQ(recNo, number);
   }
   EXPECT_EQ(Store.NextRecordNumber(recNo), RunTimeError::DeviceError);
-  EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "2147483601");
+  EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "2147483647");
 }
 
 }  // namespace
