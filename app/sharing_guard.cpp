@@ -31,12 +31,25 @@ RunTimeError SharingGuard::IncrementUses() {
 }
 
 void SharingGuard::CheckInUse() {
-  shared_.InUse = isToBeCounted_ || ReadUses() >= 2;
+  shared_.InUse = isToBeCounted_ || isToBeReset_ || ReadUses() >= 2;
 }
 
 RunTimeError SharingGuard::ResetUses() {
   const RunTimeError error = WriteUses(1);
-  if (error == RunTimeError::None) shared_.InUse = false;
+  if (error != RunTimeError::None) return error;
+  shared_.InUse = false;
+  isCounted_ = true;
+  isToBeCounted_ = false;
+  isToBeReset_ = false;
+  return error;
+}
+
+RunTimeError SharingGuard::TakeOver() {
+  const RunTimeError error = ResetUses();
+  if (error != RunTimeError::None) {
+    isToBeReset_ = true;
+    shared_.InUse = true;
+  }
   return error;
 }
 
@@ -61,7 +74,11 @@ RunTimeError SharingGuard::WriteUses(int uses) {
 
 void SharingGuard::InUseTimer_Timer() {
   const bool wasInUse = shared_.InUse;
-  if (isToBeCounted_) static_cast<void>(IncrementUses());
+  if (isToBeReset_) {
+    static_cast<void>(TakeOver());
+  } else if (isToBeCounted_) {
+    static_cast<void>(IncrementUses());
+  }
   CheckInUse();
   if (shared_.InUse != wasInUse) setReadOnly_();
 }

@@ -25,6 +25,9 @@ class SharingGuard {
   // Makes this program the only user: the counter becomes 1, InUse false. On an error both stay as
   // they are.
   RunTimeError ResetUses();
+  // The same for a header that has just come with a counter of other times. Where it fails, InUse
+  // stays true until it succeeds, which the timer tries again.
+  RunTimeError TakeOver();
   // Takes this program off the counter, which may become negative. Writes the header.
   RunTimeError DecrementUses();
 
@@ -42,6 +45,7 @@ class SharingGuard {
   std::function<void()> setReadOnly_;
   bool isCounted_ = false;
   bool isToBeCounted_ = false;  // IncrementUses failed
+  bool isToBeReset_ = false;    // TakeOver failed
 };
 
 }  // namespace quillary

@@ -89,6 +89,17 @@ TEST_F(SharingGuardTest, AResetThatCannotBeWrittenChangesNothing) {
   std::filesystem::remove_all(folder_.Path());
   EXPECT_NE(guard_.ResetUses(), RunTimeError::None);
   EXPECT_TRUE(shared_.InUse);
+
+  // What it could not take over it does not change either, until it can.
+  shared_.InUse = false;
+  EXPECT_NE(guard_.TakeOver(), RunTimeError::None);
+  guard_.CheckInUse();
+  EXPECT_TRUE(shared_.InUse);
+  std::filesystem::create_directory(folder_.Path());
+  WriteCounter("7");
+  guard_.InUseTimer.start(1);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !shared_.InUse; }));
+  ExpectCounter("1");
 }
 
 TEST_F(SharingGuardTest, TheTimerFollowsTheOtherApplication) {
