@@ -18,6 +18,9 @@ class Opening {
   // Tells the user of damaged data, and of what could not be written: the counter of users, the
   // links of the sorted lists.
   virtual void TellFaults(RunTimeError countError, RunTimeError sortError) = 0;
+  // Whether the program has been asked to end. To be looked at whenever events have run: nothing is
+  // to be done any more then, least of all to the counter of users.
+  virtual bool HasEnded() const = 0;
 };
 
 }  // namespace quillary

@@ -1,8 +1,7 @@
 #include "backup/back_up.h"
 
+#include <QCoreApplication>
 #include <utility>
-
-#include "store/backup.h"
 
 namespace quillary {
 namespace {
@@ -42,13 +41,26 @@ void BackUp::BackUpToDisk() {
            BackUpTitle())) {
     return;
   }
-  while (const std::optional<std::string> folder = backUpFolder_.Choose(BackUpTitle())) {
+  std::optional<std::string> folder =
+      backUpFolder_.Choose(BackUpTitle(), BackUpFolder::Use::BackUp);
+  while (folder && !opening_.HasEnded()) {
     ShowWait(QStringLiteral("Please wait while backing up the data..."));
-    bool isSourceAtFault = false;
-    const RunTimeError error = BackUpFiles(profile_, shared_, *folder, &isSourceAtFault);
+    CopyFault fault = CopyFault::None;
+    const RunTimeError error =
+        BackUpFiles(profile_, shared_, *folder, &fault, [this] { return RunEvents(); });
     EndWait();
-    if (error == RunTimeError::None) return;
-    if (isSourceAtFault) {
+    if (opening_.HasEnded()) return;
+    if (error == RunTimeError::None) {
+      backUpFolder_.Remember();
+      return;
+    }
+    if (fault == CopyFault::NotWhole) {
+      Tell(QStringLiteral("The data files are not complete: some are missing or empty.\r"
+                          "There is no new backup."),
+           BackUpTitle());
+      return;
+    }
+    if (fault == CopyFault::Data) {
       Tell(QStringLiteral("The data files could not be read: %1.\rThere is no new backup.")
                .arg(ErrorText(error)),
            BackUpTitle());
@@ -59,6 +71,7 @@ void BackUp::BackUpToDisk() {
                     QStringLiteral("Drive not ready"))) {
       return;
     }
+    folder = backUpFolder_.ChooseAgain();
   }
 }
 
@@ -72,15 +85,14 @@ void BackUp::RestoreFromDisk() {
            RestoreTitle())) {
     return;
   }
-  std::optional<std::string> folder = backUpFolder_.Choose(RestoreTitle());
-  if (!folder || TellIfInUse() || !CopyAside()) return;
-  if (RestoreFrom(std::move(*folder))) Reload();
+  if (RestoreFrom(backUpFolder_.Choose(RestoreTitle(), BackUpFolder::Use::Restore))) Reload();
 }
 
+// Nobody has answered where the program ended meanwhile.
 bool BackUp::Ask(const QString& text, MsgButtons buttons, const QString& okCaption, MsgIcon icon,
                  const QString& title) {
   msgBoxSnglTxt_.ShowMsg(text, buttons, okCaption, QStringLiteral("Cancel"), icon, title);
-  return shared_.MsgBoxAnswer != 0;
+  return shared_.MsgBoxAnswer != 0 && !opening_.HasEnded();
 }
 
 bool BackUp::AskToRetry(const QString& text, const QString& title) {
@@ -92,16 +104,32 @@ void BackUp::Tell(const QString& text, const QString& title) {
                          title);
 }
 
+// The timer writes at times, which must not happen to files that are being replaced.
 void BackUp::ShowWait(const QString& text) {
+  guard_.InUseTimer.stop();
   hub_.BringToFront();
   pleaseWait_.ShowPleaseWait();
   pleaseWait_.SetLbl1(text);
+  sinceEvents_.start();
 }
 
 void BackUp::EndWait() {
   pleaseWait_.HideForm();
+  if (opening_.HasEnded()) return;
   hub_.EnableMain(true);
   hub_.BringToFront();
+  guard_.InUseTimer.start();
+}
+
+bool BackUp::RunEvents() {
+  // Often enough for the eye.
+  constexpr int IntervalMs = 16;
+  if (!opening_.HasEnded() && sinceEvents_.elapsed() >= IntervalMs) {
+    QCoreApplication::processEvents();
+    // Counted from here, so that slow events do not take all the time from the work.
+    sinceEvents_.start();
+  }
+  return !opening_.HasEnded();
 }
 
 // The timer may have had no turn since the other application started.
@@ -114,54 +142,76 @@ bool BackUp::TellIfInUse() {
   return true;
 }
 
-bool BackUp::CopyAside() {
-  ShowWait(QStringLiteral("Please wait. Backing up old data"));
-  const RunTimeError error = BackUpFiles(profile_, shared_, shared_.DataPath);
-  EndWait();
-  return error == RunTimeError::None ||
-         Ask(QStringLiteral("The existing data could not be copied aside: %1.\r"
-                            "If you continue they will be lost!")
-                 .arg(ErrorText(error)),
-             MsgButtons::BothRightDefault, QStringLiteral("Continue"), MsgIcon::Exclamation,
-             RestoreTitle());
+std::optional<RunTimeError> BackUp::Restore(const std::string& folder, CopyFault& fault) {
+  const auto restore = [&](bool copiesAside) {
+    ShowWait(QStringLiteral("Please wait while restoring the data..."));
+    const std::optional<RunTimeError> result = RestoreFiles(
+        profile_, shared_, folder, &fault, [this] { return RunEvents(); }, copiesAside);
+    EndWait();
+    return result;
+  };
+  std::optional<RunTimeError> result = restore(true);
+  if (fault != CopyFault::SafetyCopy || opening_.HasEnded()) return result;
+  const bool goesOn = Ask(QStringLiteral("The existing data could not be copied aside: %1.\r"
+                                         "If you continue they will be lost!")
+                              .arg(ErrorText(*result)),
+                          MsgButtons::BothRightDefault, QStringLiteral("Continue"),
+                          MsgIcon::Exclamation, RestoreTitle());
+  return goesOn && !TellIfInUse() ? restore(false) : result;
 }
 
-bool BackUp::RestoreFrom(std::string folder) {
-  while (true) {
-    ShowWait(QStringLiteral("Please wait while restoring the data..."));
-    const std::optional<RunTimeError> result = RestoreFiles(profile_, shared_, folder);
-    EndWait();
-    bool isOK = false;
-    if (!result) {
-      isOK = AskToRetry(QStringLiteral("There is no valid Quillary data on the disk in the drive. "
-                                       "(Or drive is not ready)\r"
-                                       "Please insert the correct disk."),
-                        QStringLiteral("No valid data"));
-    } else if (*result == RunTimeError::NotReady) {
-      isOK = AskToRetry(QStringLiteral("Drive A: is not ready.\r"
-                                       "Please insert the disk with the data into the drive."),
-                        QStringLiteral("Drive not ready"));
-    } else {
-      if (*result != RunTimeError::None) {
-        Tell(QStringLiteral("The data could not be restored: %1.").arg(ErrorText(*result)),
-             RestoreTitle());
-      }
+// Where nothing was restored because of the disk; false: the user gave up.
+bool BackUp::AskForOther(const std::optional<RunTimeError>& result, CopyFault fault) {
+  if (!result) {
+    return AskToRetry(QStringLiteral("There is no valid Quillary data on the disk in the drive. "
+                                     "(Or drive is not ready)\r"
+                                     "Please insert the correct disk."),
+                      QStringLiteral("No valid data"));
+  }
+  if (*result == RunTimeError::NotReady) {
+    return AskToRetry(QStringLiteral("Drive A: is not ready.\r"
+                                     "Please insert the disk with the data into the drive."),
+                      QStringLiteral("Drive not ready"));
+  }
+  const QString what =
+      fault == CopyFault::Unfinished
+          ? QStringLiteral(
+                "A backup was stopped and cannot be completed now: %1.\r"
+                "Please make the disk writable.")
+          : QStringLiteral("The disk could not be read: %1.\rPlease insert the correct disk.");
+  return AskToRetry(what.arg(ErrorText(*result)), RestoreTitle());
+}
+
+bool BackUp::RestoreFrom(std::optional<std::string> folder) {
+  while (folder && !opening_.HasEnded()) {
+    if (TellIfInUse()) return false;
+    CopyFault fault = CopyFault::None;
+    const std::optional<RunTimeError> result = Restore(*folder, fault);
+    if (opening_.HasEnded() || fault == CopyFault::SafetyCopy) return false;
+    if (fault == CopyFault::None) {
+      backUpFolder_.Remember();
       return true;
     }
-    if (!isOK) return false;
-    std::optional<std::string> other = backUpFolder_.Choose(RestoreTitle());
-    if (!other || TellIfInUse()) return false;
-    folder = std::move(*other);
+    if (fault == CopyFault::Data) {
+      Tell(QStringLiteral("The data could not be restored: %1.").arg(ErrorText(*result)),
+           RestoreTitle());
+      return true;
+    }
+    if (!AskForOther(result, fault)) return false;
+    folder = backUpFolder_.ChooseAgain();
   }
+  return false;
 }
 
 // Also after a restore that failed: what it left undone is completed when the files are opened.
 void BackUp::Reload() {
+  if (opening_.HasEnded()) return;
   guard_.InUseTimer.stop();
   percent_.ShowProgressWindow();
   percent_.SetLblPercnt(QStringLiteral("Loading Names..."));
   shared_.FilterOn = false;
-  if (!opening_.OpenDataFile()) {
+  const bool isOpen = opening_.OpenDataFile();
+  if (!isOpen || opening_.HasEnded()) {
     percent_.HideForm();
     commands_.ExitApplication();
     return;
@@ -172,16 +222,18 @@ void BackUp::Reload() {
   records_.ShowRecords();
   shared_.CurListIndex = 0;
   percent_.HideForm();
+  if (opening_.HasEnded()) return;
 
   // The counter came with the copy.
-  const RunTimeError countError = guard_.ResetUses();
+  const RunTimeError countError = guard_.TakeOver();
   guard_.CheckInUse();
-  if (shared_.InUse) opening_.WarnInUse();
+  if (shared_.InUse && countError == RunTimeError::None) opening_.WarnInUse();
+  if (opening_.HasEnded()) return;
   opening_.SetReadOnly();
   hub_.BringToFront();
   hub_.SetData();
   opening_.TellFaults(countError, sortError);
-  guard_.InUseTimer.start();
+  if (!opening_.HasEnded()) guard_.InUseTimer.start();
 }
 
 }  // namespace quillary

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include "auxiliary/percent.h"
 #include "auxiliary/please_wait.h"
 #include "backup/back_up_folder.h"
+#include "store/backup.h"
 #include "store/profile.h"
 #include "store/records.h"
 
@@ -21,9 +23,10 @@ namespace quillary {
 // The commands "Create BackUp" and "Restore from BackUp": the data files are copied to a folder
 // that the user chooses, and back. The texts speak of the disk in drive A:, whose place it takes.
 //
-// A backup is whole, or what was there before it. A restore replaces all data files or none; before
-// it the data there are copied aside, in their own folder, and the user is asked where that cannot
-// be done.
+// A backup is whole, or what was there before it. A restore replaces all data files or none; with
+// it the data that were there are copied aside, in their own folder, and the user is asked where
+// that cannot be done. Copies made in this way can be restored, too. Events run while files are
+// copied; if the program is asked to end then, nothing is copied.
 class BackUp {
  public:
   BackUp(SharedData& shared, Profile& profile, Records& records, SharingGuard& guard, Hub& hub,
@@ -43,9 +46,12 @@ class BackUp {
   void ShowWait(const QString& text);
   void EndWait();
   bool TellIfInUse();
-  bool CopyAside();
+  // Lets events run now and then; false when the program is to end.
+  bool RunEvents();
+  std::optional<RunTimeError> Restore(const std::string& folder, CopyFault& fault);
+  bool AskForOther(const std::optional<RunTimeError>& result, CopyFault fault);
   // False: the user gave up, and nothing was changed.
-  bool RestoreFrom(std::string folder);
+  bool RestoreFrom(std::optional<std::string> folder);
   void Reload();
 
   SharedData& shared_;
@@ -59,6 +65,7 @@ class BackUp {
   PleaseWait& pleaseWait_;
   Percent& percent_;
   BackUpFolder& backUpFolder_;
+  QElapsedTimer sinceEvents_;
 };
 
 }  // namespace quillary

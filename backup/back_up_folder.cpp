@@ -25,6 +25,32 @@ QPushButton* MakeButton(QWidget* parent, const QString& name, const QString& cap
   return button;
 }
 
+bool IsFolder(const QString& path) {
+  return QDir::isAbsolutePath(path) && QFileInfo(path).isDir();
+}
+
+// Blanks and quotation marks around a path came with it from elsewhere, unless there is such a
+// folder. What does not begin at the root begins at home.
+QString MeantFolder(const QString& typed) {
+  if (IsFolder(typed)) return typed;
+  QString path = typed.trimmed();
+  for (const QChar mark : {QLatin1Char('"'), QLatin1Char('\'')}) {
+    if (path.size() > 2 && path.startsWith(mark) && path.endsWith(mark)) {
+      path = path.mid(1, path.size() - 2);
+    }
+  }
+  if (path == QLatin1String("~") || path.startsWith(QLatin1String("~/"))) {
+    path = QDir::homePath() + path.mid(1);
+  }
+  return QDir::cleanPath(QDir::home().absoluteFilePath(path));
+}
+
+std::string AsProgramFolder(const QString& path) {
+  std::string folder = ProgramPath(path.toStdString());
+  if (!folder.ends_with('\\')) folder += '\\';
+  return folder;
+}
+
 }  // namespace
 
 BackUpFolder::BackUpFolder(SharedData& shared, Profile& profile, Hub& hub,
@@ -48,7 +74,7 @@ BackUpFolder::BackUpFolder(SharedData& shared, Profile& profile, Hub& hub,
   CboFolder->setCompleter(nullptr);
   LayOut();
   connect(CboFolder, &QComboBox::editTextChanged, BtnOK,
-          [this](const QString& text) { BtnOK->setEnabled(!text.isEmpty()); });
+          [this](const QString& text) { BtnOK->setEnabled(!text.trimmed().isEmpty()); });
   connect(BtnBrowse, &QPushButton::clicked, this, &BackUpFolder::BtnBrowse_Click);
   connect(BtnOK, &QPushButton::clicked, this, &BackUpFolder::BtnOK_Click);
   connect(BtnCancel, &QPushButton::clicked, this, &BackUpFolder::Unload);
@@ -79,34 +105,58 @@ void BackUpFolder::LayOut() {
   grid->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-std::optional<std::string> BackUpFolder::Choose(const QString& title) {
+std::optional<std::string> BackUpFolder::Choose(const QString& title, Use use) {
   setWindowTitle(title);
+  use_ = use;
+  tried_.clear();
+  return ChooseAgain();
+}
+
+std::optional<std::string> BackUpFolder::ChooseAgain() {
   Form_Load();
   MoveToCentre(hub_.MainGeometry());
   ShowModal();
   return std::exchange(chosen_, std::nullopt);
 }
 
+// The data's own folder is no place for a backup.
+void BackUpFolder::Remember() {
+  if (tried_.isEmpty() || IsDataFolder(profile_, shared_, AsProgramFolder(tried_))) return;
+  // Without the entry the user chooses again the next time.
+  static_cast<void>(
+      profile_.WriteEntry(shared_.PrefsFile, shared_.PrefsSection, Key, tried_.toStdString()));
+}
+
+void BackUpFolder::Offer(const QString& folder) {
+  const bool isThere = CboFolder->findText(folder, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0;
+  if (!folder.isEmpty() && !isThere) CboFolder->addItem(folder);
+}
+
 void BackUpFolder::Form_Load() {
   chosen_.reset();
   CboFolder->clear();
   for (const Volume& volume : mountedVolumes_()) {
-    if (volume.IsRemovable) CboFolder->addItem(volume.Path);
+    if (volume.IsRemovable) Offer(volume.Path);
   }
   const QString last =
       QString::fromStdString(profile_.ReadEntry(shared_.PrefsFile, shared_.PrefsSection, Key));
-  if (!last.isEmpty() && CboFolder->findText(last, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0) {
-    CboFolder->addItem(last);
-  }
+  Offer(tried_);
+  Offer(last);
   // A medium that is there now comes before one that is not.
-  const bool isLastThere = !last.isEmpty() && QFileInfo(last).isDir();
-  CboFolder->setEditText(isLastThere ? last : CboFolder->itemText(0));
+  QString first = CboFolder->itemText(0);
+  if (use_ == Use::Restore && HasSafetyCopy(profile_, shared_)) {
+    Offer(QDir::cleanPath(QString::fromStdString(profile_.HostPath(shared_.DataPath))));
+  }
+  for (const QString& folder : {last, tried_}) {
+    if (!folder.isEmpty() && QFileInfo(folder).isDir()) first = folder;
+  }
+  CboFolder->setEditText(first);
   CboFolder->lineEdit()->selectAll();
-  BtnOK->setEnabled(!CboFolder->currentText().isEmpty());
+  BtnOK->setEnabled(!first.isEmpty());
 }
 
 void BackUpFolder::BtnBrowse_Click() {
-  const QString typed = CboFolder->currentText();
+  const QString typed = MeantFolder(CboFolder->currentText());
   const QString start = QFileInfo(typed).isDir() ? typed : QDir::homePath();
   const QString folder = QFileDialog::getExistingDirectory(this, windowTitle(), start);
   if (folder.isEmpty()) return;
@@ -115,18 +165,16 @@ void BackUpFolder::BtnBrowse_Click() {
 }
 
 void BackUpFolder::BtnOK_Click() {
-  const std::string typed = CboFolder->currentText().toStdString();
-  std::string folder = ProgramPath(typed);
-  if (!folder.ends_with('\\')) folder += '\\';
-  if (IsDataFolder(profile_, shared_, folder)) {
+  const QString meant = MeantFolder(CboFolder->currentText());
+  std::string folder = AsProgramFolder(meant);
+  if (use_ == Use::BackUp && IsDataFolder(profile_, shared_, folder)) {
     msgBoxSnglTxt_.ShowMsg(QStringLiteral("This is the folder of the data files.\r"
                                           "Please choose another one."),
                            MsgButtons::Left, QStringLiteral("OK"), QString(), MsgIcon::Exclamation,
                            windowTitle());
     return;
   }
-  // Without the entry the user chooses again the next time.
-  static_cast<void>(profile_.WriteEntry(shared_.PrefsFile, shared_.PrefsSection, Key, typed));
+  tried_ = meant;
   chosen_ = std::move(folder);
   Unload();
 }

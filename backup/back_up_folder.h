@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QPushButton>
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -18,8 +19,9 @@
 namespace quillary {
 
 // Where a diskette would be put into the drive: the user says which folder is meant. Offers the
-// removable media and the folder that was chosen last, which is kept in the preferences
-// ("BackUpFolder"); any other can be typed or looked for. The folder of the data files is refused.
+// removable media and the folder that proved good last, which is kept in the preferences
+// ("BackUpFolder"); any other can be typed or looked for. The folder of the data files is refused
+// for a backup; for a restore it is offered where copies stand beside the data.
 class BackUpFolder : public Form {
   Q_OBJECT
 
@@ -27,12 +29,19 @@ class BackUpFolder : public Form {
   BackUpFolder(SharedData& shared, Profile& profile, Hub& hub, MsgBoxSnglTxt& msgBoxSnglTxt,
                std::function<std::vector<Volume>()> mountedVolumes = MountedVolumes);
 
+  enum class Use : std::uint8_t { BackUp, Restore };
+
   // Centred over the main window; returns when it is closed: the folder, which need not exist, as a
   // program path that ends in a backslash, or nothing if the user gave up.
-  std::optional<std::string> Choose(const QString& title);
+  std::optional<std::string> Choose(const QString& title, Use use);
+  // The same question once more, with what was answered to it before.
+  std::optional<std::string> ChooseAgain();
+  // To be called when the folder that was chosen last proved good.
+  void Remember();
 
  private:
   void LayOut();
+  void Offer(const QString& folder);
   void Form_Load();
   void BtnBrowse_Click();
   void BtnOK_Click();
@@ -43,6 +52,8 @@ class BackUpFolder : public Form {
   MsgBoxSnglTxt& msgBoxSnglTxt_;
   std::function<std::vector<Volume>()> mountedVolumes_;
   std::optional<std::string> chosen_;
+  Use use_ = Use::BackUp;
+  QString tried_;  // what chosen_ was last, a path of the host
 
   QComboBox* CboFolder;
   QPushButton* BtnBrowse;

@@ -65,8 +65,6 @@ class Forms : public Commands, public Opening {
   Welcome& Splash();
   void CloseWelcome() { welcome_.reset(); }
 
-  bool HasEnded() const { return hasEnded_; }
-
   // Commands
   void ShowNewDialog() override;
   void ShowDuplicateDialog() override;
@@ -89,6 +87,7 @@ class Forms : public Commands, public Opening {
   void WarnInUse() override;
   void SetReadOnly() override;
   void TellFaults(RunTimeError countError, RunTimeError sortError) override;
+  bool HasEnded() const override { return hasEnded_; }
 
  private:
   NewDialog& New();

@@ -61,6 +61,20 @@ RunTimeError FolderResultOf(int result) {
   return ResultOf(result);
 }
 
+// The descriptor of a regular file, or -1.
+int OpenToRead(const std::string& path, struct stat& status, RunTimeError& error) {
+  // Without O_NONBLOCK the opening of a FIFO would wait for someone to write into it.
+  const int number =
+      Repeat([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK); });
+  error = ResultOf(number);
+  if (number < 0) return number;
+  error = ResultOf(fstat(number, &status));
+  if (error == RunTimeError::None && !S_ISREG(status.st_mode)) error = RunTimeError::PathAccess;
+  if (error == RunTimeError::None) return number;
+  close(number);
+  return -1;
+}
+
 // Closes a descriptor of which nothing is expected any more.
 class Descriptor {
  public:
@@ -93,14 +107,10 @@ RunTimeError HostDisk::Stamp(const std::string& path, FileStamp& stamp) {
 }
 
 RunTimeError HostDisk::Read(const std::string& path, std::string& bytes, FileStamp& stamp) {
-  // Without O_NONBLOCK the opening of a FIFO would wait for someone to write into it.
-  const Descriptor file(
-      Repeat([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK); }));
-  if (file.Number() < 0) return RunTimeErrorOf(errno);
-
   struct stat status = {};
-  if (fstat(file.Number(), &status) != 0) return RunTimeErrorOf(errno);
-  if (!S_ISREG(status.st_mode)) return RunTimeError::PathAccess;
+  RunTimeError error = RunTimeError::None;
+  const Descriptor file(OpenToRead(path, status, error));
+  if (error != RunTimeError::None) return error;
 
   // One byte more than the size, so that a file which did not grow needs no second buffer.
   std::string read(static_cast<std::size_t>(status.st_size) + 1, '\0');
@@ -117,6 +127,23 @@ RunTimeError HostDisk::Read(const std::string& path, std::string& bytes, FileSta
   bytes = std::move(read);
   stamp = StampOf(status);
   return RunTimeError::None;
+}
+
+RunTimeError HostDisk::Open(const std::string& path, int& handle, FileStamp& stamp) {
+  struct stat status = {};
+  RunTimeError error = RunTimeError::None;
+  const int number = OpenToRead(path, status, error);
+  if (error != RunTimeError::None) return error;
+  handle = number;
+  stamp = StampOf(status);
+  return error;
+}
+
+RunTimeError HostDisk::ReadPart(int handle, std::size_t most, std::string& bytes) {
+  bytes.resize(most);
+  const ssize_t got = Repeat([&] { return ::read(handle, bytes.data(), bytes.size()); });
+  bytes.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
+  return got < 0 ? RunTimeErrorOf(errno) : RunTimeError::None;
 }
 
 RunTimeError HostDisk::List(const std::string& folder, std::vector<std::string>& names) {

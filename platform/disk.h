@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -38,6 +39,10 @@ class Disk {
   virtual RunTimeError Stamp(const std::string& path, FileStamp& stamp) = 0;
   // The whole file, and its stamp from before the first byte was read.
   virtual RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) = 0;
+  // Opens a file for reading; the stamp is from before the first byte is read.
+  virtual RunTimeError Open(const std::string& path, int& handle, FileStamp& stamp) = 0;
+  // The next bytes of the file, `most` at most; none at its end.
+  virtual RunTimeError ReadPart(int handle, std::size_t most, std::string& bytes) = 0;
   // The names in a folder, without "." and "..", in no particular order.
   virtual RunTimeError List(const std::string& folder, std::vector<std::string>& names) = 0;
 
@@ -70,6 +75,8 @@ class HostDisk : public Disk {
  public:
   RunTimeError Stamp(const std::string& path, FileStamp& stamp) override;
   RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) override;
+  RunTimeError Open(const std::string& path, int& handle, FileStamp& stamp) override;
+  RunTimeError ReadPart(int handle, std::size_t most, std::string& bytes) override;
   RunTimeError List(const std::string& folder, std::vector<std::string>& names) override;
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
   RunTimeError Write(int handle, std::string_view bytes) override;

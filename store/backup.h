@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -13,21 +14,44 @@ namespace quillary {
 // are found without regard to case, and what has the name already is replaced. Other files stay,
 // older copies of files that are no more among them. Folders are program paths that end in a
 // separator. Not to be called inside a group.
+//
+// A set of files is whole if it has a header as OpenDataFile would take it, and the file of every
+// record in its list, none of them empty. What is not whole is neither backed up nor restored.
+
+// What an error of a backup or a restore has to do with.
+enum class CopyFault : std::uint8_t {
+  None,
+  Data,        // the data files could not be read for a backup, or not be written by a restore
+  NotWhole,    // the data files are not whole
+  Medium,      // the copies could not be written by a backup, or not be read for a restore
+  Unfinished,  // with the copies is a backup that was stopped, which cannot be completed
+  SafetyCopy,  // the data could not be copied aside
+};
 
 // Copies every "*.dat" of DataPath to `Destination`, or to DataPath itself: all of them, durably,
-// or (on an error) none. `isSourceAtFault` tells whether it was the data files that could not be
-// read; no header, or one that OpenDataFile would not take, is such a fault (FileNotFound).
+// or (on an error) none. Copies beside the data may lack files as the data do; but without a header
+// they are not made (FileNotFound). `goesOn`: see Profile::CopyFiles.
 RunTimeError BackUpFiles(Profile& profile, const StoreData& data, std::string_view Destination,
-                         bool* isSourceAtFault = nullptr);
+                         CopyFault* fault = nullptr, const Profile::GoesOn& goesOn = {});
 
-// Copies every "*.old" of `Source` back, in place of the data files: all of them, durably, or none.
-// Nothing: there is no such copy of a header as OpenDataFile would take, or the file of a record in
-// its list is missing or empty. NotReady: the copies could not be read. With any other error
-// DataPath could not be written. Where that happened while the files were given their names
-// already, the next opening (Profile::Recover) goes on with it. Nothing in memory changes: the data
-// files are to be opened anew, whatever the result.
+// Copies every "*.old" of `Source` back, in place of the data files, which are copied aside
+// (NAME.OLD in DataPath) unless `copiesAside` is false: all of that, durably, or nothing of it. So
+// the copies in DataPath itself can be the source; they and the data change places.
+//
+// No result: the copies in `Source` are not whole, or there is no such folder. NotReady with the
+// fault Medium: the copies were there and are there no more. Where DataPath failed while the files
+// were given their names already, the next opening (Profile::Recover) goes on with it. Nothing in
+// memory changes: the data files are to be opened anew, whatever the result.
+//
+// A data file takes the name that the data file in use has; where there was none it is NAME.DAT. A
+// file whose name differs from one in use by case alone is out of use: it becomes name.spare.
 std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data,
-                                         std::string_view Source);
+                                         std::string_view Source, CopyFault* fault = nullptr,
+                                         const Profile::GoesOn& goesOn = {},
+                                         bool copiesAside = true);
+
+// Whether there is a header among the copies beside the data files.
+bool HasSafetyCopy(Profile& profile, const StoreData& data);
 
 // Whether a folder is the one of the data files, by whatever name.
 bool IsDataFolder(Profile& profile, const StoreData& data, std::string_view Folder);

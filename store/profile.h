@@ -75,13 +75,30 @@ class Profile {
     std::string From;
     std::string To;
   };
+  // Where a copying failed: at the file of that index, or with all of them together (their number),
+  // and whether it was the reading.
+  struct CopyFailure {
+    std::size_t Index = 0;
+    bool IsRead = false;
+  };
+  // Asked now and then in the middle of long work, also to let events run; false: the work is to be
+  // given up. What runs in it may write nothing to the files at work, unless it returns false.
+  using GoesOn = std::function<bool()>;
+
   // Copies files as they stand on the disk, each in place of one that has the name `To`, as one
-  // group: durably all of them when None is returned. All `To` are in one folder. A file that is
-  // replaced keeps its permissions; a new one is its owner's alone. On an error no file is changed,
-  // or, where the disk failed while the files were given their names, Recover goes on with it;
-  // until then nothing else may be written there. `isReadError` tells whether a file in `From`
-  // could not be read. Not to be called inside a group.
-  RunTimeError CopyFiles(const std::vector<FileCopy>& Copies, bool* isReadError = nullptr);
+  // group: durably all of them when None is returned. All `To` are in one folder; a file may be in
+  // `From` and, for another copy, in `To`. A file that is replaced keeps its permissions; a new one
+  // is its owner's alone. On an error no file is changed, or, where the disk failed while the files
+  // were given their names, Recover goes on with it; until then nothing else may be written there.
+  // Given up (NotReady) nothing is changed. Not to be called inside a group.
+  RunTimeError CopyFiles(const std::vector<FileCopy>& Copies, const GoesOn& goesOn = {},
+                         CopyFailure* failure = nullptr);
+
+  // Gives a file another name in its folder, in place of a file that has it. Not durably.
+  RunTimeError RenameFile(std::string_view File, std::string_view NewName);
+
+  // The host's path for `File`, for people.
+  std::string HostPath(std::string_view File) const { return names_.Find(File); }
 
   // Drops the open group without its undo steps. For a program that ends in the middle of it.
   void AbandonGroup();
@@ -112,7 +129,7 @@ class Profile {
   struct CopiedFile {
     std::string From;
     std::string To;
-    FileStamp Stamp;            // of From, when it was read
+    FileStamp Stamp;            // of From, from before it was read
     std::string TemporaryPath;  // holds the bytes, synced once Handle is closed
     int Handle = -1;
   };
@@ -159,10 +176,12 @@ class Profile {
 
   // profile_copy.cpp
   RunTimeError CheckReplaceable(const std::string& path, unsigned& permissions);
-  RunTimeError StartCopy(CopiedFile& copy, bool& isReadError);
+  RunTimeError CopyBytes(int from, int to, const GoesOn& goesOn, bool& isReadError);
+  RunTimeError StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& isReadError);
   RunTimeError FinishCopies(std::span<CopiedFile* const> copies);
   void DropCopy(CopiedFile& copy);
-  RunTimeError PrepareCopies(std::vector<CopiedFile>& copies, bool& isReadError);
+  RunTimeError PrepareCopies(std::vector<CopiedFile>& copies, const GoesOn& goesOn,
+                             CopyFailure& failure);
   RunTimeError PutCopiesInPlace(std::vector<CopiedFile>& copies);
 
   // profile_recovery.cpp

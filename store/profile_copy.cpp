@@ -11,8 +11,11 @@ namespace quillary {
 namespace {
 
 constexpr unsigned OwnerOnly = 0600;
-// Many files on their way to the disk together arrive sooner than one after the other.
-constexpr std::size_t MostTogether = 100;
+// Many files on their way to the disk together arrive sooner than one after the other; but no
+// events run while they arrive.
+constexpr std::size_t MostTogether = 25;
+// Of a file that is large, for whatever reason.
+constexpr std::size_t PartSize = 1'048'576;
 // How often copying starts again because another program wrote to the same files meanwhile.
 constexpr int MostAttempts = 20;
 
@@ -23,6 +26,9 @@ std::string FolderOf(std::string_view path) {
 std::string NameOf(std::string_view path) {
   return std::string(path.substr(path.rfind('/') + 1));
 }
+
+// What work that was given up comes to.
+constexpr RunTimeError GivenUp = RunTimeError::NotReady;
 
 bool IsMissing(RunTimeError error) {
   return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
@@ -61,6 +67,14 @@ bool Profile::IsSameFolder(std::string_view Folder, std::string_view Other) {
          stamp.Device == other.Device && stamp.Inode == other.Inode;
 }
 
+RunTimeError Profile::RenameFile(std::string_view File, std::string_view NewName) {
+  const std::string path = names_.Find(File);
+  const RunTimeError error = disk_.Rename(path, FolderOf(path).append(NewName));
+  byName_.clear();
+  files_.clear();
+  return error;
+}
+
 // What must be known before the group is decided: afterwards it has to succeed.
 RunTimeError Profile::CheckReplaceable(const std::string& path, unsigned& permissions) {
   permissions = OwnerOnly;
@@ -76,24 +90,39 @@ RunTimeError Profile::CheckReplaceable(const std::string& path, unsigned& permis
   return RunTimeError::None;
 }
 
-// Begins to write the file's bytes, as they are now, beside the file that they are to replace.
-RunTimeError Profile::StartCopy(CopiedFile& copy, bool& isReadError) {
-  DropCopy(copy);
+RunTimeError Profile::CopyBytes(int from, int to, const GoesOn& goesOn, bool& isReadError) {
   std::string bytes;
-  RunTimeError error = disk_.Read(copy.From, bytes, copy.Stamp);
+  while (true) {
+    if (goesOn && !goesOn()) return GivenUp;
+    RunTimeError error = disk_.ReadPart(from, PartSize, bytes);
+    isReadError = error != RunTimeError::None;
+    if (isReadError || bytes.empty()) return error;
+    error = disk_.Write(to, bytes);
+    if (error != RunTimeError::None) return error;
+  }
+}
+
+// Begins to write the file's bytes, as they are now, beside the file that they are to replace.
+RunTimeError Profile::StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& isReadError) {
+  DropCopy(copy);
+  int from = -1;
+  RunTimeError error = disk_.Open(copy.From, from, copy.Stamp);
   isReadError = error != RunTimeError::None;
   if (isReadError) return error;
   unsigned permissions = OwnerOnly;
   error = CheckReplaceable(copy.To, permissions);
-  if (error != RunTimeError::None) return error;
   const std::string path = FolderOf(copy.To) + TemporaryName(NameOf(copy.To), ProcessNumber());
-  error = StartNewFile(path, bytes, permissions, copy.Handle, nullptr);
-  if (error == RunTimeError::PathAccess) {
-    // Left behind by an earlier program that had this program's number.
-    (void)disk_.Remove(path);
-    error = StartNewFile(path, bytes, permissions, copy.Handle, nullptr);
+  if (error == RunTimeError::None) {
+    error = disk_.Create(path, permissions, copy.Handle);
+    if (error == RunTimeError::PathAccess) {
+      // Left behind by an earlier program that had this program's number.
+      (void)disk_.Remove(path);
+      error = disk_.Create(path, permissions, copy.Handle);
+    }
+    if (error == RunTimeError::None) copy.TemporaryPath = path;
   }
-  if (error == RunTimeError::None) copy.TemporaryPath = path;
+  if (error == RunTimeError::None) error = CopyBytes(from, copy.Handle, goesOn, isReadError);
+  (void)disk_.Close(from);
   return error;
 }
 
@@ -118,15 +147,20 @@ void Profile::DropCopy(CopiedFile& copy) {
 }
 
 // Every file is beside its place, as all of them stood together.
-RunTimeError Profile::PrepareCopies(std::vector<CopiedFile>& copies, bool& isReadError) {
+RunTimeError Profile::PrepareCopies(std::vector<CopiedFile>& copies, const GoesOn& goesOn,
+                                    CopyFailure& failure) {
   std::vector<CopiedFile*> due;
   due.reserve(copies.size());
   for (CopiedFile& copy : copies) due.push_back(&copy);
+  const auto at = [&](const CopiedFile* copy) {
+    failure.Index = static_cast<std::size_t>(copy - copies.data());
+  };
   for (int attempt = 0; attempt < MostAttempts && !due.empty(); ++attempt) {
     for (std::size_t begin = 0; begin < due.size(); begin += MostTogether) {
       const std::size_t end = std::min(begin + MostTogether, due.size());
       for (std::size_t i = begin; i < end; ++i) {
-        const RunTimeError error = StartCopy(*due[i], isReadError);
+        at(due[i]);
+        const RunTimeError error = StartCopy(*due[i], goesOn, failure.IsRead);
         if (error != RunTimeError::None) return error;
       }
       const RunTimeError error = FinishCopies(std::span(due).subspan(begin, end - begin));
@@ -134,15 +168,18 @@ RunTimeError Profile::PrepareCopies(std::vector<CopiedFile>& copies, bool& isRea
     }
     due.clear();
     for (CopiedFile& copy : copies) {
+      at(&copy);
       FileStamp stamp;
       const RunTimeError error = disk_.Stamp(copy.From, stamp);
-      isReadError = error != RunTimeError::None;
-      if (isReadError) return error;
+      failure.IsRead = error != RunTimeError::None;
+      if (failure.IsRead) return error;
       if (stamp != copy.Stamp) due.push_back(&copy);
     }
   }
-  isReadError = !due.empty();
-  return due.empty() ? RunTimeError::None : RunTimeError::PermissionDenied;
+  if (due.empty()) return RunTimeError::None;
+  at(due.front());
+  failure.IsRead = true;
+  return RunTimeError::PermissionDenied;
 }
 
 // With the journal on the disk the group is decided, and goes the way of one that was stopped.
@@ -174,10 +211,11 @@ RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies) {
   return error == RunTimeError::None ? error : CompleteJournal(folder);
 }
 
-RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, bool* isReadError) {
-  bool isUnread = false;
-  bool& isSourceAtFault = isReadError != nullptr ? *isReadError : isUnread;
-  isSourceAtFault = false;
+RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, const GoesOn& goesOn,
+                                CopyFailure* failure) {
+  CopyFailure ignored;
+  CopyFailure& failed = failure != nullptr ? *failure : ignored;
+  failed = {Copies.size(), false};
   if (Copies.empty()) return RunTimeError::None;
   RunTimeError error = FinishUnfinished();
   if (error != RunTimeError::None) return error;
@@ -188,8 +226,11 @@ RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, bool* isRea
     copies.push_back({names_.Find(copy.From), names_.Find(copy.To), {}, {}, -1});
     if (FolderOf(copies.back().To) != FolderOf(copies.front().To)) return RunTimeError::PathAccess;
   }
-  error = PrepareCopies(copies, isSourceAtFault);
-  if (error == RunTimeError::None) error = PutCopiesInPlace(copies);
+  error = PrepareCopies(copies, goesOn, failed);
+  if (error == RunTimeError::None) {
+    failed = {Copies.size(), false};
+    error = PutCopiesInPlace(copies);
+  }
   for (CopiedFile& copy : copies) DropCopy(copy);
   // A name that stood for no file, or for one of another case, may have become that of a copy.
   byName_.clear();

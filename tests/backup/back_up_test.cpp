@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <QLineEdit>
+#include <algorithm>
 #include <deque>
 #include <filesystem>
 
@@ -109,6 +110,8 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
 
   std::string Uses() { return Store.ReadHeaderEntry("NoOfUses"); }
   std::string LastFolder() { return Profile.ReadEntry("varek.ini", "QL32", "BackUpFolder"); }
+  bool HasEnded() const override { return Ended; }
+
   bool IsBackedUp(const std::string& folder) { return fs::exists(folder + "/QUILL0.OLD"); }
   // A backup of the data as they are.
   void MakeBackUp() {
@@ -118,6 +121,7 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
   TempFolder Medium;
   std::vector<Volume> Volumes;
   bool CanOpen = true;
+  bool Ended = false;
   std::function<void()> OnOpened;
   std::vector<std::string> Told;
   PleaseWait Waiting{Main};
@@ -131,7 +135,12 @@ TEST_F(BackUpTest, BacksUpToTheFolderThatIsChosenAsOftenAsItTakes) {
   const std::string gone = Medium.File("gone");
   {
     User user;
-    user.Presses("BtnOK").Chooses(gone).Presses("BtnOK").Chooses(Medium.Path());
+    user.Presses("BtnOK").Chooses(gone).Presses("BtnOK").Does([&](QWidget& window) {
+      EXPECT_EQ(Control<QComboBox>(window, "CboFolder").currentText().toStdString(), gone);
+      EXPECT_EQ(LastFolder(), "");
+      Control<QComboBox>(window, "CboFolder").setEditText(QString::fromStdString(Medium.Path()));
+      Click(window, "BtnOK");
+    });
     Commands.BackUpToDisk();
     EXPECT_EQ(user.Seen, (std::vector<std::string>{Insert, "Back Up|", NotReady, "Back Up|"}));
   }
@@ -184,6 +193,7 @@ TEST_F(BackUpTest, RestoresAndShowsWhatWasBackedUp) {
   user.Presses("BtnOK").Chooses(pulledOut.Path());
   user.Presses("BtnOK").Chooses(Medium.Path());
   Commands.RestoreFromDisk();
+  EXPECT_EQ(LastFolder(), Medium.Path());
   EXPECT_EQ(user.Seen, (std::vector<std::string>{Warning, InsertData, Choosing, NoValidData,
                                                  Choosing, DataNotReady, Choosing}));
   EXPECT_EQ(ListTexts(), (std::vector<std::string>{"Lee, Ann", "Ray, Bo"}));
@@ -250,6 +260,87 @@ TEST_F(BackUpTest, ChangesNothingWhileAnotherApplicationUsesTheData) {
   EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD")));
 }
 
+TEST_F(BackUpTest, BringsTheSafetyCopyBack) {
+  MakeBackUp();
+  Add({{FirstName, "Cy"}, {LastName, "Fox"}});
+  Show();
+  const auto restoreFrom = [&](const std::string& folder) {
+    User user;
+    user.Presses("BtnOK").Presses("BtnOK").Does([folder](QWidget& window) {
+      auto& box = Control<QComboBox>(window, "CboFolder");
+      const int offered = box.findText(QString::fromStdString(folder));
+      box.setEditText(offered < 0 ? QString() : box.itemText(offered));
+      EXPECT_NE(offered, -1) << folder;
+      PressKey(window, offered < 0 ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    Commands.RestoreFromDisk();
+  };
+  Volumes = {{QStringLiteral("STICK"), QString::fromStdString(Medium.Path()), true}};
+  restoreFrom(Medium.Path());
+  EXPECT_EQ(ListTexts().size(), 2U);
+  restoreFrom(Folder.Path());
+  EXPECT_EQ(ListTexts().size(), 3U);
+  EXPECT_EQ(LastFolder(), Medium.Path());
+}
+
+TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
+  MakeBackUp();
+  Show();
+  fs::create_directory(Medium.File("quill.jnl"));
+  {
+    User user;
+    user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path()).PressesKey(Qt::Key_Escape);
+    Commands.RestoreFromDisk();
+    EXPECT_EQ(user.Seen.back(), Choosing +
+                                    "A backup was stopped and cannot be completed now: the file or "
+                                    "folder cannot be used under this name.\nPlease make the disk "
+                                    "writable.");
+  }
+  fs::remove(Folder.File("quill0.dat"));
+  User user;
+  user.Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK");
+  Commands.BackUpToDisk();
+  EXPECT_EQ(user.Seen.back(),
+            "Back Up|The data files are not complete: some are missing or empty.\n"
+            "There is no new backup.");
+  EXPECT_EQ(LastFolder(), "");
+}
+
+// Whichever window is open when the program is asked to end, nothing is done after it.
+TEST_F(BackUpTest, AskedToEndItLeavesTheDataAlone) {
+  MakeBackUp();
+  Show();
+  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "0"), RunTimeError::None);
+  const std::string header = Folder.ReadFile("quill.dat");
+  // A copy whose place is taken: nothing can be restored.
+  Medium.WriteFile("SPARE.OLD", "spare");
+  fs::create_directory(Folder.File("SPARE.DAT"));
+  for (std::size_t last = 1; last <= 5; ++last) {
+    Ended = false;
+    User user;
+    const std::vector<User::Action> actions{
+        [](QWidget& window) { Click(window, "BtnOK"); },
+        [](QWidget& window) { Click(window, "BtnOK"); },
+        [&](QWidget& window) {
+          auto& folder = Control<QComboBox>(window, "CboFolder");
+          folder.setEditText(QString::fromStdString(Medium.Path()));
+          Click(window, "BtnOK");
+        },
+        [](QWidget& window) { Click(window, "BtnOK"); }};
+    for (std::size_t i = 1; i <= std::min(last, actions.size()); ++i) {
+      user.Does([this, i, last, act = actions[i - 1]](QWidget& window) {
+        Ended = i == last;
+        act(window);
+      });
+    }
+    OnOpened = [this] { Ended = true; };
+    Commands.RestoreFromDisk();
+    EXPECT_EQ(user.Seen.size(), std::min(last, actions.size()));
+    EXPECT_EQ(Folder.ReadFile("quill.dat"), header) << last;
+    EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD"))) << last;
+  }
+}
+
 TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
   ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
   MakeBackUp();
@@ -262,7 +353,7 @@ TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
     Commands.RestoreFromDisk();
   }
   Disk.Reset();
-  EXPECT_EQ(Told, (std::vector<std::string>{"in use", "not counted"}));
+  EXPECT_EQ(Told, (std::vector<std::string>{"not counted"}));
   EXPECT_FALSE(Control<QPushButton>(Main, "BtnNew").isEnabled());
 
   // Data that cannot be opened: the program ends.
@@ -309,8 +400,10 @@ TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
       dynamic_cast<QDialog&>(window).accept();
     });
     user.Presses("BtnOK");
-    EXPECT_EQ(Chooser.Choose(QStringLiteral("x")), ProgramPath(Medium.Path()) + "\\");
+    EXPECT_EQ(Chooser.Choose(QStringLiteral("x"), BackUpFolder::Use::BackUp),
+              ProgramPath(Medium.Path()) + "\\");
     EXPECT_EQ(user.Seen[1], "x|This is the folder of the data files.\nPlease choose another one.");
+    Chooser.Remember();
   }
   User user;
   user.Does([&](QWidget& window) {
@@ -318,7 +411,48 @@ TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
               (std::vector<std::string>{Medium.Path(), stick.Path(), Medium.Path()}));
     window.close();
   });
-  EXPECT_EQ(Chooser.Choose(QStringLiteral("x")), std::nullopt);
+  EXPECT_EQ(Chooser.Choose(QStringLiteral("x"), BackUpFolder::Use::BackUp), std::nullopt);
+}
+
+TEST_F(BackUpTest, UnderstandsHowPeopleWriteAFolder) {
+  Show();
+  const TempFolder home;
+  fs::create_directory(home.File(" blanks "));
+  const QByteArray oldHome = qgetenv("HOME");
+  qputenv("HOME", QByteArray::fromStdString(home.Path()));
+  const std::pair<std::string, std::string> folders[] = {
+      {"~", home.Path()},
+      {"~/copies", home.File("copies")},
+      {"copies/2", home.File("copies/2")},
+      {" \"" + Medium.Path() + "/\" ", Medium.Path()},
+      {home.File(" blanks "), home.File(" blanks ")}};
+  for (const auto& [typed, meant] : folders) {
+    User user;
+    user.Chooses(typed);
+    EXPECT_EQ(Chooser.Choose(QStringLiteral("x"), BackUpFolder::Use::BackUp),
+              ProgramPath(meant) + "\\");
+  }
+  qputenv("HOME", oldHome);
+}
+
+// The window stays alive, and the program can be asked to end, which drops the copies.
+TEST_F(BackUpTest, EventsRunWhileFilesAreCopied) {
+  Folder.WriteFile("large.dat", "x");
+  fs::resize_file(Folder.File("large.dat"), 300'000'000);
+  Show();
+  int turns = 0;
+  QTimer turn;
+  QObject::connect(&turn, &QTimer::timeout, [&] {
+    if (Waiting.isVisible()) ++turns;
+    EXPECT_TRUE(!Waiting.isVisible() || !Main.isEnabled());
+    Ended = turns == 3;
+  });
+  User user;
+  user.Presses("BtnOK").Chooses(Medium.Path());
+  turn.start(1);
+  Commands.BackUpToDisk();
+  EXPECT_GE(turns, 3);
+  EXPECT_TRUE(fs::is_empty(Medium.Path()));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "store/backup.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <map>
@@ -53,12 +54,18 @@ struct BackupTest : testing::Test {
     }
     return files;
   }
-  RunTimeError BackUp() { return BackUpFiles(World.Access, World.Data, Stick, &IsSourceAtFault); }
-  std::optional<RunTimeError> Restore() { return RestoreFiles(World.Access, World.Data, Stick); }
+  RunTimeError BackUp() { return BackUpFiles(World.Access, World.Data, Stick, &Fault); }
+  std::optional<RunTimeError> Restore() { return RestoreFrom(Stick); }
+  std::optional<RunTimeError> RestoreFrom(const std::string& source) {
+    return RestoreFiles(World.Access, World.Data, source, &Fault);
+  }
   // The checks look for the names that the program itself gives.
   bool DataAreWhole() {
-    std::error_code isNoMore;
-    fs::rename(World.Folder.File("QUILL2.DAT"), World.Folder.File("quill2.dat"), isNoMore);
+    for (const std::string number : {"1", "2"}) {
+      std::error_code isNoMore;
+      fs::rename(World.Folder.File("QUILL" + number + ".DAT"),
+                 World.Folder.File("quill" + number + ".dat"), isNoMore);
+    }
     return test::CheckFiles(World.Folder.Path());
   }
   // A program that is started now.
@@ -67,11 +74,12 @@ struct BackupTest : testing::Test {
   StoreWorld World;
   TempFolder Medium;
   std::string Stick = ProgramPath(Medium.Path()) + "\\";
-  bool IsSourceAtFault = false;
+  CopyFault Fault = CopyFault::None;
 };
 
 TEST_F(BackupTest, CopiesEveryDataFileUnderItsNameInCapitals) {
-  World.Folder.WriteFile("Other.Dat", "other");
+  const std::string other(3'000'000, 'o');
+  World.Folder.WriteFile("Other.Dat", other);
   World.Folder.WriteFile("quill.2020.dat", "[General Info]\nApplication=Quillary\n");
   World.Folder.WriteFile("notes.txt", "no data");
   fs::create_directory(World.Folder.File("photos.dat"));
@@ -83,7 +91,7 @@ TEST_F(BackupTest, CopiesEveryDataFileUnderItsNameInCapitals) {
                                     {"quill0.Old", data.at("quill0.dat")},
                                     {"QUILL1.OLD", data.at("quill1.dat")},
                                     {"QUILL2.OLD", stale},
-                                    {"OTHER.OLD", "other"},
+                                    {"OTHER.OLD", other},
                                     {"letter.txt", "Dear Ann"}}));
   EXPECT_EQ(FilesOf(World.Folder), data);
 
@@ -98,6 +106,7 @@ TEST_F(BackupTest, RestoresEveryCopyAndThePresentProgramSeesIt) {
   World.Open();
   EXPECT_FALSE(World.Store.RecordExists("205"));
   World.Folder.WriteFile("quill7.dat", "[Record700]\n");
+  const Files data = FilesOf(World.Folder);
   fs::permissions(Medium.File("QUILL2.OLD"), fs::perms(0644));
   const Files backup = FilesOf(Medium);
   ASSERT_EQ(Restore(), RunTimeError::None);
@@ -106,13 +115,78 @@ TEST_F(BackupTest, RestoresEveryCopyAndThePresentProgramSeesIt) {
                                           {"quill0.dat", backup.at("QUILL0.OLD")},
                                           {"quill1.dat", backup.at("QUILL1.OLD")},
                                           {"QUILL2.DAT", backup.at("QUILL2.OLD")},
-                                          {"quill7.dat", "[Record700]\n"}}));
+                                          {"quill7.dat", "[Record700]\n"},
+                                          {"QUILL.OLD", data.at("quill.dat")},
+                                          {"QUILL0.OLD", data.at("quill0.dat")},
+                                          {"QUILL1.OLD", data.at("quill1.dat")},
+                                          {"QUILL7.OLD", "[Record700]\n"}}));
   EXPECT_EQ(FilesOf(Medium), backup);
   ASSERT_EQ(World.Store.WriteRecordEntry("205", "Notes", "back again"), RunTimeError::None);
   EXPECT_FALSE(fs::exists(World.Folder.File("quill2.dat")));
   World.Open();
   EXPECT_EQ(World.Data.NoOfRecords, 210);
   EXPECT_TRUE(DataAreWhole());
+}
+
+TEST_F(BackupTest, ASafetyCopyAndTheDataChangePlaces) {
+  ASSERT_EQ(Restore(), RunTimeError::None);
+  const Files restored = FilesOf(World.Folder);
+  ASSERT_EQ(RestoreFrom(World.Data.DataPath), RunTimeError::None);
+  const Files back = FilesOf(World.Folder);
+  for (const std::string name : {"quill", "quill0", "quill1"}) {
+    EXPECT_EQ(back.at(name + ".dat"), restored.at(UpperCase(name) + ".OLD"));
+    EXPECT_EQ(back.at(UpperCase(name) + ".OLD"), restored.at(name + ".dat"));
+  }
+  ASSERT_EQ(RestoreFrom(World.Data.DataPath), RunTimeError::None);
+  World.Open();
+  EXPECT_EQ(World.Data.NoOfRecords, 210);
+  EXPECT_TRUE(DataAreWhole());
+}
+
+// Whatever the file in use is called, it is the one that is replaced.
+TEST_F(BackupTest, OfNamesThatDifferInCaseOneRemains) {
+  World.Folder.WriteFile("QUILL.DAT", "[General Info]\nApplication=Quillary\n");
+  World.Folder.WriteFile("QUILL0.DAT", "spare");
+  fs::rename(World.Folder.File("quill1.dat"), World.Folder.File("Quill1.Dat"));
+  const Files backup = FilesOf(Medium);
+  ASSERT_EQ(Restore(), RunTimeError::None);
+  const Files now = FilesOf(World.Folder);
+  EXPECT_EQ(now.at("quill.dat"), backup.at("QUILL.OLD"));
+  EXPECT_EQ(now.at("quill0.dat"), backup.at("QUILL0.OLD"));
+  EXPECT_EQ(now.at("Quill1.Dat"), backup.at("QUILL1.OLD"));
+  for (const char* name : {"QUILL.DAT", "QUILL0.DAT", "QUILL1.DAT", "quill1.dat"}) {
+    EXPECT_FALSE(now.contains(name)) << name;
+  }
+  EXPECT_EQ(now.at("QUILL0.DAT.spare"), "spare");
+  World.Open();
+  EXPECT_EQ(World.Data.NoOfRecords, 210);
+}
+
+TEST_F(BackupTest, DataThatAreNotWholeReplaceNoBackup) {
+  fs::remove(World.Folder.File("quill1.dat"));
+  const Files before = FilesOf(Medium);
+  EXPECT_NE(BackUp(), RunTimeError::None);
+  EXPECT_EQ(Fault, CopyFault::NotWhole);
+  EXPECT_EQ(FilesOf(Medium), before);
+  // They are copied aside all the same, before something whole takes their place.
+  const std::string damaged = World.Folder.ReadFile("quill0.dat");
+  EXPECT_EQ(Restore(), RunTimeError::None);
+  EXPECT_EQ(World.Folder.ReadFile("QUILL0.OLD"), damaged);
+  EXPECT_TRUE(DataAreWhole());
+}
+
+TEST_F(BackupTest, GivenUpAnywhereNothingIsChanged) {
+  const Files data = FilesOf(World.Folder);
+  const Files medium = FilesOf(Medium);
+  for (int last = 0;; last += 5) {
+    int asked = 0;
+    const auto goesOn = [&] { return asked++ < last; };
+    (void)BackUpFiles(World.Access, World.Data, Stick, nullptr, goesOn);
+    if (FilesOf(Medium) != medium) break;
+    (void)RestoreFiles(World.Access, World.Data, Stick, nullptr, goesOn);
+    EXPECT_EQ(FilesOf(World.Folder), data) << last;
+    ASSERT_LT(last, 1000);
+  }
 }
 
 TEST_F(BackupTest, TakesNothingButAWholeBackupOfItsOwn) {
@@ -150,20 +224,32 @@ TEST_F(BackupTest, TakesNothingButAWholeBackupOfItsOwn) {
 TEST_F(BackupTest, TellsWhoseFaultItIs) {
   World.Machine.FailWrites(RunTimeError::PermissionDenied);
   EXPECT_EQ(BackUp(), RunTimeError::PermissionDenied);
-  EXPECT_FALSE(IsSourceAtFault);
+  EXPECT_EQ(Fault, CopyFault::Medium);
   EXPECT_EQ(Restore(), RunTimeError::PermissionDenied);
+  EXPECT_EQ(Fault, CopyFault::SafetyCopy);
+  const JournalPart part("QUILL.OLD", ".quillary-12-QUILL.OLD.tmp");
+  Medium.WriteFile("quill.jnl", JournalText({&part}));
+  EXPECT_EQ(Restore(), RunTimeError::PermissionDenied);
+  EXPECT_EQ(Fault, CopyFault::Unfinished);
   World.Machine.Reset();
   // A name of the data may be a folder's.
   fs::create_directory(World.Folder.File("QUILL2.DAT"));
   EXPECT_EQ(Restore(), RunTimeError::PathAccess);
+  EXPECT_EQ(Fault, CopyFault::Data);
   fs::remove(World.Folder.File("QUILL2.DAT"));
   fs::create_symlink("pulled out", Medium.File("SPARE.OLD"));
   EXPECT_EQ(Restore(), RunTimeError::NotReady);
+  EXPECT_EQ(Fault, CopyFault::Medium);
+  fs::remove(Medium.File("SPARE.OLD"));
+  ASSERT_EQ(mkfifo(Medium.File("SPARE.OLD").c_str(), 0600), 0);
+  EXPECT_EQ(Restore(), RunTimeError::PathAccess);
+  EXPECT_EQ(Fault, CopyFault::Medium);
+  fs::remove(Medium.File("SPARE.OLD"));
 
   const Files before = FilesOf(Medium);
   fs::remove(World.Folder.File("quill.dat"));
   EXPECT_EQ(BackUp(), RunTimeError::FileNotFound);
-  EXPECT_TRUE(IsSourceAtFault);
+  EXPECT_EQ(Fault, CopyFault::NotWhole);
   EXPECT_EQ(FilesOf(Medium), before);
 }
 
@@ -217,13 +303,14 @@ TEST_F(BackupTest, StoppedAnywhereARestoreIsDoneOrNotAtTheNextOpening) {
     Profile next = NewProgram();
     ASSERT_EQ(next.Recover(World.Data.DataFile), RunTimeError::None);
     const Files now = FilesOf(World.Folder);
-    ASSERT_EQ(now.size(), now.contains("QUILL2.DAT") ? 4U : 3U) << "files left behind";
+    ASSERT_EQ(now.size(), now.contains("QUILL2.DAT") ? 7U : 3U) << "files left behind";
     ASSERT_TRUE(DataAreWhole());
     sawOld |= now == before;
     sawNew |= now != before;
     if (now != before) {
       ASSERT_EQ(now.at("quill1.dat"), Medium.ReadFile("QUILL1.OLD"));
       ASSERT_EQ(now.at("quill.dat"), Medium.ReadFile("QUILL.OLD"));
+      ASSERT_EQ(now.at("QUILL.OLD"), before.at("quill.dat"));
     }
     if (!wasReached) break;
   }

@@ -48,6 +48,16 @@ RunTimeError FaultDisk::Read(const std::string& path, std::string& bytes, FileSt
   return fault == RunTimeError::None ? HostDisk::Read(path, bytes, stamp) : fault;
 }
 
+RunTimeError FaultDisk::Open(const std::string& path, int& handle, FileStamp& stamp) {
+  const RunTimeError fault = Fault();
+  return fault == RunTimeError::None ? HostDisk::Open(path, handle, stamp) : fault;
+}
+
+RunTimeError FaultDisk::ReadPart(int handle, std::size_t most, std::string& bytes) {
+  const RunTimeError fault = Fault();
+  return fault == RunTimeError::None ? HostDisk::ReadPart(handle, most, bytes) : fault;
+}
+
 RunTimeError FaultDisk::List(const std::string& folder, std::vector<std::string>& names) {
   const RunTimeError fault = Fault();
   return fault == RunTimeError::None ? HostDisk::List(folder, names) : fault;

@@ -31,6 +31,8 @@ class FaultDisk : public HostDisk {
 
   RunTimeError Stamp(const std::string& path, FileStamp& stamp) override;
   RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) override;
+  RunTimeError Open(const std::string& path, int& handle, FileStamp& stamp) override;
+  RunTimeError ReadPart(int handle, std::size_t most, std::string& bytes) override;
   RunTimeError List(const std::string& folder, std::vector<std::string>& names) override;
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
   RunTimeError Write(int handle, std::string_view bytes) override;
