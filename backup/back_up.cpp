@@ -46,8 +46,8 @@ void BackUp::BackUpToDisk() {
   while (folder && !opening_.HasEnded()) {
     ShowWait(QStringLiteral("Please wait while backing up the data..."));
     CopyFault fault = CopyFault::None;
-    const RunTimeError error =
-        BackUpFiles(profile_, shared_, *folder, &fault, [this] { return RunEvents(); });
+    const RunTimeError error = BackUpFiles(profile_, shared_, *folder, &fault,
+                                           [this](bool isDecided) { return RunEvents(isDecided); });
     EndWait();
     if (opening_.HasEnded()) return;
     if (error == RunTimeError::None) {
@@ -114,6 +114,8 @@ void BackUp::ShowWait(const QString& text) {
 }
 
 void BackUp::EndWait() {
+  // Clicks and keys that came meanwhile are for windows that take none.
+  QCoreApplication::processEvents();
   pleaseWait_.HideForm();
   if (opening_.HasEnded()) return;
   hub_.EnableMain(true);
@@ -121,11 +123,13 @@ void BackUp::EndWait() {
   guard_.InUseTimer.start();
 }
 
-bool BackUp::RunEvents() {
+bool BackUp::RunEvents(bool isDecided) {
   // Often enough for the eye.
   constexpr int IntervalMs = 16;
   if (!opening_.HasEnded() && sinceEvents_.elapsed() >= IntervalMs) {
-    QCoreApplication::processEvents();
+    // A signal that ends the program arrives by a socket.
+    QCoreApplication::processEvents(isDecided ? QEventLoop::ExcludeSocketNotifiers
+                                              : QEventLoop::AllEvents);
     // Counted from here, so that slow events do not take all the time from the work.
     sinceEvents_.start();
   }
@@ -146,7 +150,8 @@ std::optional<RunTimeError> BackUp::Restore(const std::string& folder, CopyFault
   const auto restore = [&](bool copiesAside) {
     ShowWait(QStringLiteral("Please wait while restoring the data..."));
     const std::optional<RunTimeError> result = RestoreFiles(
-        profile_, shared_, folder, &fault, [this] { return RunEvents(); }, copiesAside);
+        profile_, shared_, folder, &fault, [this](bool isDecided) { return RunEvents(isDecided); },
+        copiesAside);
     EndWait();
     return result;
   };

@@ -46,8 +46,9 @@ class BackUp {
   void ShowWait(const QString& text);
   void EndWait();
   bool TellIfInUse();
-  // Lets events run now and then; false when the program is to end.
-  bool RunEvents();
+  // Lets events run now and then; false when the program is to end. With `isDecided` it learns only
+  // later that it is to end.
+  bool RunEvents(bool isDecided);
   std::optional<RunTimeError> Restore(const std::string& folder, CopyFault& fault);
   bool AskForOther(const std::optional<RunTimeError>& result, CopyFault fault);
   // False: the user gave up, and nothing was changed.

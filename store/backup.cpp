@@ -98,7 +98,7 @@ class FileSet {
     std::string recNo(Trim(HeaderEntry(header, "NameFirstRecord")));
     const std::int16_t count = ToInt16(HeaderEntry(header, "NoOfRecords"));
     for (std::int16_t i = 0; i < count && ParseRecordNumber(recNo); ++i) {
-      if (goesOn && !goesOn()) return false;
+      if (goesOn && !goesOn(false)) return false;
       const ProfileText* const file = RecordFile(RecordFileNumber(recNo));
       if (file == nullptr || file->Bytes().empty()) return false;
       recNo = Trim(file->Value(RecordSection(recNo), "NextName").value_or(std::string()));

@@ -81,9 +81,10 @@ class Profile {
     std::size_t Index = 0;
     bool IsRead = false;
   };
-  // Asked now and then in the middle of long work, also to let events run; false: the work is to be
-  // given up. What runs in it may write nothing to the files at work, unless it returns false.
-  using GoesOn = std::function<bool()>;
+  // Called now and then in the middle of long work, also to let events run. False as an answer: the
+  // work is to be given up. With `isDecided` it cannot be given up any more, and the answer does
+  // not count. What runs in it may read or write nothing at work, unless it answers false.
+  using GoesOn = std::function<bool(bool isDecided)>;
 
   // Copies files as they stand on the disk, each in place of one that has the name `To`, as one
   // group: durably all of them when None is returned. All `To` are in one folder; a file may be in
@@ -182,11 +183,11 @@ class Profile {
   void DropCopy(CopiedFile& copy);
   RunTimeError PrepareCopies(std::vector<CopiedFile>& copies, const GoesOn& goesOn,
                              CopyFailure& failure);
-  RunTimeError PutCopiesInPlace(std::vector<CopiedFile>& copies);
+  RunTimeError PutCopiesInPlace(std::vector<CopiedFile>& copies, const GoesOn& goesOn);
 
   // profile_recovery.cpp
   RunTimeError FinishUnfinished();
-  RunTimeError CompleteJournal(const std::string& folder);
+  RunTimeError CompleteJournal(const std::string& folder, const GoesOn& goesOn = {});
   RunTimeError Complete(const std::string& folder, const JournalFile& entries);
   void SweepTemporaries(const std::string& folder);
 

@@ -93,7 +93,7 @@ RunTimeError Profile::CheckReplaceable(const std::string& path, unsigned& permis
 RunTimeError Profile::CopyBytes(int from, int to, const GoesOn& goesOn, bool& isReadError) {
   std::string bytes;
   while (true) {
-    if (goesOn && !goesOn()) return GivenUp;
+    if (goesOn && !goesOn(false)) return GivenUp;
     RunTimeError error = disk_.ReadPart(from, PartSize, bytes);
     isReadError = error != RunTimeError::None;
     if (isReadError || bytes.empty()) return error;
@@ -111,7 +111,9 @@ RunTimeError Profile::StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& is
   if (isReadError) return error;
   unsigned permissions = OwnerOnly;
   error = CheckReplaceable(copy.To, permissions);
-  const std::string path = FolderOf(copy.To) + TemporaryName(NameOf(copy.To), ProcessNumber());
+  // Another name than that of a write to the file, which may come before this one is in place.
+  const std::string path =
+      FolderOf(copy.To) + TemporaryName(NameOf(copy.To).append(".copy"), ProcessNumber());
   if (error == RunTimeError::None) {
     error = disk_.Create(path, permissions, copy.Handle);
     if (error == RunTimeError::PathAccess) {
@@ -183,7 +185,7 @@ RunTimeError Profile::PrepareCopies(std::vector<CopiedFile>& copies, const GoesO
 }
 
 // With the journal on the disk the group is decided, and goes the way of one that was stopped.
-RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies) {
+RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies, const GoesOn& goesOn) {
   std::vector<JournalPart> parts;
   std::vector<const JournalPart*> places;
   parts.reserve(copies.size());
@@ -207,8 +209,8 @@ RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies) {
     for (CopiedFile& copy : copies) copy.TemporaryPath.clear();
   }
   if (error != RunTimeError::None) return error;
-  error = CompleteJournal(folder);
-  return error == RunTimeError::None ? error : CompleteJournal(folder);
+  error = CompleteJournal(folder, goesOn);
+  return error == RunTimeError::None ? error : CompleteJournal(folder, goesOn);
 }
 
 RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, const GoesOn& goesOn,
@@ -229,7 +231,7 @@ RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, const GoesO
   error = PrepareCopies(copies, goesOn, failed);
   if (error == RunTimeError::None) {
     failed = {Copies.size(), false};
-    error = PutCopiesInPlace(copies);
+    error = PutCopiesInPlace(copies, goesOn);
   }
   for (CopiedFile& copy : copies) DropCopy(copy);
   // A name that stood for no file, or for one of another case, may have become that of a copy.

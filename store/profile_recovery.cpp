@@ -43,7 +43,7 @@ RunTimeError Profile::FinishUnfinished() {
 }
 
 // Brings the folder's files to the state that its journal says, and removes the journal.
-RunTimeError Profile::CompleteJournal(const std::string& folder) {
+RunTimeError Profile::CompleteJournal(const std::string& folder, const GoesOn& goesOn) {
   const std::string journalPath = folder + std::string(JournalName);
   std::string bytes;
   FileStamp stamp;
@@ -55,6 +55,7 @@ RunTimeError Profile::CompleteJournal(const std::string& folder) {
     for (const JournalFile& entries : *journal) {
       error = Complete(folder, entries);
       if (error != RunTimeError::None) return error;
+      if (goesOn) goesOn(true);
     }
     error = disk_.SyncFolder(folder);
     if (error != RunTimeError::None) return error;
