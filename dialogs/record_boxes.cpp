@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/desktop/one_line_text.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
@@ -71,6 +72,7 @@ RecordBoxes::RecordBoxes(QWidget* parent) : QFrame(parent) {
   for (std::size_t i = 0; i < TxtBox.size(); ++i) {
     TxtBox.at(i) = new QLineEdit(this);
     TxtBox.at(i)->setMaxLength(std::numeric_limits<int>::max());
+    KeepToOneLine(*TxtBox.at(i));
     PlaceBox(*TxtBox.at(i), i, kBoxHeight);
   }
   notesBox_ = new MultiLineBox(this);

@@ -15,8 +15,9 @@ namespace quillary {
 // The text boxes of a record's fields with their labels: TxtBox(0) to TxtBox(15) in Frame1, in the
 // order of the fields. A box that gets the focus selects its whole text.
 //
-// A value of any bytes and length survives being shown: as long as the user does not change the
-// text of its box, the value comes back as it went in.
+// The boxes but the last are of one line: a line break or a tab in what the user pastes becomes a
+// blank. A value of any bytes and length survives being shown: as long as the user does not change
+// the text of its box, the value comes back as it went in.
 class RecordBoxes : public QFrame {
   Q_OBJECT
 

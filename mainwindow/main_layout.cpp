@@ -5,6 +5,7 @@
 
 #include "mainwindow/built.h"
 #include "mainwindow/main_dialog.h"
+#include "platform/desktop/one_line_text.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
@@ -85,6 +86,7 @@ void MainDialog::MakeFind() {
   TxtFind = new QLineEdit;
   TxtFind->setObjectName(QStringLiteral("TxtFind"));
   TxtFind->setAccessibleName(QStringLiteral("Text to find"));
+  KeepToOneLine(*TxtFind);
   BtnFind = new CommandButton(QStringLiteral("BtnFind"), QStringLiteral("Find"));
   SrchInLabel = new QLabel(QStringLiteral("Search In:"));
   SrchInLabel->setObjectName(QStringLiteral("SrchInLabel"));

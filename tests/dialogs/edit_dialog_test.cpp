@@ -33,9 +33,11 @@ TEST_F(EditDialogTest, ChangesInPlaceWhatIsNoSortKey) {
   EXPECT_FALSE(Main.isEnabled());
   EXPECT_EQ(BoxText(1) + "|" + BoxText(2) + "|" + BoxText(11), "Ann|Moss|12");
   Type(11, " 34 ");
+  dynamic_cast<QLineEdit&>(Box(12)).insert(QStringLiteral("5\r\n6"));  // pasted
   QTest::keyClick(&Box(11), Qt::Key_Return);
   ExpectClosed();
-  EXPECT_EQ(Stored("1", "Phone1") + "|" + Stored("1", "Title"), " 34 |" + odd);
+  EXPECT_EQ(Stored("1", "Phone1") + "|" + Stored("1", "Phone2"), " 34 |5 6");
+  EXPECT_EQ(Stored("1", "Title"), odd);
   EXPECT_EQ(Folder.ReadFile("quill.dat"), header);
   EXPECT_EQ(Links("1"), "0<1>2 0<1>2");
   EXPECT_EQ(ListTexts(), (Texts{"Lee", "Moss, Ann", "Nash"}));
