@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "app/select_record.h"
+
 namespace quillary {
 
 EditDialog::EditDialog(SharedData& shared, Profile& profile, Records& records, SharingGuard& guard,
@@ -46,7 +48,7 @@ RunTimeError EditDialog::Change() {
 }
 
 void EditDialog::Select() {
-  if (moved_) SelectRecord(shared_.CurRecordNo);
+  if (moved_) SelectRecord(shared_, hub_, shared_.CurRecordNo);
 }
 
 }  // namespace quillary

@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "app/select_record.h"
 #include "platform/numbers.h"
 
 namespace quillary {
@@ -72,6 +73,10 @@ RunTimeError NewDialog::Change() {
     error = records_.InsertRecord(recNo_, typed.ShowName, typed.ShowCompany);
   }
   return error == RunTimeError::None ? update.Commit() : error;
+}
+
+void NewDialog::Select() {
+  SelectRecord(shared_, hub_, recNo_);
 }
 
 }  // namespace quillary

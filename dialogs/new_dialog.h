@@ -24,7 +24,7 @@ class NewDialog : public RecordDialog {
  protected:
   std::optional<Refusal> Check() override;
   RunTimeError Change() override;
-  void Select() override { SelectRecord(recNo_); }
+  void Select() override;
   bool FitsNewLists(bool /*isListed*/) const override { return true; }
 
  private:

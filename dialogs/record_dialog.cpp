@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/desktop/twips.h"
-#include "platform/numbers.h"
 
 namespace quillary {
 
@@ -58,16 +57,6 @@ RecordDialog::Typed RecordDialog::TakeBoxes(ProfileUpdate& update) {
   typed.ShowName = BuildShowName(firstName, lastName, company);
   typed.ShowCompany = BuildShowCompany(firstName, lastName, company);
   return typed;
-}
-
-void RecordDialog::SelectRecord(const std::string& RecNo) {
-  const int recordNo = ToInt32(RecNo);
-  shared_.CurListIndex = 0;
-  for (int i = 0; i < hub_.ListCount(); ++i) {
-    if (hub_.ItemData(i) != recordNo) continue;
-    shared_.CurListIndex = static_cast<std::int16_t>(i);
-    return;
-  }
 }
 
 }  // namespace quillary

@@ -33,8 +33,6 @@ class RecordDialog : public ChangeDialog {
     std::string ShowCompany;
   };
   Typed TakeBoxes(ProfileUpdate& update);
-  // The list's entry of the record, or the first one where the filter hides it.
-  void SelectRecord(const std::string& RecNo);
 
   Profile& profile_;
   RecordBoxes* Frame1;

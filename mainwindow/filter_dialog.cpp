@@ -7,7 +7,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "mainwindow/select_record.h"
+#include "app/select_record.h"
+#include "platform/desktop/one_line_text.h"
 #include "platform/desktop/twips.h"
 #include "platform/text.h"
 
@@ -19,6 +20,7 @@ QLineEdit* MakeBox(const QString& name, const QString& accessibleName) {
   auto* box = new QLineEdit;
   box->setObjectName(name);
   box->setAccessibleName(accessibleName);
+  KeepToOneLine(*box);
   return box;
 }
 
@@ -126,7 +128,7 @@ void FilterDialog::BtnOK_Click() {
     shared_.CurListIndex = 0;
   }
   records_.ShowRecords();
-  if (wasOn && !shared_.FilterOn) SelectCurRecordNo(shared_, hub_);
+  if (wasOn && !shared_.FilterOn) SelectRecord(shared_, hub_, shared_.CurRecordNo);
   hub_.SetPanel(1, QString());
   hub_.SetPanel(2, QString());
   percent_.HideForm();
@@ -140,7 +142,7 @@ void FilterOff(SharedData& shared, Records& records, Hub& hub) {
   if (shared.FilterOn) {
     shared.FilterOn = false;
     records.ShowRecords();
-    SelectCurRecordNo(shared, hub);
+    SelectRecord(shared, hub, shared.CurRecordNo);
   }
   hub.SetData();
 }

@@ -1,5 +1,5 @@
+#include "app/select_record.h"
 #include "mainwindow/main_dialog.h"
-#include "mainwindow/select_record.h"
 
 namespace quillary {
 
@@ -35,7 +35,8 @@ bool MainDialog::BtnCopy_MouseDown(const QMouseEvent& event) {
 }
 
 bool MainDialog::BtnNew_MouseDown(const QMouseEvent& event) {
-  if (!ShiftAlone(event) || shared_.NoOfRecords <= 0) return false;
+  // Without a name to duplicate it is a click like any other.
+  if (!ShiftAlone(event) || !AnythingToShow()) return false;
   commands_->ShowDuplicateDialog();
   return true;
 }
@@ -126,8 +127,7 @@ void MainDialog::SwitchView() {
   shared_.ViewMode = shared_.ViewMode == 0 ? 1 : 0;
   records_->ShowRecords();
   SetPanel(1, QString());
-  shared_.CurListIndex = 0;
-  SelectCurRecordNo(shared_, *this);
+  SelectRecord(shared_, *this, shared_.CurRecordNo);
   SetData();
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+#include "app/hub.h"
+#include "app/shared_data.h"
+
+namespace quillary {
+
+// Makes the list box's line of that record the selected one, CurListIndex; where the list does not
+// show the record, the first line.
+void SelectRecord(SharedData& shared, const Hub& hub, std::string_view RecNo);
+
+}  // namespace quillary
