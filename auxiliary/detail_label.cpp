@@ -57,10 +57,12 @@ void DetailLabel::mouseMoveEvent(QMouseEvent* /*event*/) {
 
 void DetailLabel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  if (colour_ == Colour::Normal || !isEnabled()) {
-    painter.setPen(palette().color(QPalette::WindowText));
+  if (colour_ == Colour::Found) {
+    painter.setPen(QColor(255, 0, 0));
+  } else if (colour_ == Colour::Highlighted && isEnabled()) {
+    painter.setPen(QColor(0, 0, 192));
   } else {
-    painter.setPen(colour_ == Colour::Found ? QColor(255, 0, 0) : QColor(0, 0, 192));
+    painter.setPen(palette().color(QPalette::WindowText));
   }
   if (shape_ == Shape::Block) {
     PaintBlock(painter);

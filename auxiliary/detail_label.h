@@ -15,7 +15,7 @@ class DetailLabel : public QLabel {
 
  public:
   enum class Shape { OneLine, Block };
-  // That of other labels, dark blue, red; a disabled line has that of disabled labels.
+  // That of other labels, dark blue, red. A disabled line has that of disabled labels or is red.
   enum class Colour { Normal, Highlighted, Found };
 
   DetailLabel(const QString& name, const QString& accessibleName, Shape shape);

@@ -79,8 +79,8 @@ MsgBox::MsgBox(const QString& name, SharedData& shared, Hub& hub, int frameHeigh
   SetOwner(hub.MainWindow());
 }
 
-PlainLabel* MsgBox::AddText(const QString& name, int top, int height) {
-  auto* text = new PlainLabel(Frame, name);
+MessageText* MsgBox::AddText(const QString& name, int top, int height) {
+  auto* text = new MessageText(Frame, name);
   text->setWordWrap(true);
   text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   Place(*text, kTextLeft, top, kTextWidth, height);

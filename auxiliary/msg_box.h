@@ -9,7 +9,7 @@
 
 #include "app/hub.h"
 #include "app/shared_data.h"
-#include "auxiliary/plain_label.h"
+#include "auxiliary/message_text.h"
 #include "platform/desktop/form.h"
 
 namespace quillary {
@@ -40,7 +40,7 @@ class MsgBox : public Form {
   MsgBox(const QString& name, SharedData& shared, Hub& hub, int frameHeight);
 
   // A text inside the frame, `top` and `height` in twips.
-  PlainLabel* AddText(const QString& name, int top, int height);
+  MessageText* AddText(const QString& name, int top, int height);
   // Everything but the texts, then waits for the answer. False at once while the box is open.
   bool Arrange(MsgButtons buttons, const QString& okCaption, const QString& cancelCaption,
                MsgIcon icon, const QString& title);
@@ -71,12 +71,12 @@ class MsgBoxSnglTxt : public MsgBox {
  public:
   MsgBoxSnglTxt(SharedData& shared, Hub& hub);
   // Returns when the user has answered. Lines in `text` are separated by a carriage return; it is
-  // shown as plain text.
+  // shown as plain text, and where it is too long without its middle.
   void ShowMsg(const QString& text, MsgButtons buttons, const QString& okCaption,
                const QString& cancelCaption, MsgIcon icon, const QString& title);
 
  private:
-  PlainLabel* Text1;
+  MessageText* Text1;
 };
 
 // A message box with two texts, one above the other.
@@ -90,8 +90,8 @@ class MsgBoxDblTxt : public MsgBox {
                const QString& title);
 
  private:
-  PlainLabel* Text1;
-  PlainLabel* Text2;
+  MessageText* Text1;
+  MessageText* Text2;
 };
 
 }  // namespace quillary

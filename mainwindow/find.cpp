@@ -81,9 +81,8 @@ void MainDialog::BtnFind_Click() {
   EnableMain(true);
   BringToFront();
 
-  if (found && shared_.CurListIndex != start) {
-    ShowFound();
-  } else {
+  if (found) ShowFound();
+  if (!found || shared_.CurListIndex == start) {
     SetPanel(2, position);
     TellNotFound(text, found);
   }

@@ -162,6 +162,28 @@ TEST_F(MsgBoxTest, LongTextsFit) {
       MsgButtons::BothRightDefault, kOK, kCancel, MsgIcon::Exclamation, kOK);
 }
 
+TEST_F(MsgBoxTest, OfATextThatDoesNotFitTheMiddleIsLeftOut) {
+  const QString ordinary = QStringLiteral("Can't find 'a rather long name'");
+  const QString person = QString::fromUtf8("\xF0\x9F\x91\xA4");  // two characters in UTF-16
+  for (const QString& piece : {QStringLiteral("x"), person, QStringLiteral("Long name ")}) {
+    const QString text =
+        QStringLiteral("Can't find '") + piece.repeated(100'000) + QLatin1Char('\'');
+    WhileShown(single_, [&] {
+      auto& label = Find<MessageText>(QStringLiteral("Text1"));
+      const QString shown = label.Shown();
+      EXPECT_TRUE(shown.startsWith(text.left(30)) && shown.endsWith(text.right(30)));
+      EXPECT_LT(shown.size(), 1000);
+      EXPECT_TRUE(shown.isValidUtf16());
+      label.SetPlainText(shown);
+      EXPECT_EQ(label.Shown(), shown);
+      label.SetPlainText(ordinary);
+      EXPECT_EQ(label.Shown(), ordinary);
+      single_.close();
+    });
+    single_.ShowMsg(text, MsgButtons::Left, kOK, kCancel, MsgIcon::Information, kOK);
+  }
+}
+
 // A timer may ask while the user has not answered yet.
 TEST_F(MsgBoxTest, SecondQuestionInAnOpenBoxIsDeclined) {
   const int answer = Answer(MsgButtons::BothLeftDefault, [&] {

@@ -97,7 +97,9 @@ TEST_F(FindTest, WhatIsNotFoundIsSaidAndNothingElseChanges) {
   Show();
   MsgBoxAnswerer ok;
   std::string said;
+  int red = 0;
   ok.Before = [&] {
+    red = RedLine();
     said = Panel(1) + "|" + Panel(2);
     EXPECT_FALSE(Guard.InUseTimer.isActive());
   };
@@ -105,6 +107,7 @@ TEST_F(FindTest, WhatIsNotFoundIsSaidAndNothingElseChanges) {
   EXPECT_TRUE(ok.Seen.empty());
   Find("bell");
   EXPECT_EQ(said, "Can't find 'bell' again| 2/ 4");
+  EXPECT_EQ(red, 0) << "it is the line that is shown already";
   Find("<b>x ");
   EXPECT_EQ(said, "Can't find '<b>x '| 2/ 4");
   ASSERT_EQ(ok.Seen.size(), 2U);
