@@ -96,8 +96,10 @@ bool MainDialog::DetailsPanel_KeyDown(const QKeyEvent& event) {
     GoToLine(keyLine_ + step, step);
     return true;
   }
+  const bool isClick =
+      event.key() == Qt::Key_Space || event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
   const DetailLabel* label = Label.at(static_cast<std::size_t>(keyLine_));
-  if (event.key() != Qt::Key_Space || !label->isEnabled()) return false;
+  if (!isClick || event.isAutoRepeat() || !label->isEnabled()) return false;
   const QPoint place = label->rect().bottomLeft();
   const QMouseEvent click(QEvent::MouseButtonPress, place, label->mapToGlobal(place),
                           Qt::LeftButton, Qt::LeftButton, event.modifiers());

@@ -17,10 +17,6 @@ void MainDialog::ShowHint(const QWidget* under) {
   if (line != nullptr && line->isEnabled()) return;  // Label_MouseMove is for these
   EndHighlight();
   if (under == DetailsFrame) Highlight(-1);
-  if (under == nullptr || under == centralWidget() || under == FrmFind || under == DetailsFrame) {
-    SetPanel(1, QString());
-    return;
-  }
   struct ControlHint {
     const QWidget* Control;
     QString Text;
@@ -47,11 +43,13 @@ void MainDialog::ShowHint(const QWidget* under) {
        QStringLiteral(
            "Double-Click a name to copy details. Type name's first letter for quick search.")},
       {BtnAbout, QStringLiteral("Show the version of this program.")},
-      {CopyrightLabel, QString()},
   };
+  // Where there is no hint, that of the control before is gone.
+  QString text;
   for (const ControlHint& hint : hints) {
-    if (under == hint.Control) SetPanel(1, hint.Text);
+    if (under == hint.Control) text = hint.Text;
   }
+  SetPanel(1, text);
 }
 
 }  // namespace quillary

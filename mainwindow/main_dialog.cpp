@@ -181,6 +181,7 @@ void MainDialog::FocusChange(const QObject* control, const QFocusEvent& event) {
       GoToLine(NameLine, 1);
     } else {
       EndHighlight();
+      SetPanel(1, QString());
     }
   }
   // The control still has the focus of its window.
@@ -209,7 +210,7 @@ void MainDialog::ShowDefaultButton() {
 void MainDialog::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   QWidget* control = focusWidget();
-  if (isEnter && !event->isAutoRepeat()) {
+  if (isEnter) {
     defaultButton_->click();
   } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier && control) {
     // What the menu key does. Of the two, Qt knows only that one.

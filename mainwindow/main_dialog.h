@@ -24,6 +24,7 @@
 #include "mainwindow/command_button.h"
 #include "mainwindow/quill_mnu.h"
 #include "mainwindow/status_bar.h"
+#include "platform/desktop/hurried_presses.h"
 #include "store/hooks.h"
 #include "store/records.h"
 
@@ -121,7 +122,8 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   void Highlight(int index);
   // Leaves what a search has found as it is.
   void EndHighlight();
-  // The details by the keyboard: the arrow keys go from line to line, the space bar is a click.
+  // The details by the keyboard: the arrow keys go from line to line, the space bar
+  // and Enter are a click.
   bool DetailsPanel_KeyDown(const QKeyEvent& event);
   // To the first enabled line from there on.
   void GoToLine(int index, int step);
@@ -155,6 +157,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   // Shows a copy flag's choice for a record that has the detail; otherwise an empty, disabled box.
   void SetCopyBox(std::size_t flag, bool present);
 
+  HurriedPresses hurriedPresses_{*this};
   SharedData& shared_;
   Records* records_ = nullptr;
   Commands* commands_ = nullptr;

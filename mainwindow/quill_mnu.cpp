@@ -117,17 +117,18 @@ void QuillMnu::MakeLstNames() {
   AddSeparator(menu, QStringLiteral("MnuSprator4"));
   MnuAbout = AddItem(menu, QStringLiteral("MnuAbout"), QStringLiteral("About"), Feature::About);
 
+  for (QAction* item : {MnuFilterArray[0], MnuFilterArray[1], MnuViewArray[0], MnuViewArray[1]}) {
+    item->setCheckable(true);
+    // The mark tells what is in force, which choosing an item does not change by itself:
+    // it is taken back before the command starts, which sets it.
+    connect(item, &QAction::triggered, item, &QAction::toggle);
+  }
   for (int i = 0; i < 2; ++i) {
     const auto at = static_cast<std::size_t>(i);
     connect(MnuCopyArray.at(at), &QAction::triggered, this,
             [this, i] { Q_EMIT MnuCopyArray_Click(i); });
     connect(MnuViewArray.at(at), &QAction::triggered, this,
             [this, i] { Q_EMIT MnuViewArray_Click(i); });
-  }
-  for (QAction* item : {MnuFilterArray[0], MnuFilterArray[1], MnuViewArray[0], MnuViewArray[1]}) {
-    item->setCheckable(true);
-    // The mark tells what is in force, which choosing an item does not change by itself.
-    connect(item, &QAction::triggered, item, &QAction::toggle);
   }
 }
 

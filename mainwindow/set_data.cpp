@@ -78,6 +78,7 @@ void MainDialog::ShowReadOnly() {
   BtnEdit->setEnabled(change && IsBuilt(Feature::Edit));
   BtnDelete->setEnabled(change && IsBuilt(Feature::Delete));
   quillMnu_.SetReadOnly(shared_.InUse);
+  quillMnu_.MnuNewArray[1]->setEnabled(change && IsBuilt(Feature::New));
 }
 
 void MainDialog::ShowNothing() {

@@ -19,7 +19,8 @@ void MultiLineBox::keyPressEvent(QKeyEvent* event) {
   const bool forButton = form != nullptr && form->DefaultButton() != nullptr &&
                          !event->modifiers().testFlag(Qt::ControlModifier);
   if (forButton || isReadOnly()) {
-    event->ignore();
+    // A key that is held presses the button once.
+    event->setAccepted(event->isAutoRepeat());
   } else {
     insertPlainText(QStringLiteral("\n"));
     ensureCursorVisible();

@@ -63,6 +63,10 @@ TEST_F(MainDialogTest, AFilterThatHidesAllLeavesTheFilterButton) {
   EXPECT_EQ(Label(0).Caption(), "");
   EXPECT_TRUE(Main.Menus().MnuFilterArray[0]->isChecked());
   EXPECT_FALSE(Main.Menus().MnuFilterArray[1]->isChecked());
+  // There is nothing selected to duplicate.
+  EXPECT_FALSE(Main.Menus().MnuNewArray[1]->isEnabled());
+  Click(Main, "BtnNew", Qt::ShiftModifier);
+  EXPECT_EQ(Started.Started, std::vector<std::string>{"ShowNewDialog"});
 }
 
 TEST_F(MainDialogTest, ShowsTheSelectedRecord) {
@@ -220,8 +224,15 @@ TEST_F(MainDialogTest, TheMouseHighlightsLinesAndTellsWhatAClickDoes) {
   EXPECT_EQ(Label(0).TextColour(), DetailLabel::Colour::Normal);
   QTest::mouseMove(&Control<QWidget>(Main, "BtnEdit"));  // disabled
   EXPECT_EQ(Panel(1), "Edit details for the selected name.");
-  QTest::mouseMove(Main.centralWidget(), QPoint(1, 1));
-  EXPECT_EQ(Panel(1), "");
+  const auto hintIsGone = [this](QWidget& control) {
+    Main.SetPanel(1, QStringLiteral("before"));
+    QTest::mouseMove(&control, QPoint(1, 1));
+    return Panel(1).empty();
+  };
+  EXPECT_TRUE(hintIsGone(*Main.centralWidget()));
+  EXPECT_TRUE(hintIsGone(Control<QWidget>(Main, "DetailsPanel")));
+  EXPECT_TRUE(hintIsGone(Label(2)));  // it is empty
+  EXPECT_TRUE(hintIsGone(Control<QWidget>(Main, "ChkCopyName")));
 }
 
 TEST_F(MainDialogTest, TheKeyboardGoesFromLineToLineAndClicks) {
@@ -238,10 +249,14 @@ TEST_F(MainDialogTest, TheKeyboardGoesFromLineToLineAndClicks) {
   EXPECT_EQ(Clipboard(), "Lee");
   PressKey(Main, Qt::Key_Down);
   EXPECT_EQ(Panel(1), "Click to copy the Company to the Clipboard.");
-  PressKey(Main, Qt::Key_Space);
+  PressKey(Main, Qt::Key_Return);
   EXPECT_EQ(Clipboard(), "Acme");
+  PressKey(Main, Qt::Key_Down);
+  PressKey(Main, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(Clipboard(), "1");
   PressKey(Main, Qt::Key_Tab);
-  EXPECT_EQ(Label(2).TextColour(), DetailLabel::Colour::Normal);
+  EXPECT_EQ(Label(8).TextColour(), DetailLabel::Colour::Normal);
+  EXPECT_EQ(Panel(1), "");
 }
 
 TEST_F(MainDialogTest, TellsOnceThatARecordCannotBeRead) {

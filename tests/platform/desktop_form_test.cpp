@@ -6,7 +6,9 @@
 #include <QTest>
 
 #include "platform/desktop/form.h"
+#include "platform/desktop/hurried_presses.h"
 #include "platform/desktop/multi_line_box.h"
+#include "platform/desktop/one_line_text.h"
 #include "platform/desktop/placement.h"
 #include "platform/desktop/raise_window.h"
 #include "platform/desktop/twips.h"
@@ -216,6 +218,83 @@ TEST(Form, UserCannotCloseAPanel) {
   panel.close();
   QTest::keyClick(&panel, Qt::Key_Escape);
   EXPECT_TRUE(panel.isVisible());
+}
+
+// Enter as it comes from the window system, at a moment in milliseconds.
+void SendEnter(QWidget& window, quint64 at, bool isHeld = false,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  ASSERT_TRUE(WaitUntilActive(window));
+  QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, modifiers, QStringLiteral("\r"), isHeld);
+  key.setTimestamp(at);
+  QCoreApplication::sendEvent(window.windowHandle(), &key);
+}
+
+TEST(HurriedPresses, AHeldEnterPressesNothing) {
+  QWidget main;
+  const HurriedPresses hurried(main);
+  TestForm form;
+  form.SetDefaultButton(form.OK);
+  form.ShowForm();
+  for (QWidget* control : {static_cast<QWidget*>(form.OK), static_cast<QWidget*>(form.Line),
+                           static_cast<QWidget*>(form.Box)}) {
+    form.OKs = 0;
+    control->setFocus();
+    SendEnter(form, 10);
+    SendEnter(form, 510, true);
+    EXPECT_EQ(form.OKs, 1) << control->metaObject()->className();
+  }
+  SendEnter(form, 10, true, Qt::ControlModifier);
+  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("\n"));
+}
+
+TEST(HurriedPresses, TheSecondHalfOfADoublePressIsNotTheMainWindows) {
+  TestForm main;  // any window
+  const HurriedPresses hurried(main);
+  TestForm dialog;
+  const auto enters = [&](quint64 inDialog, quint64 inMain) {
+    main.OKs = 0;
+    dialog.ShowForm();
+    SendEnter(dialog, inDialog);
+    dialog.HideForm();
+    main.ShowForm();
+    SendEnter(main, inMain);
+    return main.OKs;
+  };
+  main.SetDefaultButton(main.OK);
+  const auto interval = static_cast<quint64>(QApplication::doubleClickInterval());
+  EXPECT_EQ(enters(10'000, 10'000 + interval / 2), 0);
+  SendEnter(main, 10'000 + interval + 1);
+  EXPECT_EQ(main.OKs, 1);
+  EXPECT_EQ(enters(20'000, 20'000 + interval + 1), 1);
+
+  const auto press = [](QWidget& window, quint64 at, QPoint place) {
+    QMouseEvent event(QEvent::MouseButtonPress, window.mapFromGlobal(place), place, Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    event.setTimestamp(at);
+    QCoreApplication::sendEvent(window.windowHandle(), &event);
+  };
+  const auto clicks = [&](QPoint place, QPoint inMain) {
+    press(dialog, 30'000, place);
+    press(main, 30'000 + interval / 2, inMain);
+    return main.Cancel->isDown();
+  };
+  const QPoint place = main.Cancel->mapToGlobal(main.Cancel->rect().center());  // it is on top
+  EXPECT_FALSE(clicks(place, place));
+  EXPECT_TRUE(clicks(place + QPoint(100, 0), place));
+}
+
+TEST(OneLineText, PastedLinesBecomeOne) {
+  QLineEdit box;
+  KeepToOneLine(box);
+  const auto paste = [&](const QString& text) {
+    box.insert(text);
+    const QString before = box.text().left(box.cursorPosition());
+    return before + QLatin1Char('|') + box.text().mid(box.cursorPosition());
+  };
+  EXPECT_EQ(paste(QStringLiteral("1 Oak Road\r\n\tSpringfield\n")),
+            QStringLiteral("1 Oak Road Springfield|"));
+  box.setCursorPosition(0);
+  EXPECT_EQ(paste(QStringLiteral("\nAcme\n")), QStringLiteral("Acme |1 Oak Road Springfield"));
 }
 
 TEST(Twips, TextBoxOf285TwipsIsAsHighAsTheFontNeeds) {
