@@ -15,8 +15,8 @@ namespace quillary {
 // A QObject parent would disable the form together with it; only the window system is told who
 // the owner is.
 Form::Form(const QString& name)
-    : QDialog(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                           Qt::WindowCloseButtonHint) {
+    : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint) {
   setObjectName(name);
 }
 

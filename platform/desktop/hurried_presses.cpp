@@ -1,7 +1,7 @@
 #include "platform/desktop/hurried_presses.h"
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleHints>
 #include <QWindow>
@@ -17,17 +17,37 @@ HurriedPresses::HurriedPresses(QWidget& main) : main_(main) {
 // What the window system sends comes to the window first.
 bool HurriedPresses::eventFilter(QObject* object, QEvent* event) {
   if (!object->isWindowType()) return false;
-  if (event->type() == QEvent::KeyPress) {
+  if (event->type() == QEvent::KeyPress) return KeyPress(object, *static_cast<QKeyEvent*>(event));
+  if (event->type() == QEvent::KeyRelease) {
     const auto& key = *static_cast<QKeyEvent*>(event);
-    if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
-    if (!key.isAutoRepeat()) return IsSecond(object, key, QPointF(), enter_);
-    return qobject_cast<MultiLineBox*>(QApplication::focusWidget()) == nullptr;
+    releasedKey_ = key.nativeScanCode();
+    releasedAt_ = key.timestamp();
+    return false;
   }
   if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick) {
     const auto& mouse = *static_cast<QMouseEvent*>(event);
     return IsSecond(object, mouse, mouse.globalPosition(), click_);
   }
   return false;
+}
+
+// Of a key that is held, X11 tells releases and presses in pairs of the same time. Qt sees that
+// they belong together only if both have arrived, which right after a change of windows they have
+// not.
+bool HurriedPresses::IsRepeated(const QKeyEvent& key) const {
+  const bool isPair = key.nativeScanCode() == releasedKey_ && key.timestamp() == releasedAt_;
+  return key.isAutoRepeat() || (releasedKey_ != 0 && isPair);
+}
+
+bool HurriedPresses::KeyPress(const QObject* window, const QKeyEvent& key) {
+  QWidget* control = QApplication::focusWidget();
+  if (key.key() == Qt::Key_Space) {
+    return IsRepeated(key) && qobject_cast<QAbstractButton*>(control) != nullptr;
+  }
+  if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+  if (!IsRepeated(key)) return IsSecond(window, key, QPointF(), enter_);
+  const auto* text = qobject_cast<MultiLineBox*>(control);
+  return text == nullptr || !text->MakesLine(key);
 }
 
 bool HurriedPresses::IsSecond(const QObject* window, const QInputEvent& event, QPointF place,

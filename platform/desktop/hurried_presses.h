@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QInputEvent>
+#include <QKeyEvent>
 #include <QObject>
 #include <QPointF>
 #include <QWidget>
@@ -9,8 +9,8 @@ namespace quillary {
 
 // As long as this lives, a hand that is too quick or rests on a key does nothing that was not
 // meant:
-// - An Enter that the keyboard repeats because the key is held presses no button of any window. It
-//   only makes lines in a MultiLineBox.
+// - Enter and the space bar that the keyboard repeats because they are held press no button of any
+//   window; they go on writing text.
 // - The second half of a double press that has closed a dialog is not taken for the main window's:
 //   an Enter, or a click at the same place, within the double-click interval.
 class HurriedPresses : public QObject {
@@ -29,11 +29,16 @@ class HurriedPresses : public QObject {
     QPointF Place;
   };
 
+  // Whether the key was not pressed anew.
+  bool IsRepeated(const QKeyEvent& key) const;
+  bool KeyPress(const QObject* window, const QKeyEvent& key);
   bool IsSecond(const QObject* window, const QInputEvent& event, QPointF place, Press& inDialog);
 
   QWidget& main_;
   Press enter_;
   Press click_;
+  quint32 releasedKey_ = 0;  // its scan code; 0 for one that has none
+  quint64 releasedAt_ = 0;
 };
 
 }  // namespace quillary

@@ -1,7 +1,5 @@
 #include "platform/desktop/multi_line_box.h"
 
-#include <QKeyEvent>
-
 #include "platform/desktop/form.h"
 
 namespace quillary {
@@ -10,20 +8,21 @@ MultiLineBox::MultiLineBox(QWidget* parent) : QPlainTextEdit(parent) {
   setTabChangesFocus(true);
 }
 
+bool MultiLineBox::MakesLine(const QKeyEvent& enter) const {
+  const auto* form = qobject_cast<const Form*>(window());
+  const bool forButton = form != nullptr && form->DefaultButton() != nullptr &&
+                         !enter.modifiers().testFlag(Qt::ControlModifier);
+  return !forButton && !isReadOnly();
+}
+
 void MultiLineBox::keyPressEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
     QPlainTextEdit::keyPressEvent(event);
-    return;
-  }
-  const auto* form = qobject_cast<const Form*>(window());
-  const bool forButton = form != nullptr && form->DefaultButton() != nullptr &&
-                         !event->modifiers().testFlag(Qt::ControlModifier);
-  if (forButton || isReadOnly()) {
-    // A key that is held presses the button once.
-    event->setAccepted(event->isAutoRepeat());
-  } else {
+  } else if (MakesLine(*event)) {
     insertPlainText(QStringLiteral("\n"));
     ensureCursorVisible();
+  } else {
+    event->ignore();
   }
 }
 

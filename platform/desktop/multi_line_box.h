@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QKeyEvent>
 #include <QPlainTextEdit>
 
 namespace quillary {
@@ -11,6 +12,9 @@ class MultiLineBox : public QPlainTextEdit {
 
  public:
   explicit MultiLineBox(QWidget* parent = nullptr);
+
+  // Whether that Enter begins a new line.
+  bool MakesLine(const QKeyEvent& enter) const;
 
  Q_SIGNALS:
   void GotFocus();

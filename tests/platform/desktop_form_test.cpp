@@ -220,16 +220,26 @@ TEST(Form, UserCannotCloseAPanel) {
   EXPECT_TRUE(panel.isVisible());
 }
 
-// Enter as it comes from the window system, at a moment in milliseconds.
-void SendEnter(QWidget& window, quint64 at, bool isHeld = false,
-               Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+// A key as it comes from the window system, at a moment in milliseconds.
+void SendKey(QWidget& window, QEvent::Type type, quint64 at, Qt::Key code = Qt::Key_Return,
+             Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
   ASSERT_TRUE(WaitUntilActive(window));
-  QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, modifiers, QStringLiteral("\r"), isHeld);
+  const quint32 scanCode = code == Qt::Key_Return ? 36 : 65;
+  QKeyEvent key(type, code, modifiers, scanCode, 0, 0, QString());
   key.setTimestamp(at);
   QCoreApplication::sendEvent(window.windowHandle(), &key);
 }
+void SendEnter(QWidget& window, quint64 at) {
+  SendKey(window, QEvent::KeyPress, at);
+}
+// The key was pressed before and is held.
+void RepeatKey(QWidget& window, quint64 at, Qt::Key code = Qt::Key_Return,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  SendKey(window, QEvent::KeyRelease, at, code, modifiers);
+  SendKey(window, QEvent::KeyPress, at, code, modifiers);
+}
 
-TEST(HurriedPresses, AHeldEnterPressesNothing) {
+TEST(HurriedPresses, AHeldKeyPressesAButtonOnce) {
   QWidget main;
   const HurriedPresses hurried(main);
   TestForm form;
@@ -240,11 +250,16 @@ TEST(HurriedPresses, AHeldEnterPressesNothing) {
     form.OKs = 0;
     control->setFocus();
     SendEnter(form, 10);
-    SendEnter(form, 510, true);
+    RepeatKey(form, 510);
     EXPECT_EQ(form.OKs, 1) << control->metaObject()->className();
   }
-  SendEnter(form, 10, true, Qt::ControlModifier);
+  RepeatKey(form, 520, Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("\n"));
+  form.OKs = 0;
+  form.OK->setFocus();
+  SendKey(form, QEvent::KeyPress, 530, Qt::Key_Space);
+  for (quint64 at = 540; at < 600; at += 20) RepeatKey(form, at, Qt::Key_Space);
+  EXPECT_EQ(form.OKs, 1);
 }
 
 TEST(HurriedPresses, TheSecondHalfOfADoublePressIsNotTheMainWindows) {
