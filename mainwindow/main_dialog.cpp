@@ -7,6 +7,7 @@
 #include <QWindow>
 #include <utility>
 
+#include "platform/desktop/menu_key.h"
 #include "platform/desktop/raise_window.h"
 #include "platform/numbers.h"
 
@@ -209,15 +210,9 @@ void MainDialog::ShowDefaultButton() {
 
 void MainDialog::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  QWidget* control = focusWidget();
   if (isEnter) {
     defaultButton_->click();
-  } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier && control) {
-    // What the menu key does. Of the two, Qt knows only that one.
-    const QPoint place = control->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
-    QContextMenuEvent menu(QContextMenuEvent::Keyboard, place, control->mapToGlobal(place));
-    QApplication::sendEvent(control, &menu);
-  } else {
+  } else if (!OpenMenuByKey(*event, *this)) {
     QMainWindow::keyPressEvent(event);
   }
 }

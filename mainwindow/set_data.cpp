@@ -60,6 +60,7 @@ void MainDialog::TellFault(RunTimeError error) {
       QStringLiteral("Error No. %1 Found, in the MainDialog.SetData\nPlease contact the authour.")
           .arg(QString::fromStdString(number)),
       QMessageBox::Ok, this);
+  faultBox_->setWindowFlag(Qt::CustomizeWindowHint);  // no buttons but Close in the frame
   faultBox_->setTextFormat(Qt::PlainText);
   faultBox_->setAttribute(Qt::WA_DeleteOnClose);
   // Without waiting: whoever called SetData may have windows to close.

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include "platform/desktop/menu_key.h"
 #include "platform/desktop/placement.h"
 #include "platform/desktop/twips.h"
 
@@ -145,7 +146,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
   if (!enter || modifiers != Qt::NoModifier) {
-    QDialog::keyPressEvent(event);
+    if (!OpenMenuByKey(*event, *this)) QDialog::keyPressEvent(event);
     return;
   }
   auto* button = qobject_cast<QPushButton*>(focusWidget());

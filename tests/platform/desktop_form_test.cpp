@@ -125,6 +125,18 @@ TEST(Form, MultiLineBoxLeavesEnterToTheDefaultButton) {
   EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("a\n\nb"));
 }
 
+TEST(Form, ShiftF10OpensTheMenuOfTheControl) {
+  TestForm form;
+  form.ShowForm();
+  for (QWidget* box : {static_cast<QWidget*>(form.Line), static_cast<QWidget*>(form.Box)}) {
+    box->setFocus();
+    form.Press(Qt::Key_F10, Qt::ShiftModifier);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr) << box->metaObject()->className();
+    menu->close();
+  }
+}
+
 TEST(Form, EachShowingUnloadsOnce) {
   TestForm form;
   form.Unload();
