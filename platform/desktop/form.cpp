@@ -12,12 +12,36 @@
 #include "platform/desktop/twips.h"
 
 namespace quillary {
+namespace {
+
+// What the user did while the program was busy comes to a form that has been hidden meanwhile, too,
+// and its buttons would react.
+class InputWhileHidden : public QObject {
+ public:
+  explicit InputWhileHidden(QWidget& form) : QObject(&form), form_(form) {}
+
+  bool eventFilter(QObject* window, QEvent* event) override {
+    return (!form_.isVisible() && IsPress(event->type())) || QObject::eventFilter(window, event);
+  }
+
+ private:
+  // What was pressed before may still be released, else it would count as held down.
+  static bool IsPress(QEvent::Type type) {
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick ||
+           type == QEvent::KeyPress;
+  }
+
+  QWidget& form_;
+};
+
+}  // namespace
 
 // A QObject parent would disable the form together with it; only the window system is told who
 // the owner is.
 Form::Form(const QString& name)
     : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint) {
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
+      inputWhileHidden_(new InputWhileHidden(*this)) {
   setObjectName(name);
 }
 
@@ -75,6 +99,7 @@ void Form::PrepareToShow(QWidget* inFrontOf) {
     for (QPushButton* button : findChildren<QPushButton*>()) button->setAutoDefault(false);
   }
   winId();  // makes the window handle
+  windowHandle()->installEventFilter(inputWhileHidden_);
   if (inFrontOf != nullptr && inFrontOf != this) {
     inFrontOf->winId();
     windowHandle()->setTransientParent(inFrontOf->windowHandle());

@@ -14,7 +14,8 @@ namespace quillary {
 //
 // Enter presses the button that has the focus, otherwise the default button; Esc presses the
 // cancel button. A button that is hidden or disabled is not pressed, and a form without a cancel
-// button ignores Esc. Shift+F10 opens the menu of the control that has the focus.
+// button ignores Esc. What the user did while the form was to be seen does nothing once it is
+// hidden. Shift+F10 opens the menu of the control that has the focus.
 //
 // A form is as large as SetSize or its layout says; only one that sets its sizes itself (with
 // resize and without SetSize) can be resized by the user.
@@ -83,6 +84,7 @@ class Form : public QDialog {
   void PrepareToShow(QWidget* inFrontOf);
 
   QPointer<QWidget> owner_;
+  QObject* inputWhileHidden_;
   QPushButton* defaultButton_ = nullptr;
   QPushButton* cancelButton_ = nullptr;
   bool loaded_ = false;

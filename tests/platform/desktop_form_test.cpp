@@ -158,6 +158,22 @@ TEST(Form, EachShowingUnloadsOnce) {
   EXPECT_EQ(form.Unloads, 2);
 }
 
+// A click of a double click may arrive when the first one has hidden the form.
+TEST(Form, TakesNoInputWhileItIsHidden) {
+  TestForm form;
+  form.ShowForm();
+  ASSERT_TRUE(WaitUntilActive(form));
+  form.OK->raise();
+  const QPoint place = form.OK->geometry().center();
+  form.OK->setFocus();
+  QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(form.OKs, 1);
+  form.HideForm();
+  QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, place);
+  QTest::keyClick(form.windowHandle(), Qt::Key_Space);
+  EXPECT_EQ(form.OKs, 1);
+}
+
 TEST(Form, ModalFormBlocksItsOwnerUntilItIsHidden) {
   QWidget main;
   main.show();
