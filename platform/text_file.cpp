@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::size_t PartSize = 1U << 16U;
 
+constexpr char OldEndOfText = '\x1A';
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view LittleEndianMark = "\xFF\xFE";
 constexpr std::string_view BigEndianMark = "\xFE\xFF";
@@ -80,6 +81,7 @@ bool TextFile::Next(std::string& line) {
     if (!IsAscii(line) && !IsUtf8(line)) line = FromCodePage1252(line);
     return true;
   }
+  if (error_ == RunTimeError::None && line.ends_with(OldEndOfText)) line.pop_back();
   if (error_ != RunTimeError::None || line.empty()) return false;
   if (!IsUtf8(line)) line = FromCodePage1252(line);
   return true;

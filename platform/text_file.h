@@ -10,9 +10,10 @@ namespace quillary {
 // Reads a text file that any program may have written, line by line and from its beginning to its
 // end. Keeps one line and a small part of the file in memory, however large the file is.
 //
-// Lines end with CR LF, LF or CR, the last one with or without; all come as UTF-8. The file is
-// UTF-16 where it begins with the mark for that, otherwise UTF-8, with or without a mark. A line
-// that is not UTF-8 is taken for code page 1252; halves of UTF-16 pairs become U+FFFD.
+// Lines end with CR LF, LF or CR, the last one with or without; all come as UTF-8. A character 26
+// at the very end, with which old programs end a text, belongs to no line. The file is UTF-16 where
+// it begins with the mark for that, otherwise UTF-8, with or without a mark. A line that is not
+// UTF-8 is taken for code page 1252; halves of UTF-16 pairs become U+FFFD.
 class TextFile {
  public:
   TextFile() = default;

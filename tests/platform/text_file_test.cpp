@@ -43,6 +43,8 @@ TEST_F(TextFileTest, TakesEveryKindOfLineEnd) {
   EXPECT_EQ(Read("\r\n"), Lines{""});
   EXPECT_EQ(Read("a\nb\r\nc\rd"), (Lines{"a", "b", "c", "d"}));
   EXPECT_EQ(Read("\n\n\r\r\n\r\n\n"), (Lines{"", "", "", "", "", ""}));
+  EXPECT_EQ(Read("a\r\n\x1A"), Lines{"a"});
+  EXPECT_EQ(Read("\x1A\na\x1A"), (Lines{"\x1A", "a"}));
   EXPECT_EQ(Read(std::string("a\0b\n", 4)), (Lines{std::string("a\0b", 3)}));
 }
 
