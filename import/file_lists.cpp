@@ -1,5 +1,6 @@
 #include "import/file_lists.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -83,7 +84,11 @@ DirList::DirList(QWidget* parent) : QListWidget(parent) {
   setAccessibleName(QStringLiteral("Folders"));
   setUniformItemSizes(true);
   connect(this, &QListWidget::itemDoubleClicked, this,
-          [this](QListWidgetItem* item) { SetPath(item->data(kPathRole).toString()); });
+          [this](QListWidgetItem* item) { Open(*item); });
+}
+
+void DirList::Open(const QListWidgetItem& item) {
+  if (!SetPath(item.data(kPathRole).toString())) QApplication::beep();
 }
 
 bool DirList::SetPath(const QString& path) {
@@ -123,7 +128,7 @@ void DirList::AddFolder(const QString& name, const QString& path, int depth) {
 void DirList::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (enter && currentItem() != nullptr) {
-    SetPath(currentItem()->data(kPathRole).toString());
+    Open(*currentItem());
     return;
   }
   QListWidget::keyPressEvent(event);
@@ -146,6 +151,7 @@ QString FileList::FileName() const {
 }
 
 void FileList::SetPath(const QString& path) {
+  if (path != path_) clear();
   path_ = path;
   Refresh();
 }
@@ -161,6 +167,10 @@ void FileList::Refresh() {
       QDir(path_)
           .entryList(QDir::Files, QDir::Name | QDir::IgnoreCase | QDir::LocaleAware)
           .filter(names);
+  QStringList listed;
+  for (int i = 0; i < count(); ++i) listed << item(i)->text();
+  // The list stays where it was scrolled to.
+  if (files == listed) return;
   const QString selected = FileName();
   const QSignalBlocker silence(this);
   clear();
@@ -200,9 +210,10 @@ bool FileList::SetFileName(const QString& text) {
     last = name.section(QLatin1Char('/'), -1);
     folder = absolute(name.chopped(last.size()));
   }
-  const bool isPattern = IsPattern(last);
+  // A file may have a name that looks like a pattern.
+  const QString file = last.isEmpty() ? QString() : FindFile(folder, last);
+  const bool isPattern = IsPattern(last) && file.isEmpty();
   const bool isFile = !last.isEmpty() && !isPattern;
-  const QString file = isFile ? FindFile(folder, last) : QString();
   if (!CanBeOpened(folder) || (isFile && file.isEmpty())) return false;
 
   SetPath(folder);

@@ -39,7 +39,7 @@ class DriveList : public QComboBox {
 };
 
 // The folders: those on the way to the open one, and those in it. A double click or Enter opens
-// one.
+// one; where it cannot be opened there is a beep.
 class DirList : public QListWidget {
   Q_OBJECT
 
@@ -57,6 +57,7 @@ class DirList : public QListWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void Open(const QListWidgetItem& item);
   void AddFolder(const QString& name, const QString& path, int depth);
 
   QString path_;

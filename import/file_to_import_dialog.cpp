@@ -215,8 +215,9 @@ void FileToImportDialog::ChangeFileName() {
   if (!SlctFile->SetFileName(TxtFileToImport->text())) {
     QApplication::beep();
     TxtFileToImport->setFocus();
-    TxtFileToImport->selectAll();
   }
+  // What is typed next takes the text's place.
+  TxtFileToImport->selectAll();
   SlctDir->SetPath(SlctFile->Path());
 }
 

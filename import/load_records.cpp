@@ -24,7 +24,7 @@ void RecordsToImportDialog::BtnOK_Click() {
                          "importing a lot of data."),
           QStringLiteral("Continue"), QStringLiteral("Cancel"), MsgIcon::Information);
   if (!goesOn) {
-    BtnCancel_Click();
+    Unload();
     return;
   }
   for (std::size_t i = 0; i < FieldChoice.size(); ++i) {
@@ -55,7 +55,6 @@ void RecordsToImportDialog::BtnOK_Click() {
   tools_.Store.ShowRecords();
   tools_.Shared.CurListIndex = 0;
   Unload();
-  Q_EMIT Ended();
   tools_.Percentage.HideForm();
   tools_.Main.BringToFront();
   tools_.Main.SetData();
@@ -69,8 +68,8 @@ std::optional<QString> RecordsToImportDialog::Import() {
   tools_.Waiting.SetLbl1(wait);
   // The timer may have had no turn since the other application started.
   tools_.Guard.CheckInUse();
+  tools_.Main.ShowReadOnly();
   if (tools_.Shared.InUse) {
-    tools_.Main.ShowReadOnly();
     return QStringLiteral("Another application is using the data file now.\r") + assurance;
   }
   RunTimeError error = BackUpFiles(tools_.Profile, tools_.Shared, tools_.Shared.DataPath);

@@ -59,7 +59,7 @@ RecordsToImportDialog::RecordsToImportDialog(const ImportTools& tools, ImportCho
   connect(BtnNext, &QPushButton::clicked, this, &RecordsToImportDialog::BtnNext_Click);
   connect(BtnOK, &QPushButton::clicked, this, &RecordsToImportDialog::BtnOK_Click);
   connect(BtnBack, &QPushButton::clicked, this, &RecordsToImportDialog::BtnBack_Click);
-  connect(BtnCancel, &QPushButton::clicked, this, &RecordsToImportDialog::BtnCancel_Click);
+  connect(BtnCancel, &QPushButton::clicked, this, &RecordsToImportDialog::Unload);
   SetDefaultButton(BtnNext);
   SetCancelButton(BtnCancel);
   SetOwner(tools_.Main.MainWindow());
@@ -130,7 +130,16 @@ void RecordsToImportDialog::Form_Unload() {
   FieldData = {};
   tools_.Main.SetPanel(1, QString());
   // The first step, to which he goes back, has the main window disabled, too.
-  if (!goesBack_) tools_.Main.EnableMain(true);
+  if (goesBack_) {
+    Q_EMIT Back();
+  } else {
+    tools_.Main.EnableMain(true);
+    Q_EMIT Ended();
+  }
+}
+
+QWidget* RecordsToImportDialog::FirstControl() const {
+  return CboFieldName.front();
 }
 
 void RecordsToImportDialog::SetDropList() {
@@ -156,7 +165,11 @@ void RecordsToImportDialog::ShowFieldData() {
     PlainLabel& label = *LblFieldData.at(i);
     const int width =
         label.contentsRect().width() - label.fontMetrics().horizontalAdvance(QLatin1Char(' '));
-    label.SetPlainText(label.fontMetrics().elidedText(OneLine(fields[i]), Qt::ElideRight, width));
+    const QString value = OneLine(fields[i]);
+    const QString shown = label.fontMetrics().elidedText(value, Qt::ElideRight, width);
+    label.SetPlainText(shown);
+    const QString hint = QStringLiteral("<p>%1</p>").arg(value.toHtmlEscaped());
+    label.setToolTip(shown == value ? QString() : hint);
   }
 }
 
@@ -183,12 +196,6 @@ void RecordsToImportDialog::BtnPrev_Click() {
 void RecordsToImportDialog::BtnBack_Click() {
   goesBack_ = true;
   Unload();
-  Q_EMIT Back();
-}
-
-void RecordsToImportDialog::BtnCancel_Click() {
-  Unload();
-  Q_EMIT Ended();
 }
 
 bool RecordsToImportDialog::Ask(const QString& title, const QString& text, const QString& yes,

@@ -43,12 +43,13 @@ class RecordsToImportDialog : public Form {
  Q_SIGNALS:
   // The step has closed: the user wants to go back to the first one.
   void Back();
-  // The step has closed and the import is over.
+  // The step has closed, in whatever way, and the import is over.
   void Ended();
 
  protected:
   void Form_Activate() override;
   void Form_Unload() override;
+  QWidget* FirstControl() const override;
 
  private:
   void MakeFields();
@@ -59,7 +60,6 @@ class RecordsToImportDialog : public Form {
   void BtnNext_Click();
   void BtnPrev_Click();
   void BtnBack_Click();
-  void BtnCancel_Click();
   void BtnOK_Click();
 
   bool IsTaken(const std::string& line) const;

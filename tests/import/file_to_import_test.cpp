@@ -56,6 +56,7 @@ TEST_F(FileToImportTest, GoesWhereTheTextSays) {
   EXPECT_EQ(go(QStringLiteral("sub\\*.*")), "*.*");
   EXPECT_EQ(Listed("SlctFile"), Texts{"inner.csv"});
   EXPECT_EQ(go(QStringLiteral("..")), "*.*");
+  EXPECT_TRUE(Control<QLineEdit>(Dialog, "TxtFileToImport").hasSelectedText());
   EXPECT_EQ(Listed("SlctFile").size(), 3U);
   // In other case, or with a folder before it, a file is found, but not yet meant.
   EXPECT_EQ(go(QStringLiteral("PEOPLE.CSV")), "people.csv");
@@ -66,6 +67,10 @@ TEST_F(FileToImportTest, GoesWhereTheTextSays) {
   EXPECT_EQ(go(QStringLiteral("nowhere/x")), "nowhere/x");
   EXPECT_EQ(go(QStringLiteral("none.csv")), "none.csv");
   EXPECT_EQ(Listed("SlctDir"), folders);
+  // A name that looks like a pattern.
+  Home.WriteFile("sub/in?.csv", "x");
+  EXPECT_EQ(go(QString::fromStdString(Home.File("sub/in?.csv"))), "in?.csv");
+  EXPECT_EQ(Listed("SlctFile").size(), 2U);
   EXPECT_EQ(Shared.NoOfRecords, 0);
 }
 

@@ -106,6 +106,7 @@ class ImportFixture : public MainFixture {
   void ExpectEnded() {
     EXPECT_FALSE(Dialog.isVisible() || Wait.isVisible() || ProgressWindow.isVisible());
     EXPECT_EQ(Second(), nullptr);
+    EXPECT_FALSE(Dialog.IsLoaded());
     EXPECT_TRUE(Main.isEnabled());
     EXPECT_TRUE(Guard.InUseTimer.isActive());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);

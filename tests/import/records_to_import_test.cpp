@@ -33,6 +33,7 @@ TEST_F(RecordsToImportTest, ShowsTheFirstRecordsOneByOne) {
   QWidget& second = GoOnWith(Lines(25, "Ann,<b>Lee</b>,"));
   EXPECT_EQ(Panel(1), "Records to Import");
   EXPECT_FALSE(Main.isEnabled());
+  EXPECT_EQ(second.focusWidget(), &Meaning(second, 0));
   EXPECT_EQ(Meaning(second, 2).currentIndex(), -1);
   EXPECT_EQ(Meaning(second, 2).count(), 19);
   EXPECT_EQ(Meaning(second, 3).currentText(), QStringLiteral("Not Available"));
@@ -54,6 +55,8 @@ TEST_F(RecordsToImportTest, ShowsTheFirstRecordsOneByOne) {
   QWidget& other = GoOnWith(std::string(25, ',') + std::string(1'000'000, 'x'));
   EXPECT_FALSE(IsEnabled(other, "BtnPrev") || IsEnabled(other, "BtnNext"));
   EXPECT_TRUE(Meaning(other, 19).isEnabled());
+  other.close();
+  ExpectEnded();
 }
 
 TEST_F(RecordsToImportTest, AppendsAndReplacesTheRecords) {
