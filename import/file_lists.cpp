@@ -44,6 +44,18 @@ bool IsPattern(const QString& name) {
          name.contains(QLatin1Char(';'));
 }
 
+// The name of what is in the folder, upper and lower case being the same where no name is exactly
+// this one; empty if there is none.
+QString FindName(const QString& folder, const QString& name, QDir::Filters kind) {
+  if (name.isEmpty()) return {};
+  const QStringList all = QDir(folder).entryList(kind);
+  if (all.contains(name)) return name;
+  for (const QString& each : all) {
+    if (each.compare(name, Qt::CaseInsensitive) == 0) return each;
+  }
+  return {};
+}
+
 }  // namespace
 
 DriveList::DriveList(QWidget* parent, FindVolumes findVolumes)
@@ -186,17 +198,6 @@ bool FileList::Lists(const QString& name) const {
   return false;
 }
 
-// The file of that name in the folder, upper and lower case being the same where no name is exactly
-// this one; empty if there is none.
-QString FileList::FindFile(const QString& folder, const QString& name) {
-  const QStringList files = QDir(folder).entryList(QDir::Files);
-  if (files.contains(name)) return name;
-  for (const QString& file : files) {
-    if (file.compare(name, Qt::CaseInsensitive) == 0) return file;
-  }
-  return {};
-}
-
 bool FileList::SetFileName(const QString& text) {
   const auto absolute = [this](const QString& name) {
     return QDir::cleanPath(QDir(path_).absoluteFilePath(name));
@@ -211,7 +212,12 @@ bool FileList::SetFileName(const QString& text) {
     folder = absolute(name.chopped(last.size()));
   }
   // A file may have a name that looks like a pattern.
-  const QString file = last.isEmpty() ? QString() : FindFile(folder, last);
+  const QString file = FindName(folder, last, QDir::Files);
+  const QString inside = FindName(folder, last, QDir::Dirs | QDir::NoDotAndDotDot);
+  if (file.isEmpty() && !inside.isEmpty()) {
+    folder = QDir(folder).filePath(inside);
+    last.clear();
+  }
   const bool isPattern = IsPattern(last) && file.isEmpty();
   const bool isFile = !last.isEmpty() && !isPattern;
   if (!CanBeOpened(folder) || (isFile && file.isEmpty())) return false;

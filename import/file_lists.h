@@ -94,8 +94,6 @@ class FileList : public QListWidget {
   void PatternChange();
 
  private:
-  static QString FindFile(const QString& folder, const QString& name);
-
   QString path_;
   QString pattern_;
 };

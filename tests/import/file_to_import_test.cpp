@@ -58,6 +58,10 @@ TEST_F(FileToImportTest, GoesWhereTheTextSays) {
   EXPECT_EQ(go(QStringLiteral("..")), "*.*");
   EXPECT_TRUE(Control<QLineEdit>(Dialog, "TxtFileToImport").hasSelectedText());
   EXPECT_EQ(Listed("SlctFile").size(), 3U);
+  EXPECT_EQ(go(QStringLiteral("SUB")), "*.*");
+  EXPECT_EQ(go(QStringLiteral("../Sub")), "*.*");
+  EXPECT_EQ(Listed("SlctFile"), Texts{"inner.csv"});
+  go(QStringLiteral(".."));
   // In other case, or with a folder before it, a file is found, but not yet meant.
   EXPECT_EQ(go(QStringLiteral("PEOPLE.CSV")), "people.csv");
   EXPECT_EQ(go(QString::fromStdString(Home.File("sub/inner.csv"))), "inner.csv");
