@@ -81,7 +81,7 @@ def main():
              "read all the files once", 4),
             (f"SortNamesList, {FULL} scrambled", "SortNamesList", "WriteAllFilesDurably",
              "write all the files durably", 2),
-            ("import 8000 lines", "Import/8000", "WriteImportedFilesDurably",
+            ("import 8000 lines", "Import/8000", "WriteImportedFilesDurably/8000",
              "write the files durably", 3),
             ("back up", "BackUpFiles", "CopyAndSync", "cp and sync", 2),
             ("restore from backup", "RestoreFiles", "CopyAndSync", "cp and sync", 2)]
