@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+#include <termios.h>
+
+#include <QElapsedTimer>
+#include <ctime>
+
+#include "platform/desktop/serial_port.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support_qt/modem.h"
+
+namespace quillary::test {
+namespace {
+
+class SerialPortTest : public testing::Test {
+ protected:
+  // Whether it can be opened; either way the window must not stand still.
+  static bool Open(SerialPort& port, const std::string& device) {
+    port.SetDevice(QString::fromStdString(device));
+    QElapsedTimer time;
+    time.start();
+    const bool isOpen = port.Open();
+    EXPECT_LT(time.elapsed(), 100);
+    EXPECT_EQ(port.IsOpen(), isOpen);
+    return isOpen;
+  }
+
+  TempFolder Folder;
+  Modem Other;
+  SerialPort Port;
+};
+
+TEST_F(SerialPortTest, CarriesEveryByteBothWays) {
+  std::string link = Folder.File("modem");
+  ASSERT_EQ(symlink(Other.Device.c_str(), link.c_str()), 0);
+  ASSERT_TRUE(Open(Port, link));
+
+  const int line = open(Other.Device.c_str(), O_RDWR | O_NOCTTY);
+  termios settings{};
+  ASSERT_EQ(tcgetattr(line, &settings), 0);
+  close(line);
+  EXPECT_EQ(cfgetospeed(&settings), static_cast<speed_t>(B9600));
+  EXPECT_EQ(settings.c_cflag & (CSIZE | CSTOPB | PARENB | CRTSCTS), static_cast<tcflag_t>(CS8));
+
+  QByteArray read;
+  QObject::connect(&Port, &SerialPort::Received, [&] { read += Port.Read(); });
+  Port.Write("AT\x03\x11\xFF\n\r");
+  EXPECT_TRUE(Other.Hears("AT\x03\x11\xFF\n\r"));
+  Other.Say("old");
+  Port.DiscardInput();
+  Other.Say("O\r\nK\x03");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return read.endsWith('\x03'); }));
+  EXPECT_EQ(read, QByteArray("O\r\nK\x03"));
+
+  // The last command is heard although the port is closed behind it.
+  Port.Write("ATH\r");
+  Port.Close();
+  EXPECT_TRUE(Other.Hears("ATH\r"));
+  EXPECT_TRUE(Other.IsReleased());
+  Port.Write("lost\r");
+  Port.DiscardInput();
+  EXPECT_EQ(Port.Read(), QByteArray());
+  EXPECT_TRUE(Open(Port, link));
+}
+
+TEST_F(SerialPortTest, OpensOnlyWhatIsAFreePort) {
+  Folder.WriteFile("file", "text");
+  for (const std::string& device :
+       {std::string(), std::string("/dev/null"), Folder.Path(), Folder.File("file"),
+        Folder.File("nowhere"), std::string("no/such/port")}) {
+    EXPECT_FALSE(Open(Port, device)) << device;
+  }
+  EXPECT_EQ(Folder.ReadFile("file"), "text");
+  SerialPort other;
+  ASSERT_TRUE(Open(other, Other.Device));
+  EXPECT_FALSE(Open(Port, Other.Device));
+  other.Close();
+  EXPECT_TRUE(Open(Port, Other.Device));
+  EXPECT_EQ(HostPort(0), QString());
+  EXPECT_EQ(HostPort(1000), QString());
+}
+
+TEST_F(SerialPortTest, APortThatVanishesIsSilentAndCostsNothing) {
+  ASSERT_TRUE(Open(Port, Other.Device));
+  Other.Say("half");
+  Other.Vanish();
+  QTest::qWait(50);
+  const std::clock_t before = std::clock();
+  QTest::qWait(400);
+  EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 20);
+  EXPECT_FALSE(Port.IsOpen());
+  EXPECT_FALSE(Open(Port, Other.Device));
+}
+
+}  // namespace
+}  // namespace quillary::test
