@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace quillary {
 
 // What a button or a menu of the main window may start.
@@ -20,6 +22,10 @@ class Commands {
   virtual void MnuImport_Click(int index) = 0;
   virtual void BackUpToDisk() = 0;
   virtual void RestoreFromDisk() = 0;
+  // Checks the modem's port and opens the dialer, or offers Setup.
+  virtual void OpenDialer() = 0;
+  // The same with a number, which is dialled at once.
+  virtual void Dial(const std::string& number) = 0;
   virtual void ShowSetup() = 0;
   virtual void ShowFilterDialog() = 0;
   virtual void FilterOff() = 0;

@@ -36,6 +36,9 @@ struct Preferences {
   std::string DialSystem;     // "DT" tone, "DP" pulse
 };
 
+// A MsgBoxAnswer: Setup was opened by the dialer, which goes on when Setup is confirmed.
+inline constexpr std::int16_t SetupForDialer = 2;
+
 // The state that all windows share. Made once, in main/, and handed down by reference.
 struct SharedData : StoreData, Preferences {
   // The preferences file, a bare profile name, and the program's section in it.

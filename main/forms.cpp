@@ -69,7 +69,10 @@ BackUp& Forms::DiskBackUp() {
               Percentage(), folder);
 }
 SetupDialog& Forms::Setup() {
-  return Once(setupDialog_, Shared, profile_, Store, Main, SingleText());
+  return Once(setupDialog_, Shared, profile_, Store, Main, *this, SingleText());
+}
+DialDialog& Forms::Dialer() {
+  return Once(dialDialog_, Shared, profile_, Main, *this, SingleText());
 }
 NewDialog& Forms::New() {
   Once(newDialog_, Shared, profile_, Store, Guard, Main, SingleText(), Waiting());
@@ -118,6 +121,12 @@ void Forms::BackUpToDisk() {
 }
 void Forms::RestoreFromDisk() {
   DiskBackUp().RestoreFromDisk();
+}
+void Forms::OpenDialer() {
+  Dialer().OpenDialer();
+}
+void Forms::Dial(const std::string& number) {
+  Dialer().Dial(number);
 }
 void Forms::ShowSetup() {
   Setup().ShowSetup();

@@ -18,6 +18,7 @@
 #include "auxiliary/welcome.h"
 #include "backup/back_up.h"
 #include "backup/back_up_folder.h"
+#include "dialer/dial_dialog.h"
 #include "dialogs/delete_dialog.h"
 #include "dialogs/edit_dialog.h"
 #include "dialogs/file_in_use.h"
@@ -75,6 +76,8 @@ class Forms : public Commands, public Opening {
   void MnuImport_Click(int index) override;
   void BackUpToDisk() override;
   void RestoreFromDisk() override;
+  void OpenDialer() override;
+  void Dial(const std::string& number) override;
   void ShowSetup() override;
   void ShowFilterDialog() override;
   void FilterOff() override;
@@ -97,6 +100,7 @@ class Forms : public Commands, public Opening {
   FileToImportDialog& Import();
   BackUp& DiskBackUp();
   SetupDialog& Setup();
+  DialDialog& Dialer();
   FilterDialog& Filter();
   AboutDialog& About();
 
@@ -120,6 +124,7 @@ class Forms : public Commands, public Opening {
   std::unique_ptr<BackUpFolder> backUpFolder_;
   std::unique_ptr<BackUp> backUp_;
   std::unique_ptr<SetupDialog> setupDialog_;
+  std::unique_ptr<DialDialog> dialDialog_;
   std::unique_ptr<FilterDialog> filterDialog_;
   std::unique_ptr<AboutDialog> aboutDialog_;
 };

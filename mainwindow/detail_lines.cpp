@@ -53,9 +53,13 @@ void MainDialog::Label_MouseDown(int index, const QMouseEvent& event) {
   if (event.button() != Qt::LeftButton) return;
   if (ShiftAlone(event)) {
     CopyToClipboard(caption);
-  } else if (index == NameLine && !event.modifiers().testFlag(Qt::ShiftModifier)) {
-    quillMnu_.SetNameStyles(shared_.FieldValues);
-    quillMnu_.MnuNameStyle.popup(event.globalPosition().toPoint());
+  } else if (!event.modifiers().testFlag(Qt::ShiftModifier)) {
+    if (index == NameLine) {
+      quillMnu_.SetNameStyles(shared_.FieldValues);
+      quillMnu_.MnuNameStyle.popup(event.globalPosition().toPoint());
+    } else {
+      commands_->Dial(caption);
+    }
   }
 }
 

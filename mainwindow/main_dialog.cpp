@@ -69,6 +69,7 @@ void MainDialog::Connect(Records& records, Commands& commands, SharingGuard& gua
   start(BtnEdit, &Commands::ShowEditDialog);
   start(BtnDelete, &Commands::ShowDeleteDialog);
   start(BtnFilter, &Commands::ShowFilterDialog);
+  start(BtnDial, &Commands::OpenDialer);
   start(BtnSetup, &Commands::ShowSetup);
   start(BtnAbout, &Commands::ShowAboutDialog);
   start(BtnExit, &Commands::ExitApplication);

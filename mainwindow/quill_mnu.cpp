@@ -173,6 +173,7 @@ void QuillMnu::Connect(Commands& commands) {
   };
   start(MnuFilterArray[0], &Commands::ShowFilterDialog);
   start(MnuFilterArray[1], &Commands::FilterOff);
+  start(MnuDial, &Commands::OpenDialer);
   start(MnuEdit, &Commands::ShowEditDialog);
   start(MnuNewArray[0], &Commands::ShowNewDialog);
   start(MnuNewArray[1], &Commands::ShowDuplicateDialog);

@@ -35,12 +35,13 @@ std::uint8_t Selected(const QComboBox& list, std::uint8_t withoutSelection) {
 }  // namespace
 
 SetupDialog::SetupDialog(SharedData& shared, Profile& profile, Records& records, Hub& hub,
-                         MsgBoxSnglTxt& msgBoxSnglTxt)
+                         Commands& commands, MsgBoxSnglTxt& msgBoxSnglTxt)
     : Form(QStringLiteral("SetupDialog")),
       shared_(shared),
       profile_(profile),
       records_(records),
       hub_(hub),
+      commands_(commands),
       msgBoxSnglTxt_(msgBoxSnglTxt) {
   setWindowTitle(QStringLiteral("Quillary Setup"));
   LayOut();
@@ -97,6 +98,8 @@ void SetupDialog::Form_Load() {
 }
 
 void SetupDialog::Form_Unload() {
+  // However Setup was closed: no later one leads to the dialer.
+  if (shared_.MsgBoxAnswer == SetupForDialer) shared_.MsgBoxAnswer = 0;
   hub_.SetPanel(1, QString());
   hub_.EnableMain(true);
 }
@@ -107,6 +110,7 @@ void SetupDialog::ChkUsePrefix_Click() {
 }
 
 void SetupDialog::BtnOK_Click() {
+  const std::int16_t askedBy = shared_.MsgBoxAnswer;
   const RunTimeError error = Store();
   if (error != RunTimeError::None) {
     msgBoxSnglTxt_.ShowMsg(QStringLiteral("The preferences could not be saved: ") +
@@ -114,6 +118,7 @@ void SetupDialog::BtnOK_Click() {
                                QStringLiteral(".\rNothing was changed. You can try again."),
                            MsgButtons::Left, QStringLiteral("OK"), QString(), MsgIcon::Critical,
                            windowTitle());
+    shared_.MsgBoxAnswer = askedBy;
     return;
   }
   HideForm();
@@ -121,7 +126,12 @@ void SetupDialog::BtnOK_Click() {
   if (shared_.ViewMode != viewMode_) records_.ShowRecords();
   FindCurRecordNo();
   Unload();
+  // Before the dialer, which disables the main window.
   hub_.SetData();
+  if (askedBy == SetupForDialer) {
+    shared_.MsgBoxAnswer = 1;
+    commands_.OpenDialer();
+  }
 }
 
 void SetupDialog::BtnCancel_Click() {

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 
+#include "app/commands.h"
 #include "app/hub.h"
 #include "app/preferences.h"
 #include "app/setup/option_button.h"
@@ -24,14 +25,15 @@ namespace quillary {
 //
 // OK stores all of them or none; where that fails the user is told why, and the dialog stays with
 // what he chose. Anything else that closes the dialog stores nothing; only CommPort and DialSystem
-// keep, in memory, what was clicked.
+// keep, in memory, what was clicked. Where MsgBoxAnswer is SetupForDialer, OK leads back to the
+// dialer.
 //
 // A stored number that none of the controls can show is kept until the user chooses another.
 class SetupDialog : public Form {
   Q_OBJECT
 
  public:
-  SetupDialog(SharedData& shared, Profile& profile, Records& records, Hub& hub,
+  SetupDialog(SharedData& shared, Profile& profile, Records& records, Hub& hub, Commands& commands,
               MsgBoxSnglTxt& msgBoxSnglTxt);
 
   // Shows the dialog with the stored preferences at the main window's corner and disables the main
@@ -64,6 +66,7 @@ class SetupDialog : public Form {
   Profile& profile_;
   Records& records_;
   Hub& hub_;
+  Commands& commands_;
   MsgBoxSnglTxt& msgBoxSnglTxt_;
 
   // As they were when the dialog was opened.

@@ -3,6 +3,7 @@
 #include "tests/main/session.h"
 #include "tests/support/check_invariants.h"
 #include "tests/support_qt/main_fixture.h"
+#include "tests/support_qt/modem.h"
 
 namespace quillary::test {
 namespace {
@@ -70,6 +71,37 @@ TEST_F(FormsTest, AnotherApplicationDisablesWhatIsOpenAndWhatIsOpenedLater) {
   run.Windows.Shared.InUse = false;
   run.Windows.SetReadOnly();
   EXPECT_TRUE(canConfirm("RestoreDialog", "BtnRestore"));
+}
+
+// From wrong settings through Setup to the modem, and the end of the program in the middle of it.
+TEST_F(FormsTest, DialsOnceThePortIsSetUp) {
+  Modem line;
+  MakeData({.Live = 1, .Deleted = 0});
+  Folder.WriteFile("varek.ini",
+                   Folder.ReadFile("varek.ini") + "[Ports]\r\nCOM3=" + line.Device + "\r\n");
+  auto run = std::make_unique<Session>(Folder, Machine);
+  ASSERT_TRUE(run->Start());
+  MainDialog& main = run->Windows.Main;
+  Answerer ok(QStringLiteral("BtnOK"));
+  main.Menus().MnuDial->trigger();
+  ASSERT_NE(run->Shown("SetupDialog"), nullptr);
+  EXPECT_TRUE(ok.Seen.first().startsWith(QStringLiteral("Wrong Dialing System|")));
+  Control<QAbstractButton>(*run->Shown("SetupDialog"), "OptCommPort(3)").click();
+  Control<QAbstractButton>(*run->Shown("SetupDialog"), "OptToneDial").click();
+  Click(*run->Shown("SetupDialog"), "BtnOK");
+  QWidget* dialer = run->Shown("DialDialog");
+  ASSERT_NE(dialer, nullptr);
+  ASSERT_TRUE(WaitUntilActive(*dialer));
+  EXPECT_FALSE(main.isEnabled());
+  QTest::keyClicks(dialer->focusWidget(), QStringLiteral("555"));
+  PressKey(*dialer, Qt::Key_Return);
+  EXPECT_TRUE(line.Hears("ATDT555\r"));
+
+  run->Windows.ExitApplication();
+  EXPECT_EQ(run->End.Ended, 1);
+  run.reset();
+  EXPECT_TRUE(line.Hears("ATH\r"));
+  EXPECT_TRUE(line.IsReleased());
 }
 
 TEST_F(FormsTest, AskedToEndWhileItSearchesItLeavesAtOnce) {

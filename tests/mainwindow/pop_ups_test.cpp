@@ -75,7 +75,9 @@ TEST_F(PopUpsTest, ItemsAndButtonsStartTheirCommands) {
   menus.MnuDeleteArray[1]->trigger();
   menus.MnuFilterArray[1]->trigger();
   menus.MnuAbout->trigger();
+  menus.MnuDial->trigger();
   menus.MnuReports->trigger();  // can be chosen and does nothing
+  Click(Main, "BtnDial");
   Click(Main, "BtnEdit");
   Click(Main, "BtnDelete");
   Click(Main, "BtnDelete", Qt::ShiftModifier);
@@ -83,8 +85,9 @@ TEST_F(PopUpsTest, ItemsAndButtonsStartTheirCommands) {
   Click(Main, "CopyrightLabel");
   EXPECT_EQ(Started.Started,
             (Commanded{"ShowEditDialog", "ShowDeleteDialog", "DeleteWithoutConfirmation",
-                       "FilterOff", "ShowAboutDialog", "ShowEditDialog", "ShowDeleteDialog",
-                       "DeleteWithoutConfirmation", "ShowDeleteDialog", "ShowAboutDialog"}));
+                       "FilterOff", "ShowAboutDialog", "OpenDialer", "OpenDialer", "ShowEditDialog",
+                       "ShowDeleteDialog", "DeleteWithoutConfirmation", "ShowDeleteDialog",
+                       "ShowAboutDialog"}));
   EXPECT_TRUE(menus.MnuReports->isEnabled());
 }
 

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-#include <termios.h>
-
 #include <QElapsedTimer>
 #include <ctime>
 
@@ -20,7 +17,6 @@ class SerialPortTest : public testing::Test {
     time.start();
     const bool isOpen = port.Open();
     EXPECT_LT(time.elapsed(), 100);
-    EXPECT_EQ(port.IsOpen(), isOpen);
     return isOpen;
   }
 
@@ -30,17 +26,9 @@ class SerialPortTest : public testing::Test {
 };
 
 TEST_F(SerialPortTest, CarriesEveryByteBothWays) {
-  std::string link = Folder.File("modem");
+  const std::string link = Folder.File("modem");
   ASSERT_EQ(symlink(Other.Device.c_str(), link.c_str()), 0);
   ASSERT_TRUE(Open(Port, link));
-
-  const int line = open(Other.Device.c_str(), O_RDWR | O_NOCTTY);
-  termios settings{};
-  ASSERT_EQ(tcgetattr(line, &settings), 0);
-  close(line);
-  EXPECT_EQ(cfgetospeed(&settings), static_cast<speed_t>(B9600));
-  EXPECT_EQ(settings.c_cflag & (CSIZE | CSTOPB | PARENB | CRTSCTS), static_cast<tcflag_t>(CS8));
-
   QByteArray read;
   QObject::connect(&Port, &SerialPort::Received, [&] { read += Port.Read(); });
   Port.Write("AT\x03\x11\xFF\n\r");
@@ -54,39 +42,30 @@ TEST_F(SerialPortTest, CarriesEveryByteBothWays) {
   // The last command is heard although the port is closed behind it.
   Port.Write("ATH\r");
   Port.Close();
+  Port.Write("lost\r");
   EXPECT_TRUE(Other.Hears("ATH\r"));
   EXPECT_TRUE(Other.IsReleased());
-  Port.Write("lost\r");
-  Port.DiscardInput();
-  EXPECT_EQ(Port.Read(), QByteArray());
-  EXPECT_TRUE(Open(Port, link));
 }
 
-TEST_F(SerialPortTest, OpensOnlyWhatIsAFreePort) {
-  Folder.WriteFile("file", "text");
+TEST_F(SerialPortTest, OpensOnlyAFreePort) {
   for (const std::string& device :
-       {std::string(), std::string("/dev/null"), Folder.Path(), Folder.File("file"),
-        Folder.File("nowhere"), std::string("no/such/port")}) {
+       {std::string(), std::string("/dev/null"), Folder.Path(), Folder.File("nowhere")}) {
     EXPECT_FALSE(Open(Port, device)) << device;
   }
-  EXPECT_EQ(Folder.ReadFile("file"), "text");
   SerialPort other;
   ASSERT_TRUE(Open(other, Other.Device));
   EXPECT_FALSE(Open(Port, Other.Device));
   other.Close();
   EXPECT_TRUE(Open(Port, Other.Device));
-  EXPECT_EQ(HostPort(0), QString());
-  EXPECT_EQ(HostPort(1000), QString());
-}
+  EXPECT_EQ(HostPort(0) + HostPort(1000), QString());
 
-TEST_F(SerialPortTest, APortThatVanishesIsSilentAndCostsNothing) {
-  ASSERT_TRUE(Open(Port, Other.Device));
+  // One that vanishes, in the middle of a reply, costs nothing.
   Other.Say("half");
   Other.Vanish();
   QTest::qWait(50);
   const std::clock_t before = std::clock();
-  QTest::qWait(400);
-  EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 20);
+  QTest::qWait(300);
+  EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 50);
   EXPECT_FALSE(Port.IsOpen());
   EXPECT_FALSE(Open(Port, Other.Device));
 }

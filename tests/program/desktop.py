@@ -6,6 +6,7 @@ import shutil
 import subprocess
 import tempfile
 import time
+import tty
 import unittest
 
 PROGRAM = ""
@@ -86,6 +87,36 @@ class Desktop:
         for process in [self.manager, self.server]:
             process.kill()
             process.wait()
+
+
+class Modem:
+    """A modem on the other end of a pseudo terminal."""
+
+    def __init__(self):
+        self.line, port = os.openpty()
+        self.port = os.ttyname(port)
+        tty.setraw(port)
+        os.close(port)
+        os.set_blocking(self.line, False)
+        self.heard = b""
+
+    def hears(self, command):
+        """Waits for the next command."""
+        def listen():
+            try:
+                self.heard += os.read(self.line, 256)
+            except OSError:  # nothing said, or the port is closed
+                pass
+            return b"\r" in self.heard
+        wait_for(command, listen)
+        heard, _, self.heard = self.heard.partition(b"\r")
+        return heard == command
+
+    def say(self, reply):
+        os.write(self.line, reply)
+
+    def close(self):
+        os.close(self.line)
 
 
 class ProgramTest(unittest.TestCase):

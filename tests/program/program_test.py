@@ -114,6 +114,37 @@ class WholeProgramTest(desktop.ProgramTest):
         self.later_start()
         self.assertEqual(self.copied("alt+c"), b"Ann Lee\r1 Oak Road\r555 1\r555 3\r")
 
+    def test_a_number_is_dialled(self):
+        process = self.first_start()
+        self.add("Ann", "Lee", *[""] * 8, "555 1")
+        process.send_signal(signal.SIGTERM)
+        process.wait(PATIENCE)
+        modem = desktop.Modem()
+        self.addCleanup(modem.close)
+        self.prefer(CommPort="2", DialSystem="DP")
+        with open(os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "varek.ini"), "a",
+                  encoding="utf-8") as file:
+            file.write(f"[Ports]\r\nCOM2={modem.port}\r\n")
+        process = self.later_start()
+        self.select_first()
+        self.desktop.key("Tab", "Down", "space")  # the first number of her details
+        self.desktop.wait_active("Dial a Number")
+        self.assertTrue(modem.hears(b"ATDP555 1"))
+        modem.say(b"\r\nBusy\r\n")
+        self.desktop.wait_active("BUSY")
+        self.desktop.key("Return")
+        self.assertTrue(modem.hears(b"ATH"))
+        self.desktop.wait_active("Dial a Number")
+        self.desktop.key("ctrl+a")
+        self.desktop.type("555 2")
+        self.desktop.key("Return")
+        self.assertTrue(modem.hears(b"ATDP555 2"))
+
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(PATIENCE), 0)
+        self.assertTrue(modem.hears(b"ATH"))
+        self.assertEqual(self.value("NoOfUses"), "0")
+
     def test_every_polite_end_takes_it_off_the_counter_once(self):
         process = self.first_start()
         ends = [lambda process, number=number: process.send_signal(number)

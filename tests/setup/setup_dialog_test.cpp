@@ -55,7 +55,7 @@ class SetupDialogTest : public MainFixture {
   }
 
   MsgBoxSnglTxt MsgBox{Shared, Main};
-  SetupDialog Dialog{Shared, Profile, Store, Main, MsgBox};
+  SetupDialog Dialog{Shared, Profile, Store, Main, Started, MsgBox};
 };
 
 constexpr const char* kStored =
@@ -239,6 +239,35 @@ TEST_F(SetupDialogTest, AFailingDiskChangesNothing) {
     EXPECT_EQ(Stored("FaxPrefix") + Stored("Show") + Stored("CopyName"), "new0 0");
   }
   EXPECT_GT(failures, 3);
+}
+
+// The dialer has asked for Setup.
+TEST_F(SetupDialogTest, OnlyOKLeadsBackToTheDialer) {
+  Start(kStored);
+  Shared.MsgBoxAnswer = SetupForDialer;
+  Open();
+  Dialog.close();
+  Open();
+  Click(Dialog, "BtnOK");
+  EXPECT_TRUE(Started.Started.empty());
+  // Not before everything is stored, be it at the second attempt.
+  Started.On = [this](const std::string&) {
+    EXPECT_EQ(Shared.MsgBoxAnswer, 1);
+    EXPECT_EQ(Stored("CommPort"), "4");
+    Main.EnableMain(false);
+  };
+  Shared.MsgBoxAnswer = SetupForDialer;
+  Open();
+  Choose("OptCommPort(4)");
+  Disk.FailAt(1, RunTimeError::DiskFull, false);
+  MsgBoxAnswerer answerer;
+  Click(Dialog, "BtnOK");
+  Disk.Reset();
+  EXPECT_EQ(answerer.Seen.size(), 1U);
+  EXPECT_TRUE(Started.Started.empty());
+  Click(Dialog, "BtnOK");
+  EXPECT_EQ(Started.Started, std::vector<std::string>{"OpenDialer"});
+  EXPECT_FALSE(Main.isEnabled());  // as the dialer left it
 }
 
 TEST_F(SetupDialogTest, TheKeyboardReachesEverything) {

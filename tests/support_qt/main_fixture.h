@@ -44,6 +44,8 @@ class FakeCommands : public Commands {
   void MnuImport_Click(int index) override { Start("MnuImport_Click " + std::to_string(index)); }
   void BackUpToDisk() override { Start("BackUpToDisk"); }
   void RestoreFromDisk() override { Start("RestoreFromDisk"); }
+  void OpenDialer() override { Start("OpenDialer"); }
+  void Dial(const std::string& number) override { Start("Dial " + number); }
   void ShowSetup() override { Start("ShowSetup"); }
   void ShowFilterDialog() override { Start("ShowFilterDialog"); }
   void FilterOff() override { Start("FilterOff"); }

@@ -1,14 +1,15 @@
 #pragma once
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <QTest>
 #include <QTimer>
 #include <array>
 #include <cstdlib>
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -24,6 +25,11 @@ class Modem {
       throw std::runtime_error("no pseudo terminal");
     }
     Device = ptsname(line_);
+    // While nobody has it open a pseudo terminal says everything back.
+    termios settings{};
+    tcgetattr(line_, &settings);
+    cfmakeraw(&settings);
+    tcsetattr(line_, TCSANOW, &settings);
     QObject::connect(&Listening, &QTimer::timeout, [this] { Listen(); });
     Listening.start(2);
   }
@@ -51,8 +57,6 @@ class Modem {
 
   std::string Device;
   std::vector<std::string> Heard;  // commands, each with its carriage return
-  // What it does at a command.
-  std::function<void(const std::string& command)> Script;
   QTimer Listening;
 
  private:
@@ -64,7 +68,6 @@ class Modem {
     for (std::size_t end = 0; (end = begun_.find('\r')) != std::string::npos;) {
       Heard.push_back(begun_.substr(0, end + 1));
       begun_.erase(0, end + 1);
-      if (Script) Script(std::string(Heard.back()));
     }
   }
 
