@@ -27,7 +27,7 @@ QString BothEnds(const QString& text, qsizetype count) {
 }  // namespace
 
 QString MessageText::Shown() const {
-  const QString whole = text();
+  QString whole = text();
   const auto fits = [this](const QString& shown) {
     const QRectF room = contentsRect();
     QImage nothing(1, 1, QImage::Format_RGB32);
