@@ -108,6 +108,7 @@ TEST(ChangedOutsideTest, AFileThatCannotBeReadIsNoChange) {
   for (int call = 1; call < 6; ++call) {
     world.Machine.FailAt(call, RunTimeError::NotReady, true);
     EXPECT_EQ(world.Store.DeleteRecord("2", 2), RunTimeError::NotReady) << call;
+    EXPECT_EQ(world.Store.RestoreRecord("5"), RunTimeError::NotReady) << call;
     EXPECT_EQ(world.Store.InsertRecord("5", "F", "F"), RunTimeError::NotReady) << call;
   }
 }

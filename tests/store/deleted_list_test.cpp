@@ -191,16 +191,6 @@ TEST_F(DeletedListTest, AMissingRecordFileDoesNotCutTheListOff) {
   EXPECT_TRUE(CheckInvariants(World));
 }
 
-TEST_F(DeletedListTest, ADiskFaultIsToldAsSuch) {
-  World.Add("", "M");
-  AddDeleted({"A"});
-  for (int call = 1; call < 4; ++call) {
-    World.Machine.FailAt(call, RunTimeError::NotReady, true);
-    EXPECT_EQ(World.Store.RestoreRecord("1"), RunTimeError::NotReady) << call;
-    EXPECT_EQ(World.Store.RemoveFromDeletedList("1"), RunTimeError::NotReady) << call;
-  }
-}
-
 TEST_F(DeletedListTest, ListsThe8000DeletedLast) {
   for (const int count : {1, 8000, 8001, MaxRecords}) {
     for (int first = 0; first < count; first += RecordsPerFile) {
