@@ -22,10 +22,10 @@ class NewDialog : public RecordDialog {
   void ShowDuplicateDialog();
 
  protected:
+  bool FitsNewLists(bool /*isListed*/) const override { return true; }
   std::optional<Refusal> Check() override;
   RunTimeError Change() override;
   void Select() override;
-  bool FitsNewLists(bool /*isListed*/) const override { return true; }
 
  private:
   void RemovePrompts();

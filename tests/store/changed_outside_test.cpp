@@ -77,7 +77,7 @@ TEST(ChangedOutsideTest, WhatTheListsDoNotShowAnyMoreIsRefusedUntilTheyAreReadAg
 
       ASSERT_EQ(world.Store.ReadListsAgain(), RunTimeError::None);
       EXPECT_TRUE(CheckInvariants(world));
-      const std::string left = world.Data.NamesRecNo.back();
+      const std::string left(world.Data.NamesRecNo.back());
       EXPECT_EQ(Add(world, "Ca"), RunTimeError::None);
       EXPECT_EQ(world.Delete(left), RunTimeError::None);
       EXPECT_TRUE(CheckInvariants(world));
