@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/desktop/make_dde_client.h"
+
 namespace quillary {
 namespace {
 
@@ -24,6 +26,8 @@ Forms::Forms(Profile& profile, const TextComparer& comparer, Ending& ending,
           }),
       Store(Shared, profile, comparer, StoreProgress, Main),
       Guard(profile, Shared, [this] { SetReadOnly(); }),
+      TxtDDE(MakeDdeClient()),
+      Word(Main, *TxtDDE, [this]() -> MsgBoxSnglTxt& { return SingleText(); }),
       profile_(profile),
       ending_(ending),
       ownDirectory_(std::move(ownDirectory)) {

@@ -27,6 +27,8 @@
 #include "import/file_to_import_dialog.h"
 #include "mainwindow/filter_dialog.h"
 #include "mainwindow/main_dialog.h"
+#include "mainwindow/word_link.h"
+#include "platform/dde_client.h"
 #include "platform/text.h"
 #include "store/profile.h"
 #include "store/records.h"
@@ -55,6 +57,8 @@ class Forms : public Commands, public Opening {
   Progress StoreProgress;
   Records Store;
   SharingGuard Guard;
+  std::unique_ptr<DdeClient> TxtDDE;
+  WordLink Word;
 
   MsgBoxSnglTxt& SingleText();
   MsgBoxDblTxt& DoubleText();

@@ -36,6 +36,7 @@ bool Main(Forms& forms, Profile& profile, const std::function<bool()>& isFirstIn
   forms.Splash().ShowWelcome();
   PlaceMain(forms);
   if (!isFirstInstance()) return false;
+  forms.Word.WinWordRunTimer.start();
 
   LoadPreferences(profile, shared);
   if (!forms.OpenDataFile()) return false;

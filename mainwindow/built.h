@@ -31,7 +31,7 @@ inline constexpr std::array Built{
     Feature::New,        Feature::Filter, Feature::TipOfDay, Feature::About,
     Feature::Copy,       Feature::Edit,   Feature::Delete,   Feature::Exchange,
     Feature::Reports,    Feature::Import, Feature::BackUp,   Feature::RestoreDeleted,
-    Feature::SwitchView, Feature::Find,   Feature::Setup,    Feature::Dial,
+    Feature::SwitchView, Feature::Find,   Feature::Setup,    Feature::Dial, Feature::CopyAndPaste,
 };
 
 constexpr bool IsBuilt(Feature feature) {

@@ -46,7 +46,7 @@ std::string MainDialog::LineWithPrefix(std::size_t line) const {
   return prefix + Separator(shared_.PrefixSprt) + caption;
 }
 
-void MainDialog::CopySelected() {
+std::string MainDialog::SelectedDetails() const {
   const auto isChecked = [this](CopyFlag flag) { return ChkCopy.at(flag)->isChecked(); };
   std::string text;
   if (isChecked(CopyName)) AddLine(text, Label[NameLine]->Caption());
@@ -61,7 +61,11 @@ void MainDialog::CopySelected() {
   if (isChecked(CopyPhone2)) AddLine(text, LineWithPrefix(Phone2Line));
   if (isChecked(CopyFax)) AddLine(text, LineWithPrefix(FaxLine));
   if (isChecked(CopyEMail)) AddLine(text, LineWithPrefix(EMailLine));
-  CopyToClipboard(text);
+  return text;
+}
+
+void MainDialog::CopySelected() {
+  CopyToClipboard(SelectedDetails());
 }
 
 void MainDialog::CopyAll() {

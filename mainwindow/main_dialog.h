@@ -54,6 +54,8 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   // Put the ticked details, or all of them, on the clipboard, each line ended by a carriage return.
   void CopySelected();
   void CopyAll();
+  // What CopySelected copies.
+  std::string SelectedDetails() const;
 
   // Ends the red of the line that a search has found.
   QTimer SearchResultTimer;

@@ -113,7 +113,7 @@ void MainDialog::StatBar_PanelDblClick(int panel) {
 void MainDialog::MnuCopyArray_Click(int index) {
   if (index == 0) {
     CopySelected();
-  } else {
+  } else if (index == 1) {
     CopyAll();
   }
 }

@@ -82,7 +82,8 @@ void QuillMnu::MakeLstNames() {
                           {QStringLiteral("Selected Details"), QStringLiteral("All Details"),
                            QStringLiteral("Copy && Paste into WinWord")},
                           Feature::Copy);
-  MnuCopyArray[2]->setEnabled(IsBuilt(Feature::CopyAndPaste));
+  // Until a word processor is found.
+  MnuCopyArray[2]->setEnabled(false);
   MnuFilter =
       AddSubmenu(menu, QStringLiteral("MnuFilter"), QStringLiteral("Filter"), Feature::Filter);
   MnuFilterArray =
@@ -123,11 +124,12 @@ void QuillMnu::MakeLstNames() {
     // it is taken back before the command starts, which sets it.
     connect(item, &QAction::triggered, item, &QAction::toggle);
   }
-  for (int i = 0; i < 2; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    connect(MnuCopyArray.at(at), &QAction::triggered, this,
+  for (int i = 0; i < 3; ++i) {
+    connect(MnuCopyArray.at(static_cast<std::size_t>(i)), &QAction::triggered, this,
             [this, i] { Q_EMIT MnuCopyArray_Click(i); });
-    connect(MnuViewArray.at(at), &QAction::triggered, this,
+  }
+  for (int i = 0; i < 2; ++i) {
+    connect(MnuViewArray.at(static_cast<std::size_t>(i)), &QAction::triggered, this,
             [this, i] { Q_EMIT MnuViewArray_Click(i); });
   }
 }

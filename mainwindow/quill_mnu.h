@@ -59,7 +59,7 @@ class QuillMnu : public QObject {
  Q_SIGNALS:
   // Name style 0 to 3 was chosen.
   void MnuNameStyleArray_Click(int index);
-  // 0 the selected details, 1 all.
+  // 0 the selected details, 1 all, 2 the selected ones into the word processor.
   void MnuCopyArray_Click(int index);
   // 0 by name, 1 by company.
   void MnuViewArray_Click(int index);

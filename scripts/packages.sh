@@ -8,6 +8,7 @@ RunPackages=(
 CheckPackages=(
   libgtest-dev libbenchmark-dev clang-format clang-tidy
   xvfb xauth openbox x11-utils xdotool xclip python3
+  libreoffice-writer python3-uno
 )
 
 # Installs those of the named packages that are not there. Needs root or sudo only then.

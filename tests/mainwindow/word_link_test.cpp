@@ -1,0 +1,129 @@
+#include "mainwindow/word_link.h"
+
+#include <QClipboard>
+
+#include "tests/support_qt/main_fixture.h"
+
+namespace quillary::test {
+namespace {
+
+using Calls = std::vector<std::string>;
+
+// A word processor that answers when the test says so.
+class FakeDde : public DdeClient {
+ public:
+  void Open(const std::string& application, const std::string& topic, Answer answer) override {
+    Note("Open " + application + "|" + topic, std::move(answer));
+  }
+  void Request(const std::string& item, Answer answer) override {
+    Note("Request " + item, std::move(answer));
+  }
+  void Execute(const std::string& command, Answer answer) override {
+    Note("Execute " + command + " with " + QGuiApplication::clipboard()->text().toStdString(),
+         std::move(answer));
+  }
+  void End() override { Note("End", {}); }
+
+  void Reply(const std::optional<std::string>& text) {
+    ASSERT_TRUE(answer_);
+    std::exchange(answer_, {})(text);
+  }
+  Calls Made() { return std::exchange(calls_, {}); }
+
+ private:
+  void Note(const std::string& call, Answer answer) {
+    calls_.push_back(call);
+    answer_ = std::move(answer);
+  }
+  Calls calls_;
+  Answer answer_;
+};
+
+class WordLinkTest : public MainFixture {
+ protected:
+  WordLinkTest() {
+    Shared.CopyValues.fill(1);
+    Add({{LastName, "Aster"}, {Phone1, "555"}});
+    Add({{LastName, "Bell"}});
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+  }
+  // The item after a probe that is answered so.
+  bool IsEnabledAfter(const std::optional<std::string>& topics) {
+    Dde.Made();
+    Word.WinWordRunTimer.start(0);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !Dde.Made().empty(); }));
+    Word.WinWordRunTimer.stop();
+    Dde.Reply("");
+    EXPECT_EQ(Dde.Made(), Calls{"Request Topics"});
+    Dde.Reply(topics);
+    return Item().isEnabled();
+  }
+  QAction& Item() { return *Main.Menus().MnuCopyArray[2]; }
+  static std::string Clipboard() { return QGuiApplication::clipboard()->text().toStdString(); }
+
+  FakeDde Dde;
+  WordLink Word{Main, Dde, [this]() -> MsgBoxSnglTxt& { return SingleText; }};
+};
+
+TEST_F(WordLinkTest, TheItemIsEnabledWhileADocumentIsOpen) {
+  Show();
+  EXPECT_EQ(Word.WinWordRunTimer.interval(), 10000);
+  EXPECT_FALSE(Item().isEnabled());
+  EXPECT_TRUE(IsEnabledAfter("System\tDefault\tLetter"));
+  EXPECT_EQ(Word.IsWordRunning(), -1);
+  for (const char* topics : {"System\tDefault", "System", "", "\t"}) {
+    EXPECT_FALSE(IsEnabledAfter(topics)) << topics;
+    EXPECT_EQ(Word.IsWordRunning(), 0);
+  }
+  for (const char* topics : {"\t\t", "a\t\t\t", "a long name\tb\tc\td\te\tf", "a\tb\tc"}) {
+    EXPECT_TRUE(IsEnabledAfter(topics)) << topics;
+  }
+  EXPECT_FALSE(IsEnabledAfter(std::nullopt));
+  EXPECT_EQ(Clipboard(), "before");
+}
+
+TEST_F(WordLinkTest, PastesTheRecordThatWasShownThen) {
+  Show();
+  IsEnabledAfter("System\tDefault\tLetter");
+  Item().trigger();
+  EXPECT_EQ(Dde.Made(), (Calls{"End", "Open Winword|System"}));
+  EXPECT_FALSE(Item().isEnabled());
+  EXPECT_EQ(Clipboard(), "Aster\r555\r");
+  Shared.CurListIndex = 1;
+  Main.SetData();
+  Main.CopySelected();
+  Dde.Reply("");
+  EXPECT_EQ(Dde.Made(), Calls{"Execute [EditPaste] with Aster\r555\r"});
+  Dde.Reply("");
+  EXPECT_EQ(Dde.Made(), Calls{"End"});
+  EXPECT_TRUE(Item().isEnabled());
+  EXPECT_EQ(Clipboard(), "Aster\r555\r");
+  EXPECT_TRUE(Started.Started.empty());
+}
+
+TEST_F(WordLinkTest, AWordProcessorThatIsGoneIsToldOnceAndTheClipboardHasTheDetails) {
+  Show();
+  for (const bool isOpened : {false, true}) {
+    IsEnabledAfter("System\tDefault\tLetter");
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    MsgBoxAnswerer user;
+    Item().trigger();
+    // It does not get in the way of what the user has begun meanwhile.
+    Main.EnableMain(false);
+    if (isOpened) Dde.Reply("");
+    Dde.Reply(std::nullopt);
+    EXPECT_EQ(Clipboard(), "Aster\r555\r");
+    QTest::qWait(250);
+    EXPECT_TRUE(user.Seen.empty());
+    Main.EnableMain(true);
+    EXPECT_TRUE(QTest::qWaitFor([&user] { return !user.Seen.empty(); }));
+    QTest::qWait(250);
+    ASSERT_EQ(user.Seen.size(), 1U);
+    EXPECT_EQ(user.Seen[0].first, QStringLiteral("Can't paste into WinWord"));
+    EXPECT_TRUE(Main.isEnabled());
+    EXPECT_TRUE(Item().isEnabled());  // until the next probe
+  }
+}
+
+}  // namespace
+}  // namespace quillary::test
