@@ -3,7 +3,6 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "mainwindow/built.h"
 #include "mainwindow/main_dialog.h"
 #include "platform/desktop/one_line_text.h"
 #include "platform/desktop/twips.h"
@@ -56,24 +55,19 @@ void MainDialog::MakeCopyBoxes() {
 }
 
 void MainDialog::MakeButtons() {
-  const auto make = [](const QString& name, const QString& caption, bool built) {
-    auto* button = new CommandButton(name, caption);
-    button->setEnabled(built);
-    return button;
+  const auto make = [](const QString& name, const QString& caption) {
+    return new CommandButton(name, caption);
   };
-  BtnCopy = make(QStringLiteral("BtnCopy"), QStringLiteral("&Copy"), IsBuilt(Feature::Copy));
-  BtnNew = make(QStringLiteral("BtnNew"), QStringLiteral("&New"), IsBuilt(Feature::New));
-  BtnEdit = make(QStringLiteral("BtnEdit"), QStringLiteral("&Edit"), IsBuilt(Feature::Edit));
-  BtnDelete =
-      make(QStringLiteral("BtnDelete"), QStringLiteral("&Delete"), IsBuilt(Feature::Delete));
-  BtnFilter =
-      make(QStringLiteral("BtnFilter"), QStringLiteral("&Filter"), IsBuilt(Feature::Filter));
-  BtnDial = make(QStringLiteral("BtnDial"), QStringLiteral("Di&al"), IsBuilt(Feature::Dial));
-  BtnExchange =
-      make(QStringLiteral("BtnExchange"), QStringLiteral("E&xchange"), IsBuilt(Feature::Exchange));
-  BtnSetup = make(QStringLiteral("BtnSetup"), QStringLiteral("&Setup"), IsBuilt(Feature::Setup));
-  BtnAbout = make(QStringLiteral("BtnAbout"), QStringLiteral("&About"), IsBuilt(Feature::About));
-  BtnExit = make(QStringLiteral("BtnExit"), QStringLiteral("E&xit"), true);
+  BtnCopy = make(QStringLiteral("BtnCopy"), QStringLiteral("&Copy"));
+  BtnNew = make(QStringLiteral("BtnNew"), QStringLiteral("&New"));
+  BtnEdit = make(QStringLiteral("BtnEdit"), QStringLiteral("&Edit"));
+  BtnDelete = make(QStringLiteral("BtnDelete"), QStringLiteral("&Delete"));
+  BtnFilter = make(QStringLiteral("BtnFilter"), QStringLiteral("&Filter"));
+  BtnDial = make(QStringLiteral("BtnDial"), QStringLiteral("Di&al"));
+  BtnExchange = make(QStringLiteral("BtnExchange"), QStringLiteral("E&xchange"));
+  BtnSetup = make(QStringLiteral("BtnSetup"), QStringLiteral("&Setup"));
+  BtnAbout = make(QStringLiteral("BtnAbout"), QStringLiteral("&About"));
+  BtnExit = make(QStringLiteral("BtnExit"), QStringLiteral("E&xit"));
 
   CopyrightLabel = new QLabel(QStringLiteral("© Quillary"));
   CopyrightLabel->setObjectName(QStringLiteral("CopyrightLabel"));

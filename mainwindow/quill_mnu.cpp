@@ -11,31 +11,24 @@ namespace quillary {
 
 namespace {
 
-QAction* AddItem(QMenu& menu, const QString& name, const QString& caption, bool built) {
+QAction* AddItem(QMenu& menu, const QString& name, const QString& caption) {
   QAction* item = menu.addAction(caption);
   item->setObjectName(name);
-  item->setEnabled(built);
   return item;
 }
 
-QAction* AddItem(QMenu& menu, const QString& name, const QString& caption, Feature feature) {
-  return AddItem(menu, name, caption, IsBuilt(feature));
-}
-
 template <std::size_t N>
-std::array<QAction*, N> AddArray(QMenu& menu, const QString& name, const QString (&captions)[N],
-                                 Feature feature) {
+std::array<QAction*, N> AddArray(QMenu& menu, const QString& name, const QString (&captions)[N]) {
   std::array<QAction*, N> items{};
   for (std::size_t i = 0; i < N; ++i) {
-    items[i] = AddItem(menu, QStringLiteral("%1(%2)").arg(name).arg(i), captions[i], feature);
+    items[i] = AddItem(menu, QStringLiteral("%1(%2)").arg(name).arg(i), captions[i]);
   }
   return items;
 }
 
-QMenu* AddSubmenu(QMenu& menu, const QString& name, const QString& caption, Feature feature) {
+QMenu* AddSubmenu(QMenu& menu, const QString& name, const QString& caption) {
   QMenu* submenu = menu.addMenu(caption);
   submenu->setObjectName(name);
-  submenu->menuAction()->setEnabled(IsBuilt(feature));
   return submenu;
 }
 
@@ -62,7 +55,7 @@ void QuillMnu::MakeNameStyle() {
   MnuNameStyle.setObjectName(QStringLiteral("MnuNameStyle"));
   for (int i = 0; i < 4; ++i) {
     QAction* item =
-        AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(%1)").arg(i), QString(), true);
+        AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(%1)").arg(i), QString());
     connect(item, &QAction::triggered, this, [this, i] { Q_EMIT MnuNameStyleArray_Click(i); });
     MnuNameStyleArray.at(static_cast<std::size_t>(i)) = item;
   }
@@ -70,53 +63,46 @@ void QuillMnu::MakeNameStyle() {
   MnuNameStyle.setSeparatorsCollapsible(false);
   MnuNameStyleArray[4] = MnuNameStyle.addSeparator();
   MnuNameStyleArray[5] =
-      AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(5)"), QStringLiteral("Cancel"), true);
+      AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(5)"), QStringLiteral("Cancel"));
 }
 
 void QuillMnu::MakeLstNames() {
   QMenu& menu = MnuLstNames;
   menu.setObjectName(QStringLiteral("MnuLstNames"));
 
-  MnuCopy = AddSubmenu(menu, QStringLiteral("MnuCopy"), QStringLiteral("Copy"), Feature::Copy);
+  MnuCopy = AddSubmenu(menu, QStringLiteral("MnuCopy"), QStringLiteral("Copy"));
   MnuCopyArray = AddArray(*MnuCopy, QStringLiteral("MnuCopyArray"),
                           {QStringLiteral("Selected Details"), QStringLiteral("All Details"),
-                           QStringLiteral("Copy && Paste into WinWord")},
-                          Feature::Copy);
+                           QStringLiteral("Copy && Paste into WinWord")});
   // Until a word processor is found.
   MnuCopyArray[2]->setEnabled(false);
-  MnuFilter =
-      AddSubmenu(menu, QStringLiteral("MnuFilter"), QStringLiteral("Filter"), Feature::Filter);
-  MnuFilterArray =
-      AddArray(*MnuFilter, QStringLiteral("MnuFilterArray"),
-               {QStringLiteral("Filter - ON"), QStringLiteral("Filter - OFF")}, Feature::Filter);
-  MnuDial = AddItem(menu, QStringLiteral("MnuDial"), QStringLiteral("Dial"), Feature::Dial);
+  MnuFilter = AddSubmenu(menu, QStringLiteral("MnuFilter"), QStringLiteral("Filter"));
+  MnuFilterArray = AddArray(*MnuFilter, QStringLiteral("MnuFilterArray"),
+                            {QStringLiteral("Filter - ON"), QStringLiteral("Filter - OFF")});
+  MnuDial = AddItem(menu, QStringLiteral("MnuDial"), QStringLiteral("Dial"));
   AddSeparator(menu, QStringLiteral("MnuSprator0"));
 
-  MnuEdit = AddItem(menu, QStringLiteral("MnuEdit"), QStringLiteral("Edit"), Feature::Edit);
-  MnuNew = AddSubmenu(menu, QStringLiteral("MnuNew"), QStringLiteral("New"), Feature::New);
-  MnuNewArray = AddArray(
-      *MnuNew, QStringLiteral("MnuNewArray"),
-      {QStringLiteral("Insert New Name"), QStringLiteral("Duplicate selected Name")}, Feature::New);
-  MnuDelete =
-      AddSubmenu(menu, QStringLiteral("MnuDelete"), QStringLiteral("Delete"), Feature::Delete);
+  MnuEdit = AddItem(menu, QStringLiteral("MnuEdit"), QStringLiteral("Edit"));
+  MnuNew = AddSubmenu(menu, QStringLiteral("MnuNew"), QStringLiteral("New"));
+  MnuNewArray =
+      AddArray(*MnuNew, QStringLiteral("MnuNewArray"),
+               {QStringLiteral("Insert New Name"), QStringLiteral("Duplicate selected Name")});
+  MnuDelete = AddSubmenu(menu, QStringLiteral("MnuDelete"), QStringLiteral("Delete"));
   MnuDeleteArray = AddArray(
       *MnuDelete, QStringLiteral("MnuDeleteArray"),
-      {QStringLiteral("Delete selected Name"), QStringLiteral("Delete with no confirmation !")},
-      Feature::Delete);
+      {QStringLiteral("Delete selected Name"), QStringLiteral("Delete with no confirmation !")});
   AddSeparator(menu, QStringLiteral("MnuSprator1"));
 
   MakeExchange();
   AddSeparator(menu, QStringLiteral("MnuSprator2"));
 
-  MnuView =
-      AddSubmenu(menu, QStringLiteral("MnuView"), QStringLiteral("View"), Feature::SwitchView);
+  MnuView = AddSubmenu(menu, QStringLiteral("MnuView"), QStringLiteral("View"));
   MnuViewArray = AddArray(*MnuView, QStringLiteral("MnuViewArray"),
-                          {QStringLiteral("Name"), QStringLiteral("Company")}, Feature::SwitchView);
+                          {QStringLiteral("Name"), QStringLiteral("Company")});
   AddSeparator(menu, QStringLiteral("MnuSprator3"));
-  MnuTipOfDay = AddItem(menu, QStringLiteral("MnuTipOfDay"), QStringLiteral("Tip of The Day"),
-                        Feature::TipOfDay);
+  MnuTipOfDay = AddItem(menu, QStringLiteral("MnuTipOfDay"), QStringLiteral("Tip of The Day"));
   AddSeparator(menu, QStringLiteral("MnuSprator4"));
-  MnuAbout = AddItem(menu, QStringLiteral("MnuAbout"), QStringLiteral("About"), Feature::About);
+  MnuAbout = AddItem(menu, QStringLiteral("MnuAbout"), QStringLiteral("About"));
 
   for (QAction* item : {MnuFilterArray[0], MnuFilterArray[1], MnuViewArray[0], MnuViewArray[1]}) {
     item->setCheckable(true);
@@ -135,30 +121,26 @@ void QuillMnu::MakeLstNames() {
 }
 
 void QuillMnu::MakeExchange() {
-  MnuExchange = AddSubmenu(MnuLstNames, QStringLiteral("MnuExchange"), QStringLiteral("Exchange"),
-                           Feature::Exchange);
-  QMenu* reports = AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(0)"),
-                              QStringLiteral("Reports"), Feature::Reports);
-  MnuReports = AddItem(*reports, QStringLiteral("MnuReports"),
-                       QStringLiteral("Create Labels in WinWord"), Feature::Reports);
-  QMenu* import = AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(1)"),
-                             QStringLiteral("Import"), Feature::Import);
-  MnuImport =
-      AddArray(*import, QStringLiteral("MnuImport"),
-               {QStringLiteral("Append to existing data"), QStringLiteral("Replace existing data")},
-               Feature::Import);
-  QMenu* backUp = AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(2)"),
-                             QStringLiteral("Back Up"), Feature::BackUp);
+  MnuExchange = AddSubmenu(MnuLstNames, QStringLiteral("MnuExchange"), QStringLiteral("Exchange"));
+  QMenu* reports =
+      AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(0)"), QStringLiteral("Reports"));
+  MnuReports =
+      AddItem(*reports, QStringLiteral("MnuReports"), QStringLiteral("Create Labels in WinWord"));
+  QMenu* import =
+      AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(1)"), QStringLiteral("Import"));
+  MnuImport = AddArray(
+      *import, QStringLiteral("MnuImport"),
+      {QStringLiteral("Append to existing data"), QStringLiteral("Replace existing data")});
+  QMenu* backUp =
+      AddSubmenu(*MnuExchange, QStringLiteral("MnuExchangeArray(2)"), QStringLiteral("Back Up"));
   MnuBackUp = AddArray(*backUp, QStringLiteral("MnuBackUp"),
-                       {QStringLiteral("Create BackUp"), QStringLiteral("Restore from BackUp")},
-                       Feature::BackUp);
-  QAction* restoreDeleted =
-      AddItem(*MnuExchange, QStringLiteral("MnuExchangeArray(3)"),
-              QStringLiteral("Restore Deleted Record"), Feature::RestoreDeleted);
+                       {QStringLiteral("Create BackUp"), QStringLiteral("Restore from BackUp")});
+  QAction* restoreDeleted = AddItem(*MnuExchange, QStringLiteral("MnuExchangeArray(3)"),
+                                    QStringLiteral("Restore Deleted Record"));
   QAction* line = MnuExchange->addSeparator();
   line->setObjectName(QStringLiteral("MnuExchangeArray(4)"));
   QAction* cancel =
-      AddItem(*MnuExchange, QStringLiteral("MnuExchangeArray(5)"), QStringLiteral("Cancel"), true);
+      AddItem(*MnuExchange, QStringLiteral("MnuExchangeArray(5)"), QStringLiteral("Cancel"));
   MnuExchangeArray = {reports->menuAction(),
                       import->menuAction(),
                       backUp->menuAction(),
@@ -193,16 +175,16 @@ void QuillMnu::Connect(Commands& commands) {
 }
 
 void QuillMnu::SetReadOnly(bool readOnly) {
-  MnuEdit->setEnabled(!readOnly && IsBuilt(Feature::Edit));
-  MnuNew->menuAction()->setEnabled(!readOnly && IsBuilt(Feature::New));
-  MnuDelete->menuAction()->setEnabled(!readOnly && IsBuilt(Feature::Delete));
-  MnuExchangeArray[1]->setEnabled(!readOnly && IsBuilt(Feature::Import));
-  MnuBackUp[1]->setEnabled(!readOnly && IsBuilt(Feature::BackUp));
+  MnuEdit->setEnabled(!readOnly);
+  MnuNew->menuAction()->setEnabled(!readOnly);
+  MnuDelete->menuAction()->setEnabled(!readOnly);
+  MnuExchangeArray[1]->setEnabled(!readOnly);
+  MnuBackUp[1]->setEnabled(!readOnly);
   if (readOnly) EnableRestore(false);
 }
 
 void QuillMnu::EnableRestore(bool enable) {
-  MnuExchangeArray[3]->setEnabled(enable && IsBuilt(Feature::RestoreDeleted));
+  MnuExchangeArray[3]->setEnabled(enable);
 }
 
 void QuillMnu::ShowCancel(bool show) {

@@ -7,7 +7,6 @@
 #include <cstdint>
 
 #include "app/commands.h"
-#include "mainwindow/built.h"
 #include "store/store_data.h"
 
 namespace quillary {

@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "mainwindow/built.h"
 #include "mainwindow/main_dialog.h"
 #include "platform/numbers.h"
 
@@ -75,16 +74,16 @@ bool MainDialog::AnythingToShow() const {
 
 void MainDialog::ShowReadOnly() {
   const bool change = AnythingToShow() && !shared_.InUse;
-  BtnNew->setEnabled(!shared_.InUse && IsBuilt(Feature::New));
-  BtnEdit->setEnabled(change && IsBuilt(Feature::Edit));
-  BtnDelete->setEnabled(change && IsBuilt(Feature::Delete));
+  BtnNew->setEnabled(!shared_.InUse);
+  BtnEdit->setEnabled(change);
+  BtnDelete->setEnabled(change);
   quillMnu_.SetReadOnly(shared_.InUse);
-  quillMnu_.MnuNewArray[1]->setEnabled(change && IsBuilt(Feature::New));
+  quillMnu_.MnuNewArray[1]->setEnabled(change);
 }
 
 void MainDialog::ShowNothing() {
   const bool anyRecord = shared_.NoOfRecords > 0;
-  BtnFilter->setEnabled(anyRecord && IsBuilt(Feature::Filter));
+  BtnFilter->setEnabled(anyRecord);
   SetPanel(2, QString());
   // Before the list is disabled: else its focus would wander off to the next control.
   if (anyRecord && shared_.FilterOn) {
@@ -112,11 +111,11 @@ RunTimeError MainDialog::ShowRecord() {
   LstNames->setEnabled(true);
   LstNames->SetListIndex(shared_.CurListIndex);
   const RunTimeError error = LstNames_Click();
-  BtnCopy->setEnabled(IsBuilt(Feature::Copy));
-  BtnFilter->setEnabled(IsBuilt(Feature::Filter));
+  BtnCopy->setEnabled(true);
+  BtnFilter->setEnabled(true);
   DetailsPanel->setFocusPolicy(Qt::TabFocus);
   DetailsFrame->setEnabled(true);
-  EnableFind(IsBuilt(Feature::Find));
+  EnableFind(true);
   if (CboSrchIn->currentIndex() < 0) CboSrchIn->setCurrentIndex(0);
   return error;
 }
