@@ -8,7 +8,7 @@
 namespace quillary {
 
 // Makes the list box's line of that record the selected one, CurListIndex; where the list does not
-// show the record, the first line.
-void SelectRecord(SharedData& shared, const Hub& hub, std::string_view RecNo);
+// show the record, the first line. Whether it does.
+bool SelectRecord(SharedData& shared, const Hub& hub, std::string_view RecNo);
 
 }  // namespace quillary

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/select_record.h"
 #include "platform/desktop/twips.h"
-#include "platform/numbers.h"
 
 namespace quillary {
 
@@ -114,13 +114,12 @@ std::optional<ChangeDialog::Refusal> ChangeDialog::TryChange(bool& comesBack) {
 bool ChangeDialog::ReadListsAgain() {
   // An order that cannot be stored now is stored with the next change.
   static_cast<void>(records_.ReadListsAgain());
-  const int count = hub_.ListCount();
-  const int recordNo = ToInt32(shared_.CurRecordNo);
-  int index = 0;
-  while (index < count && hub_.ItemData(index) != recordNo) ++index;
-  const bool isListed = index < count;
-  if (!isListed) index = std::clamp<int>(shared_.CurListIndex, 0, std::max(count - 1, 0));
-  shared_.CurListIndex = static_cast<std::int16_t>(index);
+  const std::int16_t before = shared_.CurListIndex;
+  const bool isListed = SelectRecord(shared_, hub_, shared_.CurRecordNo);
+  if (!isListed) {
+    const int last = std::max(hub_.ListCount() - 1, 0);
+    shared_.CurListIndex = static_cast<std::int16_t>(std::clamp<int>(before, 0, last));
+  }
   hub_.SetData();
   hub_.EnableMain(false);
   return isListed;

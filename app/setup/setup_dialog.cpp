@@ -1,7 +1,6 @@
 #include "app/setup/setup_dialog.h"
 
-#include <algorithm>
-
+#include "app/select_record.h"
 #include "platform/numbers.h"
 
 namespace quillary {
@@ -124,7 +123,7 @@ void SetupDialog::BtnOK_Click() {
   HideForm();
   hub_.BringToFront();
   if (shared_.ViewMode != viewMode_) records_.ShowRecords();
-  FindCurRecordNo();
+  SelectRecord(shared_, hub_, shared_.CurRecordNo);
   Unload();
   // Before the dialer, which disables the main window.
   hub_.SetData();
@@ -163,19 +162,6 @@ void SetupDialog::TakeChoices() {
   }
   for (std::size_t i = 0; i < chkCopy_.size(); ++i) {
     shared_.CopyValues.at(i) = chkCopy_.at(i)->isChecked() ? 1 : 0;
-  }
-}
-
-void SetupDialog::FindCurRecordNo() {
-  shared_.CurListIndex = 0;
-  const int recordNo = ToInt32(shared_.CurRecordNo);
-  const int count = std::min<int>(shared_.FilterOn ? shared_.FilteredCount : shared_.NoOfRecords,
-                                  hub_.ListCount());
-  for (int i = 0; i < count; ++i) {
-    if (hub_.ItemData(i) == recordNo) {
-      shared_.CurListIndex = static_cast<std::int16_t>(i);
-      return;
-    }
   }
 }
 

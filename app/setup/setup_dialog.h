@@ -60,7 +60,6 @@ class SetupDialog : public Form {
   // Everything into the globals and the file.
   RunTimeError Store();
   void TakeChoices();
-  void FindCurRecordNo();
 
   SharedData& shared_;
   Profile& profile_;
