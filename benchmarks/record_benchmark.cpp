@@ -116,8 +116,8 @@ BENCHMARK(ReadDeletedNamesList)->UseRealTime()->Unit(benchmark::kMillisecond);
 // deleted ones.
 template <typename Change>
 void Changing(benchmark::State& state, Change change) {
-  Program program({.Live = static_cast<int>(state.range(0)),
-                   .Deleted = static_cast<int>(state.range(1))});
+  Program program(
+      {.Live = static_cast<int>(state.range(0)), .Deleted = static_cast<int>(state.range(1))});
   program.Store.GetNamesList();
   program.Store.ReadDeletedNamesList();
   std::size_t number = 0;

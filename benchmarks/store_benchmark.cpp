@@ -135,8 +135,8 @@ BENCHMARK(SortNamesList)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillise
 
 // Into so many records, among so many deleted ones, without the writing of the new record's fields.
 void InsertRecord(benchmark::State& state) {
-  Program program({.Live = static_cast<int>(state.range(0)),
-                   .Deleted = static_cast<int>(state.range(1))});
+  Program program(
+      {.Live = static_cast<int>(state.range(0)), .Deleted = static_cast<int>(state.range(1))});
   program.Store.GetNamesList();
   int number = 0;
   for (auto _ : state) {
