@@ -29,6 +29,7 @@ void Progress::Begin(std::string_view status, std::string_view splash) {
   Welcome* welcome = splash.empty() ? nullptr : welcome_();
   if (welcome != nullptr && welcome->isVisible()) welcome->SetLbl(ToQString(splash));
   ShowBars(0);
+  due_ = {};  // what the user did before is not to wait
 }
 
 void Progress::Step(double percent) {

@@ -12,7 +12,8 @@
 namespace quillary {
 
 // Shows the store's progress on the progress window, on the splash window and in the status bar.
-// Bars are touched, and events run, at most sixty times a second; the end of a bar always shows.
+// Bars are touched, and events run, with the first step of a stage and then at most sixty times a
+// second; the end of a bar always shows.
 class Progress : public ProgressHooks {
  public:
   // `percent` and `welcome` give the windows, or null while there is none; one that is not visible
