@@ -44,10 +44,11 @@ void MainDialog::ShowHint(const QWidget* under) {
            "Double-Click a name to copy details. Type name's first letter for quick search.")},
       {BtnAbout, QStringLiteral("Show the version of this program.")},
   };
-  // Where there is no hint, that of the control before is gone.
+  // Where there is no hint, that of the control before is gone. What is disabled does nothing that
+  // could be told.
   QString text;
   for (const ControlHint& hint : hints) {
-    if (under == hint.Control) text = hint.Text;
+    if (under == hint.Control && under->isEnabled()) text = hint.Text;
   }
   SetPanel(1, text);
 }

@@ -222,7 +222,7 @@ TEST_F(MainDialogTest, TheMouseHighlightsLinesAndTellsWhatAClickDoes) {
   QTest::mouseMove(&Control<QWidget>(Main, "DetailsFrame"), QPoint(3, 3));
   EXPECT_EQ(Panel(1), "");
   EXPECT_EQ(Label(0).TextColour(), DetailLabel::Colour::Normal);
-  QTest::mouseMove(&Control<QWidget>(Main, "BtnEdit"));  // disabled
+  QTest::mouseMove(&Control<QWidget>(Main, "BtnEdit"));
   EXPECT_EQ(Panel(1), "Edit details for the selected name.");
   const auto hintIsGone = [this](QWidget& control) {
     Main.SetPanel(1, QStringLiteral("before"));
@@ -233,6 +233,8 @@ TEST_F(MainDialogTest, TheMouseHighlightsLinesAndTellsWhatAClickDoes) {
   EXPECT_TRUE(hintIsGone(Control<QWidget>(Main, "DetailsPanel")));
   EXPECT_TRUE(hintIsGone(Label(2)));  // it is empty
   EXPECT_TRUE(hintIsGone(Control<QWidget>(Main, "ChkCopyName")));
+  Control<QWidget>(Main, "BtnEdit").setEnabled(false);
+  EXPECT_TRUE(hintIsGone(Control<QWidget>(Main, "BtnEdit")));
 }
 
 TEST_F(MainDialogTest, AClickOnANumberDialsIt) {
