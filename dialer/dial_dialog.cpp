@@ -121,8 +121,6 @@ void DialDialog::Form_Activate() {
 
 void DialDialog::AskForNumber() {
   hub_.SetPanel(1, QStringLiteral("Dial a number."));
-  // An answer to another question says nothing about this number.
-  shared_.MsgBoxAnswer = 1;
   FillDialList();
   TxtDialNumber->setFocus();
 }
@@ -168,12 +166,6 @@ void DialDialog::BtnDial_Click() {
   Dialing = true;
   DialNumber = TxtDialNumber->text().trimmed();
   DialCommand = "AT" + QByteArray::fromStdString(shared_.DialSystem) + DialNumber.toLatin1() + '\r';
-  if (shared_.MsgBoxAnswer == 0) {
-    shared_.MsgBoxAnswer = 1;
-    Dialing = false;
-    BtnDial->setEnabled(true);
-    return;
-  }
   // Where it does not open, the command goes nowhere and the prompt comes all the same: the port
   // was there a moment ago.
   Comm.Open();
@@ -242,7 +234,9 @@ void DialDialog::StopDialing() {
   Comm.Write(kHangUp);
   ReleasePort();
   Dialing = false;
-  BtnDial->setEnabled(!TxtDialNumber->text().isEmpty());
+  TxtDialNumber_Change();
+  // Enter dials what was given meanwhile, but not the same number again.
+  if (TxtDialNumber->text().trimmed() == DialNumber) SetDefaultButton(BtnCancel);
 }
 
 void DialDialog::ReleasePort() {
