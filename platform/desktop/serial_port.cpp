@@ -3,9 +3,17 @@
 #include <QCollator>
 #include <QFileInfo>
 #include <QSerialPortInfo>
+#include <QThread>
 #include <algorithm>
 
 namespace quillary {
+namespace {
+
+constexpr qint64 kBytesPerSecond = 9600 / 10;  // a start bit, 8 data bits and a stop bit each
+constexpr qint64 kDeviceMs = 20;               // for the way to the device, as through a converter
+constexpr qint64 kLongestMs = 80;              // that closing may hold up the windows
+
+}  // namespace
 
 SerialPort::SerialPort() {
   // Queued: whoever reads may close the port, or keep the user waiting in a message box.
@@ -37,6 +45,9 @@ bool SerialPort::Open() {
 void SerialPort::Close() {
   if (!port_.isOpen()) return;
   port_.flush();
+  // The device gets back its old speed, which holds at once, also for what it has not sent yet.
+  QThread::msleep(static_cast<unsigned long>(std::min(sent_.remainingTime(), kLongestMs)));
+  sent_ = QDeadlineTimer();
   port_.close();
 }
 
@@ -52,6 +63,8 @@ void SerialPort::Write(const QByteArray& bytes) {
   if (!port_.isOpen()) return;
   port_.write(bytes);
   port_.flush();
+  const qint64 ms = bytes.size() * 1000 / kBytesPerSecond + 1;
+  sent_.setRemainingTime(std::max(sent_.remainingTime(), kDeviceMs) + ms, Qt::PreciseTimer);
 }
 
 QString HostPort(int n) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QSerialPort>
 #include <QString>
@@ -10,8 +11,9 @@ namespace quillary {
 // A serial port of the host at "9600,N,8,1": 9600 baud, no parity, 8 data bits, 1 stop bit, no flow
 // control.
 //
-// Nothing here waits for the device. What fails, fails quietly: a port that is closed takes nothing
-// and has received nothing, and one that vanishes is silent from then on, until it is closed.
+// Only Close waits for the device, for less than a tenth of a second. What fails, fails quietly: a
+// port that is closed takes nothing and has received nothing, and one that vanishes is silent from
+// then on, until it is closed.
 class SerialPort : public QObject {
   Q_OBJECT
 
@@ -25,7 +27,8 @@ class SerialPort : public QObject {
   // For this object alone. False where there is no such device, where it is no serial port, or
   // where somebody else has it open.
   bool Open();
-  // What was written before still goes out. The line to the modem drops.
+  // What was written before still goes out, if that takes less than a tenth of a second. The line
+  // to the modem drops.
   void Close();
   bool IsOpen() const { return port_.isOpen(); }
 
@@ -41,6 +44,7 @@ class SerialPort : public QObject {
  private:
   QString device_;
   QSerialPort port_;
+  QDeadlineTimer sent_;  // when all that was written is out
 };
 
 // The device of the host's n-th serial port, from 1 on, in the order of their names; empty where

@@ -20,6 +20,13 @@ class SerialPortTest : public testing::Test {
     return isOpen;
   }
 
+  qint64 ClosingMs() {
+    QElapsedTimer time;
+    time.start();
+    Port.Close();
+    return time.elapsed();
+  }
+
   TempFolder Folder;
   Modem Other;
   SerialPort Port;
@@ -41,10 +48,17 @@ TEST_F(SerialPortTest, CarriesEveryByteBothWays) {
 
   // The last command is heard although the port is closed behind it.
   Port.Write("ATH\r");
-  Port.Close();
+  EXPECT_GT(ClosingMs(), 4 * 1000 / 960);  // at 9600 baud, before the speed is another one
   Port.Write("lost\r");
   EXPECT_TRUE(Other.Hears("ATH\r"));
   EXPECT_TRUE(Other.IsReleased());
+
+  // However much there is to send, the window does not stand still.
+  ASSERT_TRUE(Open(Port, link));
+  Port.Write(QByteArray(1000, 'x'));
+  EXPECT_LT(ClosingMs(), 100);
+  ASSERT_TRUE(Open(Port, link));
+  EXPECT_LT(ClosingMs(), 20);  // with nothing to wait for
 }
 
 TEST_F(SerialPortTest, OpensOnlyAFreePort) {
