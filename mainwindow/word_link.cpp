@@ -1,6 +1,7 @@
 #include "mainwindow/word_link.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <chrono>
 #include <utility>
 
@@ -12,6 +13,10 @@ namespace {
 
 constexpr const char* Application = "Winword";
 constexpr const char* Topic = "System";
+
+QString WaitText() {
+  return QStringLiteral("Please wait while pasting into WinWord");
+}
 
 }  // namespace
 
@@ -62,26 +67,32 @@ void WordLink::WinWordRunTimer_Timer() {
 
 void WordLink::MnuCopyArray_Click(int index) {
   if (index != 2 || isPasting_) return;
+  details_ = main_.SelectedDetails();
+  main_.CopySelected();
+  // Pasting nothing would delete what is selected in the document.
+  if (details_.empty()) {
+    return Tell(QStringLiteral("No details are ticked.\rTick the details to copy, and try again."));
+  }
   isPasting_ = true;
   item_.setEnabled(false);
+  main_.SetPanel(1, WaitText());
   // A probe that has no answer yet is given up.
   txtDDE_.End();
-  txtDDE_.Open(Application, Topic,
-               [this, text = main_.SelectedDetails()](const std::optional<std::string>& opened) {
-                 // The user may have copied something else since then.
-                 CopyToClipboard(text);
-                 if (!opened) return EndPaste(false);
-                 txtDDE_.Execute("[EditPaste]", [this](const std::optional<std::string>& executed) {
-                   EndPaste(executed.has_value());
-                 });
-               });
-  main_.CopySelected();
+  txtDDE_.Open(Application, Topic, [this](const std::optional<std::string>& opened) {
+    if (!opened) return EndPaste(false);
+    // The user may have copied something else since then.
+    CopyToClipboard(details_);
+    txtDDE_.Execute("[EditPaste]", [this](const std::optional<std::string>& executed) {
+      EndPaste(executed.has_value());
+    });
+  });
 }
 
 void WordLink::EndPaste(bool succeeded) {
   isPasting_ = false;
   txtDDE_.End();
   item_.setEnabled(IsWordRunning() != 0);
+  if (main_.Panel(1) == WaitText()) main_.SetPanel(1, QString());
   if (!succeeded) faultTimer_.start();
 }
 
@@ -91,8 +102,15 @@ void WordLink::TellFault() {
     return;
   }
   faultTimer_.stop();
-  msgBox_().ShowMsg(QStringLiteral("WinWord did not take the details.\rThey are on the Clipboard."),
-                    MsgButtons::Left, QStringLiteral("OK"), QString(), MsgIcon::Exclamation,
+  QString text = QStringLiteral("WinWord did not take the details.");
+  if (QGuiApplication::clipboard()->text() == QString::fromStdString(details_)) {
+    text += QStringLiteral("\rThey are on the Clipboard.");
+  }
+  Tell(text);
+}
+
+void WordLink::Tell(const QString& text) {
+  msgBox_().ShowMsg(text, MsgButtons::Left, QStringLiteral("OK"), QString(), MsgIcon::Exclamation,
                     QStringLiteral("Can't paste into WinWord"));
 }
 

@@ -33,11 +33,13 @@ class WordLink : public QObject {
  private:
   void WinWordRunTimer_Timer();
   // The ticked details of the record that is shown go to the clipboard and into the document. If
-  // they do not get there the user is told; the clipboard has them all the same.
+  // they do not get there the user is told; what he has copied since stays on the clipboard unless
+  // the document was about to take them. Where nothing is ticked the document stays as it is.
   void MnuCopyArray_Click(int index);
   void EndPaste(bool succeeded);
   // As soon as no other window is in front of the main window.
   void TellFault();
+  void Tell(const QString& text);
 
   MainDialog& main_;
   DdeClient& txtDDE_;
@@ -45,6 +47,7 @@ class WordLink : public QObject {
   QAction& item_;
   QTimer faultTimer_;
   bool isPasting_ = false;
+  std::string details_;                // to be pasted
   std::optional<std::string> topics_;  // the last answer
 };
 

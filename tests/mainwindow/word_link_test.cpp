@@ -88,6 +88,7 @@ TEST_F(WordLinkTest, PastesTheRecordThatWasShownThen) {
   Item().trigger();
   EXPECT_EQ(Dde.Made(), (Calls{"End", "Open Winword|System"}));
   EXPECT_FALSE(Item().isEnabled());
+  EXPECT_EQ(Panel(1), "Please wait while pasting into WinWord");
   EXPECT_EQ(Clipboard(), "Aster\r555\r");
   Shared.CurListIndex = 1;
   Main.SetData();
@@ -98,21 +99,36 @@ TEST_F(WordLinkTest, PastesTheRecordThatWasShownThen) {
   EXPECT_EQ(Dde.Made(), Calls{"End"});
   EXPECT_TRUE(Item().isEnabled());
   EXPECT_EQ(Clipboard(), "Aster\r555\r");
-  EXPECT_TRUE(Started.Started.empty());
 }
 
-TEST_F(WordLinkTest, AWordProcessorThatIsGoneIsToldOnceAndTheClipboardHasTheDetails) {
+TEST_F(WordLinkTest, PastesNothingWhereNothingIsTicked) {
+  Shared.CopyValues.fill(0);
+  Show();
+  IsEnabledAfter("System\tDefault\tLetter");
+  MsgBoxAnswerer user;
+  Item().trigger();
+  ASSERT_EQ(user.Seen.size(), 1U);
+  EXPECT_EQ(user.Seen[0].second,
+            QStringLiteral("No details are ticked.\nTick the details to copy, and try again."));
+  EXPECT_EQ(Dde.Made(), Calls{});
+  EXPECT_TRUE(Item().isEnabled());
+  EXPECT_EQ(Clipboard(), "");
+}
+
+TEST_F(WordLinkTest, AWordProcessorThatIsGoneIsToldOnceAndWhereTheDetailsAre) {
   Show();
   for (const bool isOpened : {false, true}) {
     IsEnabledAfter("System\tDefault\tLetter");
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
     MsgBoxAnswerer user;
     Item().trigger();
+    if (!isOpened) QGuiApplication::clipboard()->setText(QStringLiteral("after"));
     // It does not get in the way of what the user has begun meanwhile.
     Main.EnableMain(false);
     if (isOpened) Dde.Reply("");
     Dde.Reply(std::nullopt);
-    EXPECT_EQ(Clipboard(), "Aster\r555\r");
+    EXPECT_EQ(Clipboard(), isOpened ? "Aster\r555\r" : "after");
+    EXPECT_EQ(Panel(1), "");
     QTest::qWait(250);
     EXPECT_TRUE(user.Seen.empty());
     Main.EnableMain(true);
@@ -120,6 +136,7 @@ TEST_F(WordLinkTest, AWordProcessorThatIsGoneIsToldOnceAndTheClipboardHasTheDeta
     QTest::qWait(250);
     ASSERT_EQ(user.Seen.size(), 1U);
     EXPECT_EQ(user.Seen[0].first, QStringLiteral("Can't paste into WinWord"));
+    EXPECT_EQ(user.Seen[0].second.contains(QStringLiteral("Clipboard")), isOpened);
     EXPECT_TRUE(Main.isEnabled());
     EXPECT_TRUE(Item().isEnabled());  // until the next probe
   }
