@@ -14,8 +14,9 @@ struct OfficeProcess {
       UserInstallation;  // the argument that names its user profile; empty for the usual one
 };
 
-// The LibreOffice that this user has running on this desktop; of several, any one. Only looks at
-// the system's table of processes.
+// The LibreOffice that this user has running on this desktop; of several (with a user profile each)
+// the first in the system's table of processes, whether it has a document open or not. Only looks
+// at that table.
 std::optional<OfficeProcess> FindOffice();
 
 }  // namespace quillary

@@ -19,7 +19,8 @@ namespace quillary {
 // - item "Topics": "System", the default template and the open text documents, separated by tabs;
 // - command "[EditPaste]": puts the text that this program has put on the clipboard where the
 //   cursor is in the document that the user was in last. Carriage returns, line feeds or both end
-//   a line, which becomes a paragraph. Fails where the cursor is in a place that is protected.
+//   a line, which becomes a paragraph. Fails where the cursor is in a place that is protected,
+//   while LibreOffice has a modal dialog open, and for an empty text.
 //
 // It talks to LibreOffice through a process of its own, which is started when it is needed and a
 // LibreOffice runs, and ends with LibreOffice or with this program, however these end. A

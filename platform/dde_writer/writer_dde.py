@@ -165,7 +165,14 @@ class Office:
         return status.enabled
 
     def paste(self, text):
+        # Nothing would take the place of what is selected.
+        if not text:
+            raise ValueError
         frame = self.writer_frames()[0]
+        # A modal dialog does not keep an insertion out of the document. It disables this command, and
+        # nothing else that can be asked for tells of it.
+        if not self.is_enabled(frame, ".uno:Quit"):
+            raise PermissionError
         # What is inserted in this way is not kept out of protected places.
         if not any(self.is_enabled(frame, command) for command in (".uno:InsertPara", ".uno:Paste")):
             raise PermissionError

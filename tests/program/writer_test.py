@@ -48,6 +48,7 @@ section.IsProtected = True
 """
 
 
+SELECT_ALL = "document.getCurrentController().select(document.getText())"
 END = "document and document.setModified(False); desktop.terminate()"
 OPEN_READ_ONLY = """
 option = uno.createUnoStruct("com.sun.star.beans.PropertyValue")
@@ -182,6 +183,14 @@ class WriterTest(desktop.ProgramTest):
         self.assertEqual(self.ask(do="open"), "")
         self.assertEqual(self.ask(do="request", item="Topics"), "System\tDefault\tUntitled 1")
         paste = {"do": "execute", "command": "[EditPaste]"}
+        self.assertEqual(self.ask(**paste, clipboard="a\rb\n\r\nc"), "")
+        self.office(SELECT_ALL)
+        self.assertIsNone(self.ask(**paste, clipboard=""))
+        self.desktop.key("ctrl+F3")
+        self.desktop.wait_active("AutoText")
+        self.assertIsNone(self.ask(**paste, clipboard="x"))
+        self.desktop.key("Escape")
+        wait_for("Writer", lambda: self.desktop.active().endswith("Writer"))
         self.assertEqual(self.ask(**paste, clipboard="a\rb\n\r\nc"), "")
         self.assertEqual(self.office(PROTECT), ["a", "b", "", "c"])
         self.assertIsNone(self.ask(**paste, clipboard="x"))
