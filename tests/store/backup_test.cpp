@@ -20,15 +20,6 @@ using test::TempFolder;
 
 using Files = std::map<std::string, std::string>;
 
-Files FilesOf(const TempFolder& folder) {
-  Files files;
-  for (const auto& entry : fs::directory_iterator(folder.Path())) {
-    const std::string name = entry.path().filename();
-    files[name] = entry.is_regular_file() ? folder.ReadFile(name) : "folder";
-  }
-  return files;
-}
-
 // A data set of two record files, an older backup of one that had other records, and programs over
 // them.
 struct BackupTest : testing::Test {
@@ -41,15 +32,15 @@ struct BackupTest : testing::Test {
     test::WriteDataSet(World.Folder.Path(), {.Live = 120, .Deleted = 5});
     const TempFolder other;
     test::WriteDataSet(other.Path(), {.Live = 210});
-    for (const auto& [name, bytes] : FilesOf(other)) {
+    for (const auto& [name, bytes] : other.Files()) {
       Medium.WriteFile(UpperCase(name.substr(0, name.size() - 3)) + "OLD", bytes);
     }
     Medium.WriteFile("letter.txt", "Dear Ann");
   }
   // What the medium's files are to be after a backup of the data.
   Files FilesAfterBackUp() {
-    Files files = FilesOf(Medium);
-    for (const auto& [name, bytes] : FilesOf(World.Folder)) {
+    Files files = Medium.Files();
+    for (const auto& [name, bytes] : World.Folder.Files()) {
       files[UpperCase(name.substr(0, name.find('.'))) + ".OLD"] = bytes;
     }
     return files;
@@ -84,16 +75,16 @@ TEST_F(BackupTest, CopiesEveryDataFileUnderItsNameInCapitals) {
   World.Folder.WriteFile("notes.txt", "no data");
   fs::create_directory(World.Folder.File("photos.dat"));
   fs::rename(Medium.File("QUILL0.OLD"), Medium.File("quill0.Old"));
-  const Files data = FilesOf(World.Folder);
+  const Files data = World.Folder.Files();
   const std::string stale = Medium.ReadFile("QUILL2.OLD");
   ASSERT_EQ(BackUp(), RunTimeError::None);
-  EXPECT_EQ(FilesOf(Medium), (Files{{"QUILL.OLD", data.at("quill.dat")},
-                                    {"quill0.Old", data.at("quill0.dat")},
-                                    {"QUILL1.OLD", data.at("quill1.dat")},
-                                    {"QUILL2.OLD", stale},
-                                    {"OTHER.OLD", other},
-                                    {"letter.txt", "Dear Ann"}}));
-  EXPECT_EQ(FilesOf(World.Folder), data);
+  EXPECT_EQ(Medium.Files(), (Files{{"QUILL.OLD", data.at("quill.dat")},
+                                   {"quill0.Old", data.at("quill0.dat")},
+                                   {"QUILL1.OLD", data.at("quill1.dat")},
+                                   {"QUILL2.OLD", stale},
+                                   {"OTHER.OLD", other},
+                                   {"letter.txt", "Dear Ann"}}));
+  EXPECT_EQ(World.Folder.Files(), data);
 
   // Of names that differ in case alone the one in use is copied; the safety copy is beside the
   // data.
@@ -106,21 +97,21 @@ TEST_F(BackupTest, RestoresEveryCopyAndThePresentProgramSeesIt) {
   World.Open();
   EXPECT_FALSE(World.Store.RecordExists("205"));
   World.Folder.WriteFile("quill7.dat", "[Record700]\n");
-  const Files data = FilesOf(World.Folder);
+  const Files data = World.Folder.Files();
   fs::permissions(Medium.File("QUILL2.OLD"), fs::perms(0644));
-  const Files backup = FilesOf(Medium);
+  const Files backup = Medium.Files();
   ASSERT_EQ(Restore(), RunTimeError::None);
   EXPECT_EQ(fs::status(World.Folder.File("QUILL2.DAT")).permissions(), fs::perms(0600));
-  EXPECT_EQ(FilesOf(World.Folder), (Files{{"quill.dat", backup.at("QUILL.OLD")},
-                                          {"quill0.dat", backup.at("QUILL0.OLD")},
-                                          {"quill1.dat", backup.at("QUILL1.OLD")},
-                                          {"QUILL2.DAT", backup.at("QUILL2.OLD")},
-                                          {"quill7.dat", "[Record700]\n"},
-                                          {"QUILL.OLD", data.at("quill.dat")},
-                                          {"QUILL0.OLD", data.at("quill0.dat")},
-                                          {"QUILL1.OLD", data.at("quill1.dat")},
-                                          {"QUILL7.OLD", "[Record700]\n"}}));
-  EXPECT_EQ(FilesOf(Medium), backup);
+  EXPECT_EQ(World.Folder.Files(), (Files{{"quill.dat", backup.at("QUILL.OLD")},
+                                         {"quill0.dat", backup.at("QUILL0.OLD")},
+                                         {"quill1.dat", backup.at("QUILL1.OLD")},
+                                         {"QUILL2.DAT", backup.at("QUILL2.OLD")},
+                                         {"quill7.dat", "[Record700]\n"},
+                                         {"QUILL.OLD", data.at("quill.dat")},
+                                         {"QUILL0.OLD", data.at("quill0.dat")},
+                                         {"QUILL1.OLD", data.at("quill1.dat")},
+                                         {"QUILL7.OLD", "[Record700]\n"}}));
+  EXPECT_EQ(Medium.Files(), backup);
   ASSERT_EQ(World.Store.WriteRecordEntry("205", "Notes", "back again"), RunTimeError::None);
   EXPECT_FALSE(fs::exists(World.Folder.File("quill2.dat")));
   World.Open();
@@ -129,7 +120,7 @@ TEST_F(BackupTest, RestoresEveryCopyAndThePresentProgramSeesIt) {
 }
 
 TEST_F(BackupTest, ASafetyCopyAndTheDataChangePlaces) {
-  const Files before = FilesOf(World.Folder);
+  const Files before = World.Folder.Files();
   ASSERT_EQ(Restore(), RunTimeError::None);
   ASSERT_EQ(RestoreFrom(World.Data.DataPath), RunTimeError::None);
   for (const auto& [name, bytes] : before) EXPECT_EQ(World.Folder.ReadFile(name), bytes);
@@ -143,9 +134,9 @@ TEST_F(BackupTest, OfNamesThatDifferInCaseOneRemains) {
   World.Folder.WriteFile("QUILL.DAT", "[General Info]\nApplication=Quillary\n");
   World.Folder.WriteFile("QUILL0.DAT", "spare");
   fs::rename(World.Folder.File("quill1.dat"), World.Folder.File("Quill1.Dat"));
-  const Files backup = FilesOf(Medium);
+  const Files backup = Medium.Files();
   ASSERT_EQ(Restore(), RunTimeError::None);
-  const Files now = FilesOf(World.Folder);
+  const Files now = World.Folder.Files();
   EXPECT_EQ(now.at("quill.dat"), backup.at("QUILL.OLD"));
   EXPECT_EQ(now.at("quill0.dat"), backup.at("QUILL0.OLD"));
   EXPECT_EQ(now.at("Quill1.Dat"), backup.at("QUILL1.OLD"));
@@ -155,25 +146,25 @@ TEST_F(BackupTest, OfNamesThatDifferInCaseOneRemains) {
 
 TEST_F(BackupTest, DataThatAreNotWholeReplaceNoBackup) {
   fs::remove(World.Folder.File("quill1.dat"));
-  const Files before = FilesOf(Medium);
+  const Files before = Medium.Files();
   EXPECT_NE(BackUp(), RunTimeError::None);
   EXPECT_EQ(Fault, CopyFault::NotWhole);
-  EXPECT_EQ(FilesOf(Medium), before);
+  EXPECT_EQ(Medium.Files(), before);
   // They are copied aside all the same, before something whole takes their place.
   EXPECT_EQ(Restore(), RunTimeError::None);
   EXPECT_TRUE(fs::exists(World.Folder.File("QUILL0.OLD")) && DataAreWhole());
 }
 
 TEST_F(BackupTest, GivenUpAnywhereNothingIsChanged) {
-  const Files data = FilesOf(World.Folder);
-  const Files medium = FilesOf(Medium);
+  const Files data = World.Folder.Files();
+  const Files medium = Medium.Files();
   for (int last = 0;; last += 5) {
     int asked = 0;
     const auto goesOn = [&](bool isDecided) { return isDecided || asked++ < last; };
     (void)BackUpFiles(World.Access, World.Data, Stick, nullptr, goesOn);
-    if (FilesOf(Medium) != medium) break;
+    if (Medium.Files() != medium) break;
     (void)RestoreFiles(World.Access, World.Data, Stick, nullptr, goesOn);
-    EXPECT_EQ(FilesOf(World.Folder), data) << last;
+    EXPECT_EQ(World.Folder.Files(), data) << last;
     ASSERT_LT(last, 1000);
   }
   // Once the files take their places, a write to one of them comes too late or in time, but not
@@ -193,11 +184,11 @@ TEST_F(BackupTest, GivenUpAnywhereNothingIsChanged) {
 }
 
 TEST_F(BackupTest, TakesNothingButAWholeBackupOfItsOwn) {
-  const Files before = FilesOf(World.Folder);
+  const Files before = World.Folder.Files();
   const std::string valid = Medium.ReadFile("QUILL.OLD");
   const auto expectRefused = [&](const std::string& why) {
     EXPECT_EQ(Restore(), std::nullopt) << why;
-    EXPECT_EQ(FilesOf(World.Folder), before) << why;
+    EXPECT_EQ(World.Folder.Files(), before) << why;
   };
   for (const std::string header : {"", "Application=Other\nTotalNoOfRecords=1\nNoOfRecords=1\n",
                                    "Application=Quillary\nTotalNoOfRecords=1\n"}) {
@@ -249,11 +240,11 @@ TEST_F(BackupTest, TellsWhoseFaultItIs) {
   EXPECT_EQ(Fault, CopyFault::Medium);
   fs::remove(Medium.File("SPARE.OLD"));
 
-  const Files before = FilesOf(Medium);
+  const Files before = Medium.Files();
   fs::remove(World.Folder.File("quill.dat"));
   EXPECT_EQ(BackUp(), RunTimeError::FileNotFound);
   EXPECT_EQ(Fault, CopyFault::NotWhole);
-  EXPECT_EQ(FilesOf(Medium), before);
+  EXPECT_EQ(Medium.Files(), before);
 }
 
 TEST_F(BackupTest, FailingAnywhereItLeavesTheOldBackupAndTheNextOneWorks) {
@@ -261,7 +252,7 @@ TEST_F(BackupTest, FailingAnywhereItLeavesTheOldBackupAndTheNextOneWorks) {
     for (int call = 1;; ++call) {
       SCOPED_TRACE(std::to_string(call) + (forever ? " and on" : ""));
       Prepare();
-      const Files before = FilesOf(Medium);
+      const Files before = Medium.Files();
       const Files after = FilesAfterBackUp();
       Profile program = NewProgram();
       World.Machine.FailAt(call, RunTimeError::DiskFull, forever);
@@ -271,12 +262,12 @@ TEST_F(BackupTest, FailingAnywhereItLeavesTheOldBackupAndTheNextOneWorks) {
       // What was left behind is dealt with before anything else is done there.
       Profile next = NewProgram();
       ASSERT_EQ(next.Recover(Stick + "QUILL.OLD"), RunTimeError::None);
-      const Files now = FilesOf(Medium);
+      const Files now = Medium.Files();
       ASSERT_TRUE(now == after || (error != RunTimeError::None && now == before));
       if (!wasReached) break;
       if (forever) continue;
       ASSERT_EQ(BackUpFiles(program, World.Data, Stick), RunTimeError::None);
-      ASSERT_EQ(FilesOf(Medium), after);
+      ASSERT_EQ(Medium.Files(), after);
     }
   }
 }
@@ -287,7 +278,7 @@ TEST_F(BackupTest, StoppedAnywhereARestoreIsDoneOrNotAtTheNextOpening) {
   for (int call = 1;; ++call) {
     SCOPED_TRACE(call);
     Prepare();
-    const Files before = FilesOf(World.Folder);
+    const Files before = World.Folder.Files();
     Profile program = NewProgram();
     World.Machine.StopAt(call);
     try {
@@ -305,7 +296,7 @@ TEST_F(BackupTest, StoppedAnywhereARestoreIsDoneOrNotAtTheNextOpening) {
     World.Machine.Reset();
     Profile next = NewProgram();
     ASSERT_EQ(next.Recover(World.Data.DataFile), RunTimeError::None);
-    const Files now = FilesOf(World.Folder);
+    const Files now = World.Folder.Files();
     ASSERT_EQ(now.size(), now.contains("QUILL2.DAT") ? 7U : 3U) << "files left behind";
     ASSERT_TRUE(DataAreWhole());
     sawOld |= now == before;

@@ -34,9 +34,6 @@ struct TwoPrograms {
     for (const std::string recNo : {"5", "6"}) EXPECT_EQ(World.Delete(recNo), RunTimeError::None);
     Other.Open();
   }
-  std::string Files() const {
-    return World.Folder.ReadFile("quill.dat") + World.Folder.ReadFile("quill0.dat");
-  }
 
   StoreWorld World;
   StoreWorld Other;
@@ -67,11 +64,11 @@ TEST(ChangedOutsideTest, WhatTheListsDoNotShowAnyMoreIsRefusedUntilTheyAreReadAg
       TwoPrograms both;
       StoreWorld& world = both.World;
       ASSERT_EQ(changeOutside(both.Other), RunTimeError::None);
-      const std::string before = both.Files();
+      const auto before = world.Folder.Files();
       const RunTimeError error = change(world);
       if (error != RunTimeError::None) {
         EXPECT_EQ(error, RunTimeError::BadRecordNumber);
-        EXPECT_EQ(both.Files(), before);
+        EXPECT_EQ(world.Folder.Files(), before);
       }
       ASSERT_TRUE(CheckFiles(world.Folder.Path()));
 

@@ -9,7 +9,6 @@
 namespace quillary {
 namespace {
 
-using test::StoreWorld;
 using RecNos = std::set<std::string>;
 
 struct Damage {
@@ -37,9 +36,8 @@ std::vector<Damage> AllDamages(int records) {
   return damages;
 }
 
-struct DamagedLinksTest : testing::Test {
+struct DamagedLinksTest : test::StoreTest {
   DamagedLinksTest() {
-    EXPECT_EQ(World.Store.WriteNewHeader(), RunTimeError::None);
     // Live 0, 2, 4 by name and 4, 2, 0 by company; deleted 6, 5, 3, 1.
     for (const std::string name : {"B", "C", "D", "E", "F", "G", "H"}) {
       World.Add("", name, std::string(1, static_cast<char>('Z' - name[0] + 'A')));
@@ -57,9 +55,9 @@ struct DamagedLinksTest : testing::Test {
   // What the links in the files lead to, whatever the counts say.
   RecNos Chain(std::string_view first, std::string_view next) {
     RecNos chain;
-    std::string at = World.Store.ReadHeaderEntry(first);
-    while (!World.Store.ReadRecordEntry(at, "ShowName").empty() && chain.insert(at).second) {
-      at = World.Store.ReadRecordEntry(at, next);
+    std::string at = Header(first);
+    while (!Value(at, "ShowName").empty() && chain.insert(at).second) {
+      at = Value(at, next);
     }
     return chain;
   }
@@ -101,21 +99,21 @@ struct DamagedLinksTest : testing::Test {
     error = World.Delete(lines.back());
     return lines.empty() || error != RunTimeError::None ? error : World.Delete(lines.front());
   }
-
-  StoreWorld World;
 };
 
 TEST_F(DamagedLinksTest, NoSingleDamageLosesARecordOrMakesOneLiveAndDeleted) {
   for (const Damage& damage : AllDamages(7)) {
+    const bool isHeader = damage.RecNo.empty();
     const bool isCount = damage.Key.find("NoOf") != std::string::npos;
     for (const std::string what : {"open", "add", "edit", "delete", "restore"}) {
       SCOPED_TRACE(what + " after " + damage.RecNo + "." + damage.Key + "=" + damage.Value);
       // In a group, nothing comes to the disk.
       const ProfileUpdate dropped(World.Access);
-      ASSERT_EQ(damage.RecNo.empty()
-                    ? World.Store.WriteHeaderEntry(damage.Key, damage.Value)
-                    : World.Store.WriteRecordEntry(damage.RecNo, damage.Key, damage.Value),
-                RunTimeError::None);
+      if (isHeader) {
+        SetHeader(damage.Key, damage.Value);
+      } else {
+        Set(damage.RecNo, damage.Key, damage.Value);
+      }
       Open();
       const RecNos before = InChains();
       EXPECT_EQ(Change(what), RunTimeError::None);

@@ -7,12 +7,10 @@ namespace quillary {
 namespace {
 
 using test::CheckInvariants;
-using test::StoreWorld;
 using Texts = std::vector<std::string>;
 
-struct FilterTest : testing::Test {
+struct FilterTest : test::StoreTest {
   FilterTest() {
-    EXPECT_EQ(World.Store.WriteNewHeader(), RunTimeError::None);
     World.Add("Bo", "Jansen", "Acme");
     World.Add("Cy", "SANDERS", "Zinc  Works");
     World.Add("Al", "Brandt", "");
@@ -32,9 +30,6 @@ struct FilterTest : testing::Test {
     }
     return lines;
   }
-
-  StoreWorld World;
-  StoreData& Data = World.Data;
 };
 
 TEST_F(FilterTest, AnyPositionAnyCaseAllCriteria) {
@@ -48,13 +43,10 @@ TEST_F(FilterTest, AnyPositionAnyCaseAllCriteria) {
   EXPECT_EQ(Filter({"", " an"}), Texts{});
 }
 
-TEST_F(FilterTest, FieldsAreFoundAsTheyAreWritten) {
-  ASSERT_EQ(World.Store.WriteRecordEntry("2", "Notes", "\"quoted\"\r\nline \xff"),
-            RunTimeError::None);
-  ASSERT_EQ(World.Store.WriteRecordEntry("4", "Notes", "3 \xe2\x84\xaa\x65lvin"),  // Kelvin sign
-            RunTimeError::None);
+// How fields stand in the files is the business of the search that it shares with Find.
+TEST_F(FilterTest, TheLastCriterionIsForTheNotes) {
+  Set("2", "Notes", "\"quoted\"\r\nline \xff");
   EXPECT_EQ(Filter({"", "", "", "", "ED\"\r\nL"}), Texts{"Brandt, Al"});
-  EXPECT_EQ(Filter({"", "", "", "", "3 kel"}), Texts{"Miller, Di"});
 }
 
 TEST_F(FilterTest, NothingMatchesLeavesOneEmptyEntry) {
@@ -65,15 +57,6 @@ TEST_F(FilterTest, NothingMatchesLeavesOneEmptyEntry) {
     EXPECT_EQ(*list, Texts{""});
   }
   EXPECT_EQ(Data.NoOfRecords, 5);
-}
-
-TEST_F(FilterTest, EachListIsSortedByItself) {
-  Filter({"", "an"});
-  EXPECT_EQ(Data.FilteredCompanies, (Texts{"( Acme )", "( Zinc  Works )", "Brandt, Al"}));
-  EXPECT_EQ(Data.FilteredCompaniesRecNo, (Texts{"0", "1", "2"}));
-  Data.ViewMode = 1;
-  World.Store.ShowRecords();
-  EXPECT_TRUE(CheckInvariants(World));
 }
 
 TEST_F(FilterTest, TellsItsProgressRecordByRecord) {

@@ -7,7 +7,6 @@
 namespace quillary {
 namespace {
 
-using test::StoreWorld;
 using Texts = std::vector<std::string>;
 
 const std::vector<Field> NameFields{FirstName, LastName};
@@ -15,8 +14,7 @@ const std::vector<Field> AllFields{Sal,      FirstName, LastName, Title,    Comp
                                    Address2, Address3,  Address4, Address5, Address6, Phone1,
                                    Phone2,   Fax,       EMail,    Notes};
 
-struct FindTextTest : testing::Test {
-  FindTextTest() { EXPECT_EQ(World.Store.WriteNewHeader(), RunTimeError::None); }
+struct FindTextTest : test::StoreTest {
   // "record:field", or empty.
   std::string Find(const std::string& text, std::size_t start,
                    const std::vector<Field>& fields = AllFields) {
@@ -25,11 +23,6 @@ struct FindTextTest : testing::Test {
     return World.Lines.RecNos.at(found->Index) + ':' +
            World.Data.FieldKeys.at(fields.at(found->KeyIndex));
   }
-  void Set(const std::string& recNo, const std::string& key, const std::string& value) {
-    ASSERT_EQ(World.Store.WriteRecordEntry(recNo, key, value), RunTimeError::None);
-  }
-
-  StoreWorld World;
 };
 
 TEST_F(FindTextTest, GoesFromTheSelectedEntryRoundToIt) {
@@ -113,7 +106,7 @@ TEST_F(FindTextTest, FindsWhatTheLowerCaseOfTheValuesContains) {
     for (std::size_t i = 1; i <= 30 && expected.empty(); ++i) {
       const std::string& recNo = World.Lines.RecNos[(start + i) % 30];
       for (const auto& key : World.Data.FieldKeys) {
-        const std::string value = World.Store.ReadRecordEntry(recNo, key);
+        const std::string value = Value(recNo, key);
         if (LowerCase(value).find(LowerCase(sought)) == std::string::npos) continue;
         expected.append(recNo).append(":").append(key);
         break;

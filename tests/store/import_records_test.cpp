@@ -36,15 +36,6 @@ std::vector<FieldArray> People(int count, int seed) {
   return people;
 }
 
-std::map<std::string, std::string> Files(const StoreWorld& world) {
-  std::map<std::string, std::string> files;
-  for (const auto& entry : std::filesystem::directory_iterator(world.Folder.Path())) {
-    const std::string name = entry.path().filename();
-    files[name] = world.Folder.ReadFile(name);
-  }
-  return files;
-}
-
 class ImportRecordsTest : public testing::Test {
  protected:
   ImportRecordsTest() { Start(world_); }
@@ -117,7 +108,7 @@ TEST_F(ImportRecordsTest, LeavesWhatOneRecordAfterTheOtherWouldLeave) {
     const std::vector<FieldArray> people = People(count, count);
     ASSERT_EQ(Import(people), RunTimeError::None);
     ImportOneByOne(other, people);
-    EXPECT_EQ(Files(world_), Files(other)) << count;
+    EXPECT_EQ(world_.Folder.Files(), other.Folder.Files()) << count;
     EXPECT_EQ(world_.Data.NamesRecNo, other.Data.NamesRecNo);
     EXPECT_EQ(world_.Data.CompaniesRecNo, other.Data.CompaniesRecNo);
     ExpectWhole();
@@ -169,7 +160,7 @@ TEST_F(ImportRecordsTest, IsDoneWhollyOrNotAtAll) {
   ASSERT_EQ(Import(People(3, 1)), RunTimeError::None);
   // The new ones come into two files.
   ASSERT_EQ(world_.Store.WriteHeaderEntry("TotalNoOfRecords", "99"), RunTimeError::None);
-  const auto before = Files(world_);
+  const auto before = world_.Folder.Files();
   const auto list = world_.Data.NamesRecNo;
   const std::vector<FieldArray> people = People(3, 2);
   for (const bool replace : {false, true}) {
@@ -201,7 +192,7 @@ TEST_F(ImportRecordsTest, IsDoneWhollyOrNotAtAll) {
           world_.Access.AbandonGroup();
           Profile access(world_.Machine, world_.Names);
           ASSERT_EQ(access.Recover(world_.Data.DataFile), RunTimeError::None);
-          const bool isOld = Files(world_) == before;
+          const bool isOld = world_.Folder.Files() == before;
           kept += isOld ? 1 : 0;
           world_.Open();
           EXPECT_EQ(world_.Data.NoOfRecords, isOld || replace ? 3 : 6) << call;
@@ -209,7 +200,7 @@ TEST_F(ImportRecordsTest, IsDoneWhollyOrNotAtAll) {
           EXPECT_TRUE(isOld || replace || CheckFiles(world_.Folder.Path())) << call;
         } else if (error != RunTimeError::None) {
           ++kept;
-          EXPECT_EQ(Files(world_), before) << call;
+          EXPECT_EQ(world_.Folder.Files(), before) << call;
           EXPECT_EQ(world_.Data.NamesRecNo, list);
           EXPECT_EQ(world_.Data.NoOfRecords, 3);
           ExpectWhole();

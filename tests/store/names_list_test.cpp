@@ -18,10 +18,10 @@ using test::StoreWorld;
 using test::WriteDataSet;
 using Texts = std::vector<std::string>;
 
-struct NamesListTest : testing::Test {
+struct NamesListTest : test::StoreTest {
   // Records 0, 1, 2, ... with these last names, chained in this order.
   void Write(const Texts& lastNames) {
-    const int count = Number(lastNames);
+    const int count = static_cast<int>(lastNames.size());
     std::ostringstream header;
     header << "[General Info]\nApplication=Quillary\nNameFirstRecord=0\nCompanyFirstRecord=0\n"
            << "TotalNoOfRecords=" << count << "\nDelNoOfRecords=0\nNoOfRecords=" << count << "\n";
@@ -38,21 +38,7 @@ struct NamesListTest : testing::Test {
     World.Folder.WriteFile("quill.dat", header.str());
     World.Folder.WriteFile("quill0.dat", records.str());
   }
-  void Set(const std::string& recNo, const std::string& key, const std::string& value) {
-    ASSERT_EQ(World.Store.WriteRecordEntry(recNo, key, value), RunTimeError::None);
-  }
-  void SetHeader(const std::string& key, const std::string& value) {
-    ASSERT_EQ(World.Store.WriteHeaderEntry(key, value), RunTimeError::None);
-  }
-  std::string Files() const {
-    return World.Folder.ReadFile("quill.dat") + World.Folder.ReadFile("quill0.dat");
-  }
-
-  StoreWorld World;
-  StoreData& Data = World.Data;
-
- private:
-  static int Number(const Texts& texts) { return static_cast<int>(texts.size()); }
+  auto Files() const { return World.Folder.Files(".dat"); }
 };
 
 TEST_F(NamesListTest, ReadsAndShowsBothListsWithProgress) {
@@ -90,7 +76,7 @@ TEST_F(NamesListTest, WithoutRecordsTheListsHaveOneEmptyEntry) {
 TEST_F(NamesListTest, SortedListsAreNotWritten) {
   Write({"lee, ann", "Lee, Ann", "Mo"});
   World.Open();
-  const std::string before = Files();
+  const auto before = Files();
   const int calls = World.Machine.Calls();
   World.Progress.Stages.clear();
   ASSERT_EQ(World.Store.SortNamesList(), RunTimeError::None);
@@ -123,7 +109,7 @@ TEST_F(NamesListTest, SortsStablyAndRelinksTheFiles) {
 TEST_F(NamesListTest, ASortedListThatCannotBeWrittenIsWrittenWithTheNextRecord) {
   WriteDataSet(World.Folder.Path(), {.Live = 120, .Deleted = 3, .Scrambled = true});
   World.Open();
-  const std::string before = Files();
+  const auto before = Files();
   World.Machine.FailAt(1, RunTimeError::DiskFull, true);
   EXPECT_NE(World.Store.SortNamesList(), RunTimeError::None);
   World.Machine.Reset();
@@ -148,7 +134,7 @@ TEST_F(NamesListTest, ACountTooSmallListsThatManyAndLosesNoOtherRecord) {
     EXPECT_FALSE(Data.ListsIncomplete);
     ASSERT_EQ(World.Store.SortNamesList(), RunTimeError::None);
     if (count == "2") {
-      EXPECT_EQ(World.Store.ReadRecordEntry("2", "PrevName"), "0");
+      EXPECT_EQ(Value("2", "PrevName"), "0");
     }
     World.Store.ShowRecords();
     World.Add("", "Z");
@@ -202,7 +188,7 @@ TEST_F(NamesListTest, BrokenChainsGiveEveryRecord) {
         Set(damage.RecNo, damage.Key, damage.Value);
       }
     }
-    const std::string before = Files();
+    const auto before = Files();
     World.Open();
     EXPECT_TRUE(Data.ListsIncomplete) << what;
     EXPECT_EQ(World.Lines.Texts, expected) << what;
@@ -305,9 +291,8 @@ TEST_F(NamesListTest, FilesWrittenByHandAreReadAsTheirEntriesAre) {
   EXPECT_EQ(Data.CompaniesRecNo, (Texts{"0", "2", "1"}));
   EXPECT_EQ(Data.NamesList, (Texts{"  a", "b", ""}));
   for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(Data.NamesList[i], World.Store.ReadRecordEntry(Data.NamesRecNo[i], "ShowName"));
-    EXPECT_EQ(Data.CompaniesList[i],
-              World.Store.ReadRecordEntry(Data.CompaniesRecNo[i], "ShowCompany"));
+    EXPECT_EQ(Data.NamesList[i], Value(Data.NamesRecNo[i], "ShowName"));
+    EXPECT_EQ(Data.CompaniesList[i], Value(Data.CompaniesRecNo[i], "ShowCompany"));
   }
 }
 

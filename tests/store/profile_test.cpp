@@ -42,15 +42,6 @@ struct ProfileTest : testing::Test {
   TempFolder Folder;
   FaultDisk Machine;
   Program Here{Folder, Machine};
-
-  std::map<std::string, std::string> AllFiles() const {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::directory_iterator(Folder.Path())) {
-      const std::string name = entry.path().filename().string();
-      files[name] = Folder.ReadFile(name);
-    }
-    return files;
-  }
 };
 
 TEST_F(ProfileTest, MissingReadsAsEmptyAndWritingMakesIt) {
@@ -58,7 +49,7 @@ TEST_F(ProfileTest, MissingReadsAsEmptyAndWritingMakesIt) {
   EXPECT_EQ(Here.Write("QUILL.DAT", "x", " 1 "), RunTimeError::None);
   EXPECT_EQ(Here.Read("quill.dat", "X"), " 1 ");
   EXPECT_EQ(Here.Write("quill.dat", "y", ""), RunTimeError::None);
-  EXPECT_EQ(AllFiles(),
+  EXPECT_EQ(Folder.Files(),
             (std::map<std::string, std::string>{{"QUILL.DAT", "[S]\r\nx=\" 1 \"\r\ny=\r\n"}}));
   EXPECT_EQ(Here.Access.WriteEntry(Here.Path + "none\\quill.dat", "S", "x", "1"),
             RunTimeError::PathNotFound);
@@ -134,7 +125,7 @@ TEST_F(ProfileTest, ALinkIsReadButNotWrittenThrough) {
 
 TEST_F(ProfileTest, AGroupIsSeenAtOnceAndTakenBackWhole) {
   ASSERT_EQ(Here.Write("quill.dat", "x", "1"), RunTimeError::None);
-  const auto before = AllFiles();
+  const auto before = Folder.Files();
   std::string undone;
   {
     ProfileUpdate update(Here.Access);
@@ -150,12 +141,12 @@ TEST_F(ProfileTest, AGroupIsSeenAtOnceAndTakenBackWhole) {
     EXPECT_EQ(Here.Read("quill0.dat", "x"), "3");
     ProfileSnapshot snapshot(Here.Access);
     EXPECT_EQ(snapshot.Text(Here.Path + "quill0.dat").Value("S", "x"), "3");
-    EXPECT_EQ(AllFiles(), before);
+    EXPECT_EQ(Folder.Files(), before);
   }
   EXPECT_EQ(undone, "inner outer");
   EXPECT_EQ(Here.Read("quill.dat", "x"), "1");
   EXPECT_EQ(Here.Read("quill0.dat", "x"), "");
-  EXPECT_EQ(AllFiles(), before);
+  EXPECT_EQ(Folder.Files(), before);
 
   ProfileUpdate update(Here.Access);
   { ProfileUpdate objecting(Here.Access); }
@@ -235,7 +226,6 @@ struct ProfileFaultTest : ProfileTest, testing::WithParamInterface<Operation> {
     }
     return state;
   }
-  std::size_t FileCount() const { return AllFiles().size(); }
 };
 
 TEST_P(ProfileFaultTest, StoppedAnywhereItIsDoneOrNotAtTheNextOpening) {
@@ -252,11 +242,11 @@ TEST_P(ProfileFaultTest, StoppedAnywhereItIsDoneOrNotAtTheNextOpening) {
     ASSERT_TRUE(state == "old" || state == "new") << state;
     sawOld |= state == "old";
     sawNew |= state == "new";
-    ASSERT_EQ(FileCount(), 3U) << "files left behind";
-    const auto files = AllFiles();
+    ASSERT_EQ(Folder.Files().size(), 3U) << "files left behind";
+    const auto files = Folder.Files();
     Program again(Folder, Machine);
     ASSERT_EQ(again.Access.Recover(again.Path + "quill.dat"), RunTimeError::None);
-    ASSERT_EQ(AllFiles(), files);
+    ASSERT_EQ(Folder.Files(), files);
     if (!wasReached) {
       ASSERT_EQ(state, "new");
       break;
@@ -283,7 +273,7 @@ TEST_P(ProfileFaultTest, FailingAnywhereItIsToldAndTheNextAttemptWorks) {
       Program next(Folder, Machine);
       ASSERT_EQ(next.Access.Recover(next.Path + "quill.dat"), RunTimeError::None);
       ASSERT_EQ(State(next), "new");
-      ASSERT_EQ(FileCount(), 3U) << "files left behind";
+      ASSERT_EQ(Folder.Files().size(), 3U) << "files left behind";
       if (!wasReached) break;
     }
   }
@@ -325,7 +315,7 @@ TEST_P(ProfileJournalTest, RecoveryItselfMayBeStoppedOrFail) {
       Program third(Folder, Machine);
       ASSERT_EQ(third.Access.Recover(third.Path + "quill.dat"), RunTimeError::None);
       ASSERT_EQ(State(third), "new");
-      ASSERT_EQ(FileCount(), 3U);
+      ASSERT_EQ(Folder.Files().size(), 3U);
       if (!wasReached) break;
     }
   }

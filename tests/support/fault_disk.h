@@ -29,23 +29,55 @@ class FaultDisk : public HostDisk {
   int Calls() const { return calls_; }
   bool WasReached() const { return wasReached_; }
 
-  RunTimeError Stamp(const std::string& path, FileStamp& stamp) override;
-  RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) override;
-  RunTimeError Open(const std::string& path, int& handle, FileStamp& stamp) override;
-  RunTimeError ReadPart(int handle, std::size_t most, std::string& bytes) override;
-  RunTimeError List(const std::string& folder, std::vector<std::string>& names) override;
-  RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
+  RunTimeError Stamp(const std::string& path, FileStamp& stamp) override {
+    return Try(Kind::Reads, [&] { return HostDisk::Stamp(path, stamp); });
+  }
+  RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) override {
+    return Try(Kind::Reads, [&] { return HostDisk::Read(path, bytes, stamp); });
+  }
+  RunTimeError Open(const std::string& path, int& handle, FileStamp& stamp) override {
+    return Try(Kind::Reads, [&] { return HostDisk::Open(path, handle, stamp); });
+  }
+  RunTimeError ReadPart(int handle, std::size_t most, std::string& bytes) override {
+    return Try(Kind::Reads, [&] { return HostDisk::ReadPart(handle, most, bytes); });
+  }
+  RunTimeError List(const std::string& folder, std::vector<std::string>& names) override {
+    return Try(Kind::Reads, [&] { return HostDisk::List(folder, names); });
+  }
+  RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override {
+    return Try(Kind::Writes, [&] { return HostDisk::Create(path, permissions, handle); });
+  }
   RunTimeError Write(int handle, std::string_view bytes) override;
-  RunTimeError Sync(int handle) override;
-  RunTimeError SyncAll(const std::vector<int>& handles) override;
+  RunTimeError Sync(int handle) override {
+    return Try(Kind::Writes, [&] { return HostDisk::Sync(handle); });
+  }
+  RunTimeError SyncAll(const std::vector<int>& handles) override {
+    return Try(Kind::Writes, [&] { return HostDisk::SyncAll(handles); });
+  }
   RunTimeError Close(int handle) override;
-  RunTimeError Rename(const std::string& from, const std::string& to) override;
-  RunTimeError Remove(const std::string& path) override;
-  RunTimeError MakeFolder(const std::string& path) override;
-  RunTimeError SyncFolder(const std::string& folder) override;
+  RunTimeError Rename(const std::string& from, const std::string& to) override {
+    return Try(Kind::Writes, [&] { return HostDisk::Rename(from, to); });
+  }
+  RunTimeError Remove(const std::string& path) override {
+    return Try(Kind::Writes, [&] { return HostDisk::Remove(path); });
+  }
+  RunTimeError MakeFolder(const std::string& path) override {
+    return Try(Kind::Writes, [&] { return HostDisk::MakeFolder(path); });
+  }
+  RunTimeError SyncFolder(const std::string& folder) override {
+    return Try(Kind::Writes, [&] { return HostDisk::SyncFolder(folder); });
+  }
 
  private:
-  RunTimeError Fault(bool writes = false);
+  enum class Kind { Reads, Writes };
+
+  // Counts the call; its fault, if it is to have one.
+  RunTimeError Fault(Kind kind);
+  template <class Call>
+  RunTimeError Try(Kind kind, Call call) {
+    const RunTimeError fault = Fault(kind);
+    return fault == RunTimeError::None ? call() : fault;
+  }
 
   int calls_ = 0;
   int faultAt_ = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cstddef>
 #include <string>
@@ -66,6 +68,25 @@ struct StoreWorld {
   RecordedLines Lines;
   StoreData Data;
   Records Store{Data, Access, Comparer, Progress, Lines};
+};
+
+// Tests over an empty data set.
+struct StoreTest : testing::Test {
+  StoreTest() { EXPECT_EQ(World.Store.WriteNewHeader(), RunTimeError::None); }
+
+  std::string Header(std::string_view key) { return World.Store.ReadHeaderEntry(key); }
+  void SetHeader(std::string_view key, std::string_view value) {
+    ASSERT_EQ(World.Store.WriteHeaderEntry(key, value), RunTimeError::None);
+  }
+  std::string Value(std::string_view recNo, std::string_view key) {
+    return World.Store.ReadRecordEntry(recNo, key);
+  }
+  void Set(std::string_view recNo, std::string_view key, std::string_view value) {
+    ASSERT_EQ(World.Store.WriteRecordEntry(recNo, key, value), RunTimeError::None);
+  }
+
+  StoreWorld World;
+  StoreData& Data = World.Data;
 };
 
 }  // namespace quillary::test

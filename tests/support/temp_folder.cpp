@@ -25,6 +25,15 @@ std::string TempFolder::ReadFile(const std::string& name) const {
   return bytes.str();
 }
 
+std::map<std::string, std::string> TempFolder::Files(std::string_view ending) const {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+    const std::string name = entry.path().filename();
+    if (name.ends_with(ending)) files[name] = entry.is_regular_file() ? ReadFile(name) : "folder";
+  }
+  return files;
+}
+
 void TempFolder::WriteFile(const std::string& name, const std::string& bytes) const {
   std::ofstream stream(File(name), std::ios::binary | std::ios::trunc);
   stream << bytes;

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
+#include <string_view>
 
 namespace quillary::test {
 
@@ -17,6 +19,8 @@ class TempFolder {
   // A file in it, as a path of the host.
   std::string File(const std::string& name) const { return path_ + "/" + name; }
   std::string ReadFile(const std::string& name) const;
+  // The bytes of its files whose names end so, by name; those of a folder are "folder".
+  std::map<std::string, std::string> Files(std::string_view ending = {}) const;
   void WriteFile(const std::string& name, const std::string& bytes) const;
 
  private:
