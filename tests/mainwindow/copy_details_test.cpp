@@ -1,7 +1,6 @@
 #include "mainwindow/copy_details.h"
 
 #include <QCheckBox>
-#include <QClipboard>
 
 #include "tests/support_qt/main_fixture.h"
 
@@ -29,7 +28,7 @@ class CopyTest : public MainFixture {
   std::string After(const std::function<void()>& copy) {
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
     copy();
-    return QGuiApplication::clipboard()->text().toStdString();
+    return Clipboard();
   }
   std::string AfterClick(Qt::KeyboardModifiers held = Qt::NoModifier) {
     return After([&] { Click(Main, "BtnCopy", held); });

@@ -29,10 +29,6 @@ class FilterDialogTest : public MainFixture {
     }
     QTest::keyClick(Dialog.focusWidget(), Qt::Key_Return);
   }
-  void SelectLine(int index) {
-    Shared.CurListIndex = static_cast<std::int16_t>(index);
-    Main.SetData();
-  }
 
   FilterDialog Dialog{Shared, Store, Main, ProgressWindow};
 };
@@ -41,7 +37,7 @@ using Texts = std::vector<std::string>;
 
 TEST_F(FilterDialogTest, NarrowsTheListAndWidensItAgain) {
   Show();
-  SelectLine(3);
+  Select(3);
   Filter({{"TxtLastName", "an"}});
   EXPECT_EQ(ListTexts(), (Texts{"Brandt, Ann", "Jansen, Bob", "SANDERS, Cid"}));
   EXPECT_EQ(Panel(1) + "|" + Panel(2) + "|" + Panel(4), "| 1/ 3|Filter - ON");
@@ -49,7 +45,7 @@ TEST_F(FilterDialogTest, NarrowsTheListAndWidensItAgain) {
   EXPECT_TRUE(Main.isEnabled());
   EXPECT_FALSE(Dialog.isVisible() || ProgressWindow.isVisible());
 
-  SelectLine(2);
+  Select(2);
   Filter({{"TxtLastName", ""}, {"TxtNotes", "   "}});  // blanks alone are no filter
   EXPECT_FALSE(Shared.FilterOn);
   EXPECT_EQ(ListTexts().size(), 4U);

@@ -82,8 +82,7 @@ TEST_F(FindTest, SearchesTheChosenFieldsAndMarksTheLineThatShowsThem) {
        {Case{"Dr.", 3, 0}, Case{"dr.", 0, -1}, Case{"clerk", 3, 1}, Case{"clerk", 0, -1},
         Case{"clerk", 2, 1}, Case{"acme", 1, 2}, Case{"acme", 0, -1}, Case{"acme", 2, 2},
         Case{"234", 3, 6}, Case{"oak ", 3, 6}, Case{"OAKS", 3, 12}, Case{" oaks", 2, -1}}) {
-    Shared.CurListIndex = 3;
-    Main.SetData();
+    Select(3);
     Find(c.Text, c.SearchIn);
     EXPECT_EQ(RedLine(), c.Line) << c.Text << " in " << c.SearchIn;
     EXPECT_EQ(Shared.CurListIndex == 3, c.Line < 0) << c.Text;
@@ -118,19 +117,6 @@ TEST_F(FindTest, WhatIsNotFoundIsSaidAndNothingElseChanges) {
   EXPECT_EQ(Shared.CurRecordNo, "1");
   EXPECT_EQ(RedLine(), -1);
   ExpectAtRest();
-}
-
-TEST_F(FindTest, OnlyTheFilteredNamesAreSearched) {
-  Show();
-  Shared.FilterOn = true;
-  Shared.FilterCriteria[0] = "ann";
-  Store.BuildFilteredList();
-  Store.GetFilteredNamesList();
-  Store.ShowRecords();
-  Main.SetData();
-  Find("e", 0);
-  EXPECT_EQ(Label(0).Caption(), "Cole");
-  EXPECT_EQ(Panel(2), " 2/ 2");
 }
 
 TEST_F(FindTest, EnterSearchesFromTheFindBoxAndCopiesElsewhere) {

@@ -10,7 +10,7 @@ class PopUpsTest : public MainFixture {
   PopUpsTest() {
     Guard.InUseTimer.start();
     Add({{LastName, "Aster"}, {Company, "Zeta"}});
-    Add({{LastName, "Bell"}});
+    Add({{LastName, "Bull"}});
     Add({{LastName, "Cole"}, {Company, "Acme"}});
   }
   // The menu that comes up, which is closed again.
@@ -37,10 +37,6 @@ class PopUpsTest : public MainFixture {
     return Control<QWidget>(Main, ("Panel(" + std::to_string(panel) + ")").c_str());
   }
   bool CanRestore() { return Main.Menus().MnuExchangeArray[3]->isEnabled(); }
-  void SelectLine(int index) {
-    Shared.CurListIndex = static_cast<std::int16_t>(index);
-    Main.SetData();
-  }
 };
 
 TEST_F(PopUpsTest, EachControlHasItsMenu) {
@@ -53,12 +49,12 @@ TEST_F(PopUpsTest, EachControlHasItsMenu) {
                                                                {"BtnExchange", menus.MnuExchange},
                                                                {"LstNames", &menus.MnuLstNames},
                                                                {"BtnEdit", nullptr}};
-  SelectLine(1);
+  Select(1);
   for (const auto& [control, menu] : expected) {
     EXPECT_EQ(OpenedByMouse(control), menu) << control;
     EXPECT_EQ(OpenedByKey(control), menu) << control;
   }
-  EXPECT_EQ(Label(0).Caption(), "Bell");  // the mouse was on another line
+  EXPECT_EQ(Label(0).Caption(), "Bull");  // the mouse was on another line
   EXPECT_TRUE(Started.Started.empty());
   Shared.InUse = true;
   Main.SetData();
@@ -70,25 +66,42 @@ TEST_F(PopUpsTest, EachControlHasItsMenu) {
 TEST_F(PopUpsTest, ItemsAndButtonsStartTheirCommands) {
   Show();
   QuillMnu& menus = Main.Menus();
-  menus.MnuEdit->trigger();
-  menus.MnuDeleteArray[0]->trigger();
-  menus.MnuDeleteArray[1]->trigger();
-  menus.MnuFilterArray[1]->trigger();
-  menus.MnuAbout->trigger();
-  menus.MnuDial->trigger();
-  menus.MnuReports->trigger();  // can be chosen and does nothing
-  Click(Main, "BtnDial");
-  Click(Main, "BtnEdit");
-  Click(Main, "BtnDelete");
-  Click(Main, "BtnDelete", Qt::ShiftModifier);
-  Click(Main, "BtnDelete", Qt::ShiftModifier | Qt::AltModifier);
-  Click(Main, "CopyrightLabel");
-  EXPECT_EQ(Started.Started,
-            (Commanded{"ShowEditDialog", "ShowDeleteDialog", "DeleteWithoutConfirmation",
-                       "FilterOff", "ShowAboutDialog", "OpenDialer", "OpenDialer", "ShowEditDialog",
-                       "ShowDeleteDialog", "DeleteWithoutConfirmation", "ShowDeleteDialog",
-                       "ShowAboutDialog"}));
+  const std::vector<std::pair<QAction*, const char*>> items{
+      {menus.MnuNewArray[1], "ShowDuplicateDialog"},
+      {menus.MnuEdit, "ShowEditDialog"},
+      {menus.MnuDeleteArray[0], "ShowDeleteDialog"},
+      {menus.MnuDeleteArray[1], "DeleteWithoutConfirmation"},
+      {menus.MnuFilterArray[0], "ShowFilterDialog"},
+      {menus.MnuFilterArray[1], "FilterOff"},
+      {menus.MnuTipOfDay, "ShowTipOfDay"},
+      {menus.MnuAbout, "ShowAboutDialog"},
+      {menus.MnuDial, "OpenDialer"}};
+  for (const auto& [item, command] : items) {
+    Started.Started.clear();
+    item->trigger();
+    EXPECT_EQ(Started.Started, Commanded{command});
+  }
+  EXPECT_FALSE(menus.MnuFilterArray[0]->isChecked());  // not in force yet
+  const std::vector<std::tuple<const char*, Qt::KeyboardModifiers, const char*>> buttons{
+      {"BtnNew", Qt::NoModifier, "ShowNewDialog"},
+      {"BtnNew", Qt::ShiftModifier, "ShowDuplicateDialog"},
+      {"BtnNew", Qt::ShiftModifier | Qt::ControlModifier, "ShowNewDialog"},
+      {"BtnEdit", Qt::NoModifier, "ShowEditDialog"},
+      {"BtnDelete", Qt::NoModifier, "ShowDeleteDialog"},
+      {"BtnDelete", Qt::ShiftModifier, "DeleteWithoutConfirmation"},
+      {"BtnDelete", Qt::ShiftModifier | Qt::AltModifier, "ShowDeleteDialog"},
+      {"BtnFilter", Qt::NoModifier, "ShowFilterDialog"},
+      {"BtnDial", Qt::NoModifier, "OpenDialer"},
+      {"BtnAbout", Qt::NoModifier, "ShowAboutDialog"},
+      {"CopyrightLabel", Qt::NoModifier, "ShowAboutDialog"}};
+  for (const auto& [button, held, command] : buttons) {
+    Started.Started.clear();
+    Click(Main, button, held);
+    EXPECT_EQ(Started.Started, Commanded{command}) << button;
+  }
   EXPECT_TRUE(menus.MnuReports->isEnabled());
+  menus.MnuReports->trigger();  // can be chosen and does nothing
+  EXPECT_EQ(Started.Started.size(), 1U);
 }
 
 TEST_F(PopUpsTest, TheExchangeButtonOffersCancelWhileTheGuardRests) {
@@ -121,7 +134,7 @@ TEST_F(PopUpsTest, RestoringIsOfferedWhereThereIsSomethingToRestore) {
   OpenedByMouse("BtnExchange");
   EXPECT_FALSE(CanRestore());
   ASSERT_EQ(Store.DeleteRecord("0", 0), RunTimeError::None);
-  SelectLine(0);
+  Select(0);
   OpenedByMouse("BtnExchange");
   EXPECT_TRUE(CanRestore());
   Shared.InUse = true;
@@ -145,9 +158,9 @@ TEST_F(PopUpsTest, RestoringIsOfferedWhereThereIsSomethingToRestore) {
 
 TEST_F(PopUpsTest, TheStatusBarSwitchesOrderAndFilter) {
   Show();
-  SelectLine(2);
+  Select(2);
   QTest::mouseDClick(&Panel_(3), Qt::LeftButton);
-  EXPECT_EQ(ListTexts(), (Commanded{"( Acme )", "( Zeta )", "Bell"}));
+  EXPECT_EQ(ListTexts(), (Commanded{"( Acme )", "( Zeta )", "Bull"}));
   EXPECT_EQ(Label(0).Caption(), "Cole");
   EXPECT_EQ(Panel(2) + "|" + Panel(3), " 1/ 3|Company");
   EXPECT_TRUE(Main.Menus().MnuViewArray[1]->isChecked());
@@ -164,13 +177,8 @@ TEST_F(PopUpsTest, TheStatusBarSwitchesOrderAndFilter) {
   EXPECT_EQ(Panel(3), "Name");
   EXPECT_TRUE(Started.Started.empty());
   QTest::mouseDClick(&Panel_(4), Qt::LeftButton);
-  Shared.FilterOn = true;
-  Shared.FilterCriteria[3] = "a";
-  Store.BuildFilteredList();
-  Store.GetFilteredNamesList();
-  Store.SortFilteredList();
-  Store.ShowRecords();
-  SelectLine(1);
+  FilterLastNames("e");
+  Select(1);
   QTest::mouseDClick(&Panel_(4), Qt::LeftButton);
   EXPECT_EQ(Started.Started, (Commanded{"ShowFilterDialog", "FilterOff"}));
   Main.SwitchView();

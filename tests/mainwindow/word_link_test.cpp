@@ -1,7 +1,5 @@
 #include "mainwindow/word_link.h"
 
-#include <QClipboard>
-
 #include "tests/support_qt/main_fixture.h"
 
 namespace quillary::test {
@@ -59,7 +57,6 @@ class WordLinkTest : public MainFixture {
     return Item().isEnabled();
   }
   QAction& Item() { return *Main.Menus().MnuCopyArray[2]; }
-  static std::string Clipboard() { return QGuiApplication::clipboard()->text().toStdString(); }
 
   FakeDde Dde;
   WordLink Word{Main, Dde, [this]() -> MsgBoxSnglTxt& { return SingleText; }};
@@ -90,8 +87,7 @@ TEST_F(WordLinkTest, PastesTheRecordThatWasShownThen) {
   EXPECT_FALSE(Item().isEnabled());
   EXPECT_EQ(Panel(1), "Please wait while pasting into WinWord");
   EXPECT_EQ(Clipboard(), "Aster\r555\r");
-  Shared.CurListIndex = 1;
-  Main.SetData();
+  Select(1);
   Main.CopySelected();
   Dde.Reply("");
   EXPECT_EQ(Dde.Made(), Calls{"Execute [EditPaste] with Aster\r555\r"});

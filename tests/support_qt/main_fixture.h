@@ -4,11 +4,14 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QString>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -77,14 +80,21 @@ inline void Click(QWidget& window, const char* name,
   QTest::mouseClick(&Control<QWidget>(window, name), button, modifiers);
 }
 
-// Presses `BtnOK` in each message box that comes up as long as this lives, and notes its title and
-// text.
+// Answers the modal windows that come up as long as this lives: with `BtnCancel` those of the
+// titles given, with `BtnOK` the others. Notes the title and text of each.
 class MsgBoxAnswerer : public QObject {
  public:
-  MsgBoxAnswerer() {
+  explicit MsgBoxAnswerer(std::vector<QString> refused = {}) : refused_(std::move(refused)) {
     QObject::connect(&timer_, &QTimer::timeout, this, [this] { Answer(); });
-    timer_.start(5);
+    timer_.start(2);
   }
+  // "title|text" of each.
+  std::vector<std::string> Texts() const {
+    std::vector<std::string> texts;
+    for (const auto& [title, text] : Seen) texts.push_back((title + u'|' + text).toStdString());
+    return texts;
+  }
+
   std::vector<std::pair<QString, QString>> Seen;
   std::function<void()> Before;  // runs before the press
 
@@ -92,11 +102,19 @@ class MsgBoxAnswerer : public QObject {
   void Answer() {
     QWidget* box = QApplication::activeModalWidget();
     if (box == nullptr || !box->isVisible()) return;
-    Seen.emplace_back(box->windowTitle(), Control<QLabel>(*box, "Text1").text());
+    const QString title = box->windowTitle();
+    auto* standard = qobject_cast<QMessageBox*>(box);
+    const auto* label = box->findChild<QLabel*>(QStringLiteral("Text1"));
+    Seen.emplace_back(title, standard != nullptr ? standard->text()
+                             : label != nullptr  ? label->text()
+                                                 : QString());
     if (Before) Before();
-    Click(*box, "BtnOK");
+    if (standard != nullptr) return standard->accept();
+    const bool refuses = std::find(refused_.begin(), refused_.end(), title) != refused_.end();
+    Click(*box, refuses ? "BtnCancel" : "BtnOK");
   }
 
+  std::vector<QString> refused_;
   QTimer timer_;
 };
 
@@ -141,6 +159,21 @@ class MainFixture : public testing::Test {
     Main.SetData();
   }
 
+  void Select(int index) {
+    Shared.CurListIndex = static_cast<std::int16_t>(index);
+    Main.SetData();
+  }
+  // Turns the filter on, by last names that hold the text, and selects the first one.
+  void FilterLastNames(const std::string& text) {
+    Shared.FilterCriteria[1] = text;
+    Shared.FilterOn = true;
+    Store.BuildFilteredList();
+    Store.GetFilteredNamesList();
+    Store.SortFilteredList();
+    Store.ShowRecords();
+    Select(0);
+  }
+
   std::vector<std::string> ListTexts() {
     const QAbstractItemModel* lines = Control<ListBox>(Main, "LstNames").model();
     std::vector<std::string> texts;
@@ -152,6 +185,8 @@ class MainFixture : public testing::Test {
   DetailLabel& Label(int index) {
     return Control<DetailLabel>(Main, ("Label(" + std::to_string(index) + ")").c_str());
   }
+  QWidget& Widget(const char* name) { return Control<QWidget>(Main, name); }
+  static std::string Clipboard() { return QGuiApplication::clipboard()->text().toStdString(); }
   std::string Panel(int panel) { return Main.Panel(panel).toStdString(); }
 
   TempFolder Folder;
