@@ -23,7 +23,7 @@ TEST_F(DeleteDialogTest, ShowsTheRecordAndAsks) {
   Add({{Field::Company, "Bell"}});
   Add({{LastName, "Zorn"}});
   Show();
-  const std::string files = Files();
+  const auto files = Files();
   const std::vector<const char*> names{"||Bell", "Bob ||", "Ann Lee|<b>Dr</b>|A&cme", "Zorn||"};
   for (int i = 0; i < 4; ++i) {
     OpenDelete(i);

@@ -46,20 +46,6 @@ class DialogFixture : public MainFixture {
     Select(index);
     Delete.DeleteWithoutConfirmation();
   }
-  void Select(int index) {
-    Shared.CurListIndex = static_cast<std::int16_t>(index);
-    Main.SetData();
-  }
-  // Only those last names are listed that hold the text.
-  void FilterLastNames(const std::string& text) {
-    Shared.FilterCriteria[1] = text;
-    Shared.FilterOn = true;
-    Store.BuildFilteredList();
-    Store.GetFilteredNamesList();
-    Store.ShowRecords();
-    Select(0);
-  }
-
   QWidget& Box(int index) {
     return Control<QWidget>(*Dialog, ("TxtBox(" + std::to_string(index) + ")").c_str());
   }
@@ -85,7 +71,7 @@ class DialogFixture : public MainFixture {
     return Store.ReadHeaderEntry("DelNoOfRecords") + " from " +
            Store.ReadHeaderEntry("DelFirstRecord");
   }
-  std::string Files() { return Folder.ReadFile("quill.dat") + Folder.ReadFile("quill0.dat"); }
+  auto Files() { return Folder.Files(); }
 
   // Nothing is going on any more.
   void ExpectClosed() {
@@ -106,7 +92,7 @@ class DialogFixture : public MainFixture {
   // Presses a button, which is refused with a message of that title and changes nothing.
   void ExpectRefusal(const char* button, const char* title) {
     const auto lines = ListTexts();
-    const std::string files = Files();
+    const auto files = Files();
     MsgBoxAnswerer answerer;
     Click(*Dialog, button);
     ASSERT_EQ(answerer.Seen.size(), 1U);

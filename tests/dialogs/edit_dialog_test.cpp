@@ -44,7 +44,7 @@ TEST_F(EditDialogTest, ChangesInPlaceWhatIsNoSortKey) {
   EXPECT_EQ(Panel(2), " 2/ 3");
   EXPECT_EQ(Label(8).Caption(), " 34 ");
 
-  const std::string files = Files();
+  const auto files = Files();
   OpenEdit(0);
   Type(1, "Bob");
   QTest::keyClick(Dialog, Qt::Key_Escape);

@@ -42,7 +42,7 @@ class RestoreDialogTest : public DialogFixture {
 
 TEST_F(RestoreDialogTest, ListsTheDeletedRecordsAndShowsTheSelectedOne) {
   DeleteThree();
-  const std::string files = Files();
+  const auto files = Files();
   OpenRestore();
   EXPECT_TRUE(Restore.isEnabled());
   EXPECT_FALSE(ProgressWindow.isVisible() || Main.isEnabled());
@@ -122,7 +122,7 @@ TEST_F(RestoreDialogTest, NothingIsWrittenWhenItMustNotBe) {
   // Another program has taken it off the list meanwhile, which is a wrong one now.
   Restore.EnableRestore(true);
   EXPECT_EQ(Store.RemoveFromDeletedList(Shared.CurDelRecordNo), RunTimeError::None);
-  const std::string files = Files();
+  const auto files = Files();
   MsgBoxAnswerer answerer;
   Click(Restore, "BtnRestore");
   ASSERT_EQ(answerer.Seen.size(), 1U);

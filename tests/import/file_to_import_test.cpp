@@ -126,9 +126,9 @@ TEST_F(FileToImportTest, ChangesTheDrive) {
   PressKey(Dialog, Qt::Key_Down);
   EXPECT_EQ(drives.currentText(), QStringLiteral("Stick"));
   EXPECT_EQ(Listed("SlctFile"), Texts{"stick.csv"});
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   PressKey(Dialog, Qt::Key_Down);
-  EXPECT_EQ(boxes.Seen,
+  EXPECT_EQ(boxes.Texts(),
             Texts{"Unavailable drive|The selected drive is unavailable.\nPlease try again"});
   EXPECT_EQ(drives.currentText(), QStringLiteral("Stick"));
   EXPECT_EQ(Listed("SlctFile"), Texts{"stick.csv"});
@@ -141,7 +141,7 @@ TEST_F(FileToImportTest, ChangesTheDrive) {
 TEST_F(FileToImportTest, AsksForTheRightDelimiter) {
   Home.WriteFile("bars.txt", "a AND b AND c\n");
   Open();
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   Click(Dialog, "TxtOtherDelimiter");
   EXPECT_TRUE(Control<QRadioButton>(Dialog, "OptRcrdDelimiter(3)").isChecked());
   TypeFile(QStringLiteral("bars.txt"));
@@ -149,7 +149,7 @@ TEST_F(FileToImportTest, AsksForTheRightDelimiter) {
   QTest::keyClicks(&Control<QLineEdit>(Dialog, "TxtOtherDelimiter"), QStringLiteral(" and "));
   Click(Dialog, "BtnOK");
   ExpectFirstStep();
-  EXPECT_EQ(boxes.Seen,
+  EXPECT_EQ(boxes.Texts(),
             (Texts{"Missing Delimiter|You didn't specify the delimiter.\nPlease try again.",
                    "Wrong Delimiter|The delimiter you specified does not exist.\nPlease choose "
                    "another one."}));
@@ -164,9 +164,9 @@ TEST_F(FileToImportTest, TellsThatAFileCannotBeRead) {
   TypeFile(QStringLiteral("people.csv"));
   QFile::remove(QString::fromStdString(Home.File("people.csv")));
   const std::string files = DataFiles();
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   Click(Dialog, "BtnOK");
-  EXPECT_EQ(boxes.Seen,
+  EXPECT_EQ(boxes.Texts(),
             Texts{"Quillary|Error No.  53 Found, in the FileToImportDialog.BtnOK_Click\n"
                   "Please contact the authour."});
   ExpectFirstStep();
@@ -176,11 +176,11 @@ TEST_F(FileToImportTest, TellsThatAFileCannotBeRead) {
 TEST_F(FileToImportTest, TakesOnlyLinesWithOneOfTheTexts) {
   Home.WriteFile("people.csv", "Ann,Lee\nBob,MÜLLER\nCid,North\nDee,lee\n");
   Open();
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   Pick("OptRcrdToImport(1)");
   TypeFile(QStringLiteral("people.csv"));
   Click(Dialog, "BtnOK");
-  EXPECT_EQ(boxes.Seen,
+  EXPECT_EQ(boxes.Texts(),
             Texts{"No records|There is no record to import.\nPlease choose other records."});
   ExpectFirstStep();
   Click(Dialog, "TxtRecordsToImport(0)");

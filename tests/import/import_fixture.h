@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QRadioButton>
 #include <string>
 #include <utility>
@@ -13,34 +12,6 @@
 #include "tests/support_qt/main_fixture.h"
 
 namespace quillary::test {
-
-// Answers the message boxes that come up as long as this lives: with "BtnCancel" those of the
-// titles given, with the left button the others. Notes "title|text" of each.
-class BoxAnswers : public QObject {
- public:
-  explicit BoxAnswers(std::vector<QString> refused = {}) : refused_(std::move(refused)) {
-    connect(&timer_, &QTimer::timeout, this, [this] { Answer(); });
-    timer_.start(2);
-  }
-  std::vector<std::string> Seen;
-
- private:
-  void Answer() {
-    QWidget* box = QApplication::activeModalWidget();
-    if (box == nullptr || !box->isVisible()) return;
-    const QString title = box->windowTitle();
-    auto* standard = qobject_cast<QMessageBox*>(box);
-    const QString text =
-        standard != nullptr ? standard->text() : Control<QLabel>(*box, "Text1").text();
-    Seen.push_back((title + u'|' + text).toStdString());
-    if (standard != nullptr) return standard->accept();
-    const bool refuses = std::find(refused_.begin(), refused_.end(), title) != refused_.end();
-    Click(*box, refuses ? "BtnCancel" : "BtnOK");
-  }
-
-  std::vector<QString> refused_;
-  QTimer timer_;
-};
 
 // The import over the real main window; the files to be imported are in a home folder of their own.
 class ImportFixture : public MainFixture {

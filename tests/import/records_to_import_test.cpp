@@ -62,18 +62,14 @@ TEST_F(RecordsToImportTest, ShowsTheFirstRecordsOneByOne) {
 TEST_F(RecordsToImportTest, AppendsAndReplacesTheRecords) {
   Add({{LastName, "Moss"}});
   Add({{LastName, "Aster"}});
-  Shared.FilterCriteria[1] = "Moss";
-  Shared.FilterOn = true;
-  Store.BuildFilteredList();
-  Store.GetFilteredNamesList();
-  Store.ShowRecords();
+  FilterLastNames("Moss");
   const std::string before = Folder.ReadFile("quill0.dat");
   QWidget& second = GoOnWith("Lee Ann,Acme,1\nNorth,,2\n,,3\n");
   Choose(second, {LastThenFirstName, 6});
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   Click(second, "BtnOK");
   ExpectEnded();
-  EXPECT_EQ(boxes.Seen, Texts{Notice});
+  EXPECT_EQ(boxes.Texts(), Texts{Notice});
   EXPECT_EQ(ListTexts(), (Texts{"Aster", "Lee, Ann", "Moss", "North", "NULL NAME"}));
   EXPECT_EQ(Panel(2), " 1/ 5");
   EXPECT_EQ(Panel(4), "Filter - OFF");
@@ -109,7 +105,7 @@ TEST_F(RecordsToImportTest, GoesBackAndEndsWithoutATrace) {
   ExpectEnded();
 
   QWidget& third = GoOnWith("Ann,Lee\n", 1);
-  const BoxAnswers boxes({QStringLiteral("Import notice")});
+  const MsgBoxAnswerer boxes({QStringLiteral("Import notice")});
   Click(third, "BtnOK");
   ExpectEnded();
   EXPECT_EQ(DataFiles(), files);
@@ -133,7 +129,7 @@ TEST_F(RecordsToImportTest, ReadsTheFilesOfOtherPrograms) {
       {"code_page_1252.txt", 3, {"Ångström, Éva", "Müller, Ann", "NULL NAME"}, "“Acme” – 5 €"},
       {"three_ends.csv", 0, {"Lee, Ann", "Moss, Bob", "North, Cid", "NULL NAME", "Olsen, Dee"}, ""},
   };
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   for (const Case& example : cases) {
     Open(1);
     TypeFile(QStringLiteral(IMPORT_TEST_DATA));
@@ -167,16 +163,16 @@ TEST_F(RecordsToImportTest, StopsAtEightThousand) {
   Open();
   TypeFile(QStringLiteral("people.csv"));
   {
-    BoxAnswers boxes({QStringLiteral("Too many records")});
+    MsgBoxAnswerer boxes({QStringLiteral("Too many records")});
     Click(Dialog, "BtnOK");
-    EXPECT_EQ(boxes.Seen, Texts{question});
+    EXPECT_EQ(boxes.Texts(), Texts{question});
     ExpectFirstStep();
   }
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   QWidget& second = GoOn(QStringLiteral("people.csv"));
   Choose(second, {1, 2});
   Click(second, "BtnOK");
-  EXPECT_EQ(boxes.Seen, (Texts{question, Notice}));
+  EXPECT_EQ(boxes.Texts(), (Texts{question, Notice}));
   EXPECT_EQ(Shared.NoOfRecords, 8000);
   EXPECT_EQ(ListTexts().at(9), "Lee9, Ann");
   EXPECT_TRUE(CheckFiles(Folder.Path()));
@@ -185,7 +181,7 @@ TEST_F(RecordsToImportTest, StopsAtEightThousand) {
   QWidget& third = GoOnWith(Lines(9000), 1);
   Choose(third, {1, 2});
   Click(third, "BtnOK");
-  EXPECT_EQ(boxes.Seen, (Texts{question, Notice}));
+  EXPECT_EQ(boxes.Texts(), (Texts{question, Notice}));
   EXPECT_EQ(Shared.NoOfRecords, 8000);
 }
 
@@ -194,7 +190,7 @@ TEST_F(RecordsToImportTest, TellsHowManyTheFullDataCanTake) {
   const auto goOn = [this](int stored, int lines) {
     Shared.NoOfRecords = static_cast<std::int16_t>(stored);
     Home.WriteFile("people.csv", Lines(lines));
-    BoxAnswers boxes({QStringLiteral("Too many records")});
+    MsgBoxAnswerer boxes({QStringLiteral("Too many records")});
     Open();
     TypeFile(QStringLiteral("people.csv"));
     Click(Dialog, "BtnOK");
@@ -204,7 +200,7 @@ TEST_F(RecordsToImportTest, TellsHowManyTheFullDataCanTake) {
     Click(second != nullptr ? *second : Dialog, "BtnCancel");
     ExpectEnded();
     Shared.NoOfRecords = 0;
-    return isAsked ? boxes.Seen.front() : std::string();
+    return isAsked ? boxes.Texts().front() : std::string();
   };
   EXPECT_EQ(goOn(8000, 20), "");
   EXPECT_EQ(goOn(8500, 8001), "");
@@ -236,7 +232,7 @@ TEST_F(RecordsToImportTest, AFailingDiskChangesNothing) {
       second = &GoOnWith("Ann,Lee\n");
       Choose(*second, {1, 2});
     }
-    BoxAnswers boxes;
+    MsgBoxAnswerer boxes;
     Disk.FailAt(call, RunTimeError::DiskFull, false);
     Click(*second, "BtnOK");
     reached = Disk.WasReached();
@@ -251,7 +247,7 @@ TEST_F(RecordsToImportTest, AFailingDiskChangesNothing) {
       continue;
     }
     ASSERT_EQ(boxes.Seen.size(), 2U);
-    told.push_back(boxes.Seen[1]);
+    told.push_back(boxes.Texts()[1]);
     EXPECT_EQ(Folder.ReadFile("quill.dat"), header) << call;
     EXPECT_EQ(Folder.ReadFile("quill0.dat"), records) << call;
     EXPECT_EQ(ListTexts(), Texts{"Moss"});
@@ -271,9 +267,9 @@ TEST_F(RecordsToImportTest, WaitsForAnotherApplication) {
   QWidget& second = GoOnWith("Ann,Lee\n");
   ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
   const std::string files = DataFiles();
-  BoxAnswers boxes;
+  MsgBoxAnswerer boxes;
   Click(second, "BtnOK");
-  EXPECT_EQ(boxes.Seen.at(1),
+  EXPECT_EQ(boxes.Texts().at(1),
             "Records Not Imported|Another application is using the data file now.\n"
             "Nothing was changed. You can try again.");
   EXPECT_TRUE(second.isVisible());

@@ -82,10 +82,10 @@ TEST_F(FormsTest, DialsOnceThePortIsSetUp) {
   auto run = std::make_unique<Session>(Folder, Machine);
   ASSERT_TRUE(run->Start());
   MainDialog& main = run->Windows.Main;
-  Answerer ok(QStringLiteral("BtnOK"));
+  MsgBoxAnswerer ok;
   main.Menus().MnuDial->trigger();
   ASSERT_NE(run->Shown("SetupDialog"), nullptr);
-  EXPECT_TRUE(ok.Seen.first().startsWith(QStringLiteral("Wrong Dialing System|")));
+  EXPECT_TRUE(ok.Texts()[0].starts_with("Wrong Dialing System|"));
   Control<QAbstractButton>(*run->Shown("SetupDialog"), "OptCommPort(3)").click();
   Control<QAbstractButton>(*run->Shown("SetupDialog"), "OptToneDial").click();
   Click(*run->Shown("SetupDialog"), "BtnOK");
@@ -108,7 +108,7 @@ TEST_F(FormsTest, AskedToEndWhileItSearchesItLeavesAtOnce) {
   MakeData({.Live = 3000, .Deleted = 0});
   Session run(Folder, Machine);
   ASSERT_TRUE(run.Start());
-  Answerer ok(QStringLiteral("BtnOK"));
+  MsgBoxAnswerer ok;
   Control<QLineEdit>(run.Windows.Main, "TxtFind").setText(QStringLiteral("nobody has this"));
   QTimer::singleShot(0, [&] {
     EXPECT_FALSE(run.Windows.Main.isEnabled());

@@ -2,15 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
 #include <filesystem>
 #include <functional>
 #include <string>
-#include <utility>
 
 #include "main/main.h"
 #include "platform/file_names.h"
@@ -19,6 +13,7 @@
 #include "tests/support/data_set.h"
 #include "tests/support/fault_disk.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support_qt/main_fixture.h"
 
 namespace quillary::test {
 
@@ -48,30 +43,6 @@ struct Session {
   NotedEnding End;
   Forms Windows{Access, Comparer, End, Names.OwnDirectory()};
   std::function<bool()> IsFirstInstance = [] { return true; };
-};
-
-// Answers every modal window that comes up by a click on one of its buttons, and notes its title
-// and first text.
-class Answerer : public QObject {
- public:
-  explicit Answerer(QString button) : button_(std::move(button)) {
-    connect(&timer_, &QTimer::timeout, this, [this] { Answer(); });
-    timer_.start(5);
-  }
-  QStringList Seen;
-
- private:
-  void Answer() {
-    QWidget* const window = QApplication::activeModalWidget();
-    if (window == nullptr || !window->isVisible()) return;
-    const auto* const text = window->findChild<QLabel*>(QStringLiteral("Text1"));
-    Seen << window->windowTitle() + QLatin1Char('|') + (text != nullptr ? text->text() : QString());
-    auto* const button = window->findChild<QPushButton*>(button_);
-    if (button != nullptr) QTest::mouseClick(button, Qt::LeftButton);
-  }
-
-  QString button_;
-  QTimer timer_;
 };
 
 // A machine with files of its own.

@@ -8,17 +8,16 @@
 namespace quillary {
 namespace {
 
-using test::Answerer;
+using test::MsgBoxAnswerer;
 using test::Session;
 using StartTest = test::ProgramTest;
 
 TEST_F(StartTest, OnACleanMachineItMakesADataSetAndOffersATip) {
-  Answerer yes(QStringLiteral("BtnOK"));
+  MsgBoxAnswerer yes;
   Session run(Folder, Machine);
   ASSERT_TRUE(run.Start());
-  ASSERT_EQ(yes.Seen.size(), 1);
-  EXPECT_TRUE(yes.Seen[0].startsWith(
-      QStringLiteral("Missing data file|I can't find an Quillary data files.")));
+  ASSERT_EQ(yes.Seen.size(), 1U);
+  EXPECT_TRUE(yes.Texts()[0].starts_with("Missing data file|I can't find an Quillary data files."));
   EXPECT_EQ(Folder.ReadFile("varek.ini"),
             "[QL32]\r\nVersion=2.0\r\n[Data Files]\r\nQuillDataPath=" +
                 UpperCase(run.Names.OwnDirectory() + "quilldat\\") + "\r\n");
@@ -37,7 +36,7 @@ TEST_F(StartTest, OnACleanMachineItMakesADataSetAndOffersATip) {
 }
 
 TEST_F(StartTest, WhoeverDeclinesGetsNothing) {
-  Answerer no(QStringLiteral("BtnCancel"));
+  const MsgBoxAnswerer no({QStringLiteral("Missing data file")});
   Session run(Folder, Machine);
   EXPECT_FALSE(run.Start());
   EXPECT_EQ(run.Shown("MainDialog"), nullptr);
@@ -72,11 +71,11 @@ TEST_F(StartTest, TheListIsReadSortedAndRelinked) {
 TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataNothingCanBeChanged) {
   MakeData({2});
   std::ofstream(Folder.File("data") + "/quill.dat", std::ios::app) << "NoOfUses=1\r\n";
-  Answerer ok(QStringLiteral("BtnOK"));
+  MsgBoxAnswerer ok;
   Session run(Folder, Machine);
   ASSERT_TRUE(run.Start());
-  ASSERT_EQ(ok.Seen.size(), 1);
-  EXPECT_TRUE(ok.Seen[0].startsWith(QStringLiteral("Data File In Use|")));
+  ASSERT_EQ(ok.Seen.size(), 1U);
+  EXPECT_TRUE(ok.Texts()[0].starts_with("Data File In Use|"));
   EXPECT_EQ(Header("NoOfUses"), "2");
   EXPECT_FALSE(run.Windows.Main.findChild<QPushButton*>(QStringLiteral("BtnNew"))->isEnabled());
 
@@ -93,15 +92,15 @@ TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataNothingCanBeChanged) {
 
 TEST_F(StartTest, DataThatCannotBeWrittenAreShownAndLeftAlone) {
   MakeData({2});
-  Answerer ok(QStringLiteral("BtnOK"));
+  MsgBoxAnswerer ok;
   Session run(Folder, Machine);
   run.IsFirstInstance = [this] {
     Machine.FailWrites(RunTimeError::PermissionDenied);
     return true;
   };
   ASSERT_TRUE(run.Start());
-  ASSERT_EQ(ok.Seen.size(), 1) << ok.Seen.join(QLatin1Char('\n')).toStdString();
-  EXPECT_TRUE(ok.Seen[0].contains(QStringLiteral("cannot be written")));
+  ASSERT_EQ(ok.Seen.size(), 1U) << testing::PrintToString(ok.Texts());
+  EXPECT_TRUE(ok.Seen[0].second.contains(QStringLiteral("cannot be written")));
   EXPECT_EQ(run.Windows.Main.ListCount(), 2);
   Machine.Reset();
   run.Windows.ExitApplication();
@@ -115,11 +114,11 @@ TEST_F(StartTest, DamagedChainsAreShownAsFarAsTheyGoAndNothingIsChanged) {
   damaged.replace(at, damaged.find("\r\n", at) - at, "NameFirstRecord=999");
   Folder.WriteFile("data/quill.dat", damaged);
   const std::string records = Folder.ReadFile("data/quill0.dat");
-  Answerer ok(QStringLiteral("BtnOK"));
+  MsgBoxAnswerer ok;
   Session run(Folder, Machine);
   ASSERT_TRUE(run.Start());
-  ASSERT_EQ(ok.Seen.size(), 1);
-  EXPECT_TRUE(ok.Seen[0].contains(QStringLiteral("damaged")));
+  ASSERT_EQ(ok.Seen.size(), 1U);
+  EXPECT_TRUE(ok.Seen[0].second.contains(QStringLiteral("damaged")));
   EXPECT_EQ(run.Windows.Main.ListCount(), 5) << "reached by the other chain";
   EXPECT_EQ(Folder.ReadFile("data/quill0.dat"), records);
   EXPECT_EQ(Header("NameFirstRecord"), "999");

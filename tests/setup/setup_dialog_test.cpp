@@ -155,16 +155,8 @@ TEST_F(SetupDialogTest, ADoubleClickChangesTheOrderAndKeepsTheSelection) {
   Add({{LastName, "Tarn"}, {Company, "Acme"}});
   for (const bool filtered : {false, true}) {
     Start("");
-    if (filtered) {
-      Shared.FilterOn = true;
-      Shared.FilterCriteria[1] = "a";
-      Store.BuildFilteredList();
-      Store.GetFilteredNamesList();
-      Store.SortFilteredList();
-      Store.ShowRecords();
-    }
-    Shared.CurListIndex = 0;
-    Main.SetData();
+    if (filtered) FilterLastNames("a");
+    Select(0);
     Open();
     auto& option = Control<QWidget>(Dialog, "OptShowCompany");
     Choose("OptShowCompany");
