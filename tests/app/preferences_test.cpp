@@ -50,7 +50,7 @@ TEST_F(PreferencesTest, AVersionIsRaisedButNeverLowered) {
 
 TEST_F(PreferencesTest, ReadsEveryPreference) {
   Load(
-      "Version=2.0\r\nNameField=2\r\nShow=1\r\nUsePrefix=1\r\nPrefixSprt=\" 3\"\r\n"
+      "Version=2.0\r\nNameField=2\r\nShow=1\r\nUsePrefix=-1\r\nPrefixSprt=\" 3\"\r\n"
       "Phone1Prefix=\" Tel \"\r\nPhone2Prefix=Mobile\r\nFaxPrefix=Fax\r\nEMailPrefix=Mail\r\n"
       "CopyName=1\r\nCopyAddress=\" 1\"\r\nCopyFax= 1\r\nCopyEMail=0\r\n");
   EXPECT_EQ(shared_.NameStyle, 2);
@@ -62,14 +62,6 @@ TEST_F(PreferencesTest, ReadsEveryPreference) {
   EXPECT_EQ(shared_.FaxPrefix, "Fax");
   EXPECT_EQ(shared_.EMailPrefix, "Mail");
   EXPECT_EQ(shared_.CopyValues, (std::array<double, CopyFlagCount>{1, 0, 0, 1, 0, 0, 1, 0}));
-}
-
-TEST_F(PreferencesTest, HoldsWhatDoesNotFitWithinTheRange) {
-  Load("NameField=-1\r\nShow=256\r\nPrefixSprt=many\r\nUsePrefix=-1\r\nCopyName=1e999\r\n");
-  EXPECT_EQ(shared_.NameStyle, 0);
-  EXPECT_EQ(shared_.ViewMode, 255);
-  EXPECT_EQ(shared_.PrefixSprt, 0);
-  EXPECT_TRUE(shared_.UsePrefix);
 }
 
 }  // namespace

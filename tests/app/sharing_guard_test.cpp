@@ -75,15 +75,6 @@ TEST_F(SharingGuardTest, TheLastUserMayTakeTheCounterBelowZero) {
   }
 }
 
-TEST_F(SharingGuardTest, TwoUsersAreInUseUntilTheCounterIsReset) {
-  WriteCounter("2");
-  guard_.CheckInUse();
-  EXPECT_TRUE(shared_.InUse);
-  EXPECT_EQ(guard_.ResetUses(), RunTimeError::None);
-  EXPECT_FALSE(shared_.InUse);
-  ExpectCounter("1");
-}
-
 TEST_F(SharingGuardTest, AResetThatCannotBeWrittenChangesNothing) {
   shared_.InUse = true;
   std::filesystem::remove_all(folder_.Path());

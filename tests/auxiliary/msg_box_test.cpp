@@ -141,19 +141,16 @@ TEST_F(MsgBoxTest, ShowsBothTextsAsTheyAre) {
 
 // The longest texts of the program, in the ordinary font.
 TEST_F(MsgBoxTest, LongTextsFit) {
-  const auto fits = [](const QLabel& label) {
-    return label.heightForWidth(label.width()) <= label.height();
+  const auto expectFit = [](Form& box) {
+    for (const QLabel* label : box.findChildren<QLabel*>()) {
+      EXPECT_LE(label->heightForWidth(label->width()), label->height());
+    }
+    box.close();
   };
-  WhileShown(single_, [&] {
-    EXPECT_TRUE(fits(Find<QLabel>(QStringLiteral("Text1"))));
-    single_.close();
-  });
+  WhileShown(single_, [&] { expectFit(single_); });
   single_.ShowMsg(QStringLiteral("There is no Dial Tone,\r\rPlease check the line, and try again."),
                   MsgButtons::Left, kOK, kCancel, MsgIcon::Critical, kOK);
-  WhileShown(double_, [&] {
-    for (const QLabel* text : double_.findChildren<QLabel*>()) EXPECT_TRUE(fits(*text));
-    double_.close();
-  });
+  WhileShown(double_, [&] { expectFit(double_); });
   double_.ShowMsg(
       QStringLiteral(
           "Are you absolutely sure that no other application is currently using the data file?"),

@@ -38,20 +38,6 @@ TEST(PleaseWait, OpensEmptyOverTheDisabledMainWindowEvenOffTheScreen) {
   }
 }
 
-TEST(Percent, OpensEmptyOverTheShownAndDisabledMainWindow) {
-  FakeHub hub;
-  Percent window(hub);
-  window.SetPercnt(70);
-  hub.SetPanel(2, QStringLiteral("1 of 9"));
-  window.ShowProgressWindow();
-  EXPECT_TRUE(hub.Window.isVisible());
-  EXPECT_FALSE(hub.IsEnabled());
-  EXPECT_EQ(hub.Panels[2], QString());
-  EXPECT_EQ(Text(window, "LblPercnt"), QString());
-  EXPECT_EQ(window.findChild<QProgressBar*>(QStringLiteral("Percnt"))->value(), 0);
-  EXPECT_EQ(window.pos(), PlaceCentred(hub.Geometry, window.FrameSize()));
-}
-
 TEST(Welcome, StandsInTheMiddleOfTheScreenAndCannotBeClosed) {
   Welcome window;
   window.ShowPercnt(false);

@@ -57,11 +57,6 @@ class TestForm : public Form {
   }
 };
 
-class PanelForm : public Form {
- public:
-  PanelForm() : Form(QStringLiteral("PanelForm")) { MakePanel(); }
-};
-
 TEST(Form, EnterPressesTheFocusedButtonElseTheDefaultOne) {
   TestForm form;
   form.SetDefaultButton(form.OK);
@@ -189,18 +184,6 @@ TEST(Form, ModalFormBlocksItsOwnerUntilItIsHidden) {
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
-TEST(Form, IsNotDisabledWithItsOwner) {
-  QWidget main;
-  main.show();
-  TestForm form;
-  form.SetOwner(main);
-  form.ShowForm();
-  main.setEnabled(false);
-  EXPECT_TRUE(form.isEnabled());
-  RaiseWindow(main);
-  EXPECT_TRUE(WaitUntilActive(form));
-}
-
 TEST(Form, IsNotActivatedWithTheWindowBehindIt) {
   QWidget main;
   main.show();
@@ -237,15 +220,6 @@ TEST(Form, ComesBackWhereItsOwnerIs) {
         << "," << corner.y();
     form.Unload();
   }
-}
-
-TEST(Form, UserCannotCloseAPanel) {
-  PanelForm panel;
-  panel.ShowForm();
-  ASSERT_TRUE(WaitUntilActive(panel));
-  panel.close();
-  QTest::keyClick(&panel, Qt::Key_Escape);
-  EXPECT_TRUE(panel.isVisible());
 }
 
 // A key as it comes from the window system, at a moment in milliseconds.

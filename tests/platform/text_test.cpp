@@ -48,30 +48,11 @@ TEST(TextComparerTest, FollowsTheLanguageOfTheEnvironment) {
 TEST(TextComparerTest, SortKeysAndComparisonAgree) {
   const TextComparer comparer;
   std::mt19937 random(20);
-  const std::vector<std::string> pieces = {"a",
-                                           "A",
-                                           "b",
-                                           "ä",
-                                           "e\u0301",
-                                           "\u00e9",
-                                           "ß",
-                                           "ss",
-                                           " ",
-                                           ",",
-                                           "(",
-                                           "-",
-                                           "1",
-                                           "10",
-                                           "\t",
-                                           "\r",
-                                           std::string(1, '\0'),
-                                           "\xff",
-                                           "\xc3",
-                                           "\xed\xa0\x80",
-                                           "\u4e2d",
-                                           "\U0001F600",
-                                           "\ufffe",
-                                           "\uffff"};
+  std::vector<std::string_view> pieces = {
+      "a",      "A",    "b",   "ä", "e\u0301", "\u00e9", "ß",  "ss", "\u4e2d",       "\U0001F600",
+      " ",      ",",    "(",   "-", "1",       "10",     "\t", "\r", "\xed\xa0\x80", "\ufffe",
+      "\uffff", "\xff", "\xc3"};
+  pieces.emplace_back("\0", 1);
   const auto make = [&] {
     std::string text;
     for (std::size_t i = random() % 7; i > 0; --i) text += pieces[random() % pieces.size()];

@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -36,83 +35,47 @@ std::vector<FieldArray> People(int count, int seed) {
   return people;
 }
 
-class ImportRecordsTest : public testing::Test {
+class ImportRecordsTest : public StoreTest {
  protected:
-  ImportRecordsTest() { Start(world_); }
+  ImportRecordsTest() { World.Open(); }
 
-  static void Start(StoreWorld& world) {
-    EXPECT_EQ(world.Store.WriteNewHeader(), RunTimeError::None);
-    world.Open();
-  }
-  static RunTimeError Import(StoreWorld& world, const std::vector<FieldArray>& people,
-                             bool replace = false) {
-    return world.Store.ImportRecords(
+  RunTimeError Import(const std::vector<FieldArray>& people, bool replace = false) {
+    return World.Store.ImportRecords(
         people.size(), [&](std::size_t i) { return people.at(i); }, replace);
   }
-  RunTimeError Import(const std::vector<FieldArray>& people, bool replace = false) {
-    return Import(world_, people, replace);
-  }
-  std::string Entry(const std::string& RecNo, const char* key) {
-    return world_.Store.ReadRecordEntry(RecNo, key);
-  }
   void ExpectWhole() {
-    world_.Store.ShowRecords();
-    EXPECT_TRUE(CheckInvariants(world_));
+    World.Store.ShowRecords();
+    EXPECT_TRUE(CheckInvariants(World));
   }
-
-  StoreWorld world_;
 };
 
-// What an import comes to, record by record: each one is put before all others, and the lists are
-// read and sorted at the end.
-void ImportOneByOne(StoreWorld& world, const std::vector<FieldArray>& people) {
-  Records& store = world.Store;
-  ProfileUpdate update(world.Access);
-  for (const FieldArray& fields : people) {
-    const int live = ToInt32(store.ReadHeaderEntry("NoOfRecords"));
-    const std::string recNo = store.ReadHeaderEntry("TotalNoOfRecords");
-    (void)store.WriteHeaderEntry("TotalNoOfRecords", NumberText(ToInt32(recNo) + 1));
-    (void)store.WriteHeaderEntry("NoOfRecords", NumberText(live + 1));
-    for (const char* key :
-         {"PrevName", "NextName", "PrevCompany", "NextCompany", "PrevDel", "NextDel"}) {
-      (void)store.WriteRecordEntry(recNo, key, "");
-    }
-    std::string first = fields[Field::FirstName];
-    std::string last = fields[Field::LastName];
-    std::string firm = fields[Field::Company];
-    std::string showCompany = BuildShowCompany(first, last, firm);
-    if (!firm.empty()) showCompany = "( " + fields[Field::Company] + " )";
-    (void)store.WriteRecordEntry(recNo, "ShowName", BuildShowName(first, last, firm));
-    (void)store.WriteRecordEntry(recNo, "ShowCompany", showCompany);
-    for (std::size_t i = 0; i < world.Data.NoOfFields; ++i) {
-      (void)store.WriteRecordEntry(recNo, world.Data.FieldKeys.at(i), fields.at(i));
-    }
-    for (const auto& [head, prev, next] : {std::array{"NameFirstRecord", "PrevName", "NextName"},
-                                           {"CompanyFirstRecord", "PrevCompany", "NextCompany"}}) {
-      const std::string old = store.ReadHeaderEntry(head);
-      (void)store.WriteHeaderEntry(head, recNo);
-      if (old.empty()) continue;
-      (void)store.WriteRecordEntry(recNo, next, old);
-      (void)store.WriteRecordEntry(old, prev, recNo);
-    }
-  }
-  ASSERT_EQ(update.Commit(), RunTimeError::None);
-  world.Open();
-  ASSERT_EQ(world.Store.SortNamesList(), RunTimeError::None);
-}
-
-TEST_F(ImportRecordsTest, LeavesWhatOneRecordAfterTheOtherWouldLeave) {
-  StoreWorld other;
-  Start(other);
+// Record by record each new one would be put before all others; then the lists are sorted stably.
+TEST_F(ImportRecordsTest, StoresEveryRecordAndLinksItBeforeItsEquals) {
+  int total = 0;
   for (const int count : {1, 40, 150}) {
+    std::vector<std::string> names(Data.NamesRecNo.begin(), Data.NamesRecNo.end());
+    std::vector<std::string> companies(Data.CompaniesRecNo.begin(), Data.CompaniesRecNo.end());
+    if (total == 0) names = companies = {};
     const std::vector<FieldArray> people = People(count, count);
     ASSERT_EQ(Import(people), RunTimeError::None);
-    ImportOneByOne(other, people);
-    EXPECT_EQ(world_.Folder.Files(), other.Folder.Files()) << count;
-    EXPECT_EQ(world_.Data.NamesRecNo, other.Data.NamesRecNo);
-    EXPECT_EQ(world_.Data.CompaniesRecNo, other.Data.CompaniesRecNo);
+    for (int i = 0; i < count; ++i) {
+      const std::string recNo = NumberText(total++);
+      ASSERT_EQ(World.Store.ReadRecord(recNo), RunTimeError::None);
+      EXPECT_EQ(Data.FieldValues, people.at(static_cast<std::size_t>(i))) << recNo;
+      for (auto* list : {&names, &companies}) list->insert(list->begin(), recNo);
+    }
+    const auto sort = [this](std::vector<std::string>& recNos, const char* key) {
+      std::stable_sort(recNos.begin(), recNos.end(), [&](const auto& a, const auto& b) {
+        return World.Comparer.Compare(Value(a, key), Value(b, key)) < 0;
+      });
+    };
+    sort(names, "ShowName");
+    sort(companies, "ShowCompany");
+    EXPECT_EQ(Data.NamesRecNo, names);
+    EXPECT_EQ(Data.CompaniesRecNo, companies);
     ExpectWhole();
   }
+  EXPECT_EQ(Header("TotalNoOfRecords"), "191");
 }
 
 TEST_F(ImportRecordsTest, StoresFieldsAndDisplayStringsWithTheirBlanks) {
@@ -121,62 +84,62 @@ TEST_F(ImportRecordsTest, StoresFieldsAndDisplayStringsWithTheirBlanks) {
   FieldArray firm = Person("", " ", "Bell ");
   firm[Field::Sal] = "Mr.";
   ASSERT_EQ(Import({mixed, firm, Person("Ann", "Lee ")}), RunTimeError::None);
-  EXPECT_EQ(Entry("0", "ShowName") + "|" + Entry("0", "ShowCompany"), " Ann |(  Acme  )");
-  EXPECT_EQ(Entry("1", "ShowName") + "|" + Entry("1", "ShowCompany"), "( Bell  )|( Bell  )");
-  EXPECT_EQ(Entry("1", "Sal") + "|" + Entry("1", "LastName"), "Mr.| ");
-  EXPECT_EQ(Entry("2", "ShowName") + "|" + Entry("2", "ShowCompany"), "Lee , Ann|Lee , Ann");
+  EXPECT_EQ(Value("0", "ShowName") + "|" + Value("0", "ShowCompany"), " Ann |(  Acme  )");
+  EXPECT_EQ(Value("1", "ShowName") + "|" + Value("1", "ShowCompany"), "( Bell  )|( Bell  )");
+  EXPECT_EQ(Value("1", "Sal") + "|" + Value("1", "LastName"), "Mr.| ");
+  EXPECT_EQ(Value("2", "ShowName") + "|" + Value("2", "ShowCompany"), "Lee , Ann|Lee , Ann");
 }
 
 TEST_F(ImportRecordsTest, ReplacingLeavesTheOldRecordsInTheirFiles) {
   ASSERT_EQ(Import(People(130, 1)), RunTimeError::None);
-  ASSERT_EQ(world_.Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
-  const std::string oldName = Entry("57", "ShowName");
+  SetHeader("NoOfUses", "1");
+  const std::string oldName = Value("57", "ShowName");
   ASSERT_EQ(Import({Person("Zoe", "Aster"), Person("Ann", "Lee")}, true), RunTimeError::None);
-  EXPECT_EQ(world_.Data.NamesList, (std::vector<std::string>{"Aster, Zoe", "Lee, Ann"}));
-  EXPECT_EQ(world_.Data.NamesRecNo, (std::vector<std::string>{"130", "131"}));
-  EXPECT_EQ(Entry("57", "ShowName"), oldName);
-  EXPECT_EQ(world_.Store.ReadHeaderEntry("TotalNoOfRecords"), "132");
-  EXPECT_EQ(world_.Store.ReadHeaderEntry("DelNoOfRecords"), "0");
-  EXPECT_EQ(world_.Store.ReadHeaderEntry("NoOfUses"), "1");
-  const auto replaced = world_.Data.NamesRecNo;
+  EXPECT_EQ(Data.NamesList, (std::vector<std::string>{"Aster, Zoe", "Lee, Ann"}));
+  EXPECT_EQ(Data.NamesRecNo, (std::vector<std::string>{"130", "131"}));
+  EXPECT_EQ(Value("57", "ShowName"), oldName);
+  EXPECT_EQ(Header("TotalNoOfRecords"), "132");
+  EXPECT_EQ(Header("DelNoOfRecords"), "0");
+  EXPECT_EQ(Header("NoOfUses"), "1");
+  const auto replaced = Data.NamesRecNo;
   EXPECT_EQ(Import(std::vector<FieldArray>(MaxRecords - 1)), RunTimeError::Overflow);
-  world_.Open();
-  EXPECT_FALSE(world_.Data.ListsIncomplete);
-  EXPECT_EQ(world_.Data.NamesRecNo, replaced);
+  World.Open();
+  EXPECT_FALSE(Data.ListsIncomplete);
+  EXPECT_EQ(Data.NamesRecNo, replaced);
 }
 
 TEST_F(ImportRecordsTest, KeepsWhatStandsBehindTheCount) {
   ASSERT_EQ(Import({Person("b", ""), Person("d", ""), Person("f", "")}), RunTimeError::None);
-  ASSERT_EQ(world_.Store.WriteHeaderEntry("NoOfRecords", "2"), RunTimeError::None);
-  world_.Open();
+  SetHeader("NoOfRecords", "2");
+  World.Open();
   ASSERT_EQ(Import({Person("a", ""), Person("c", "")}), RunTimeError::None);
-  EXPECT_EQ(world_.Store.ReadHeaderEntry("NoOfRecords"), "4");
-  EXPECT_EQ(Entry(std::string(world_.Data.NamesRecNo.back()), "NextName"), "2");
-  EXPECT_EQ(Entry("2", "PrevName"), world_.Data.NamesRecNo.back());
+  EXPECT_EQ(Header("NoOfRecords"), "4");
+  EXPECT_EQ(Value(Data.NamesRecNo.back(), "NextName"), "2");
+  EXPECT_EQ(Value("2", "PrevName"), Data.NamesRecNo.back());
 }
 
 // Whichever call to the disk fails, and wherever the power goes: the old data or the new ones.
 TEST_F(ImportRecordsTest, IsDoneWhollyOrNotAtAll) {
   ASSERT_EQ(Import(People(3, 1)), RunTimeError::None);
   // The new ones come into two files.
-  ASSERT_EQ(world_.Store.WriteHeaderEntry("TotalNoOfRecords", "99"), RunTimeError::None);
-  const auto before = world_.Folder.Files();
-  const auto list = world_.Data.NamesRecNo;
+  SetHeader("TotalNoOfRecords", "99");
+  const auto before = World.Folder.Files();
+  const auto list = Data.NamesRecNo;
   const std::vector<FieldArray> people = People(3, 2);
   for (const bool replace : {false, true}) {
     for (const bool stops : {false, true}) {
       bool reached = true;
       int kept = 0;
       for (int call = 1; reached; ++call) {
-        for (const auto& entry : std::filesystem::directory_iterator(world_.Folder.Path())) {
+        for (const auto& entry : std::filesystem::directory_iterator(World.Folder.Path())) {
           std::filesystem::remove(entry);
         }
-        for (const auto& [name, bytes] : before) world_.Folder.WriteFile(name, bytes);
-        world_.Open();
+        for (const auto& [name, bytes] : before) World.Folder.WriteFile(name, bytes);
+        World.Open();
         if (stops) {
-          world_.Machine.StopAt(call);
+          World.Machine.StopAt(call);
         } else {
-          world_.Machine.FailAt(call, RunTimeError::DiskFull, false);
+          World.Machine.FailAt(call, RunTimeError::DiskFull, false);
         }
         RunTimeError error = RunTimeError::None;
         bool stopped = false;
@@ -185,24 +148,24 @@ TEST_F(ImportRecordsTest, IsDoneWhollyOrNotAtAll) {
         } catch (const ProgramStopped&) {
           stopped = true;
         }
-        reached = world_.Machine.WasReached();
-        world_.Machine.Reset();
+        reached = World.Machine.WasReached();
+        World.Machine.Reset();
         if (stopped) {
           // The next start.
-          world_.Access.AbandonGroup();
-          Profile access(world_.Machine, world_.Names);
-          ASSERT_EQ(access.Recover(world_.Data.DataFile), RunTimeError::None);
-          const bool isOld = world_.Folder.Files() == before;
+          World.Access.AbandonGroup();
+          Profile access(World.Machine, World.Names);
+          ASSERT_EQ(access.Recover(Data.DataFile), RunTimeError::None);
+          const bool isOld = World.Folder.Files() == before;
           kept += isOld ? 1 : 0;
-          world_.Open();
-          EXPECT_EQ(world_.Data.NoOfRecords, isOld || replace ? 3 : 6) << call;
-          EXPECT_FALSE(world_.Data.ListsIncomplete);
-          EXPECT_TRUE(isOld || replace || CheckFiles(world_.Folder.Path())) << call;
+          World.Open();
+          EXPECT_EQ(Data.NoOfRecords, isOld || replace ? 3 : 6) << call;
+          EXPECT_FALSE(Data.ListsIncomplete);
+          EXPECT_TRUE(isOld || replace || CheckFiles(World.Folder.Path())) << call;
         } else if (error != RunTimeError::None) {
           ++kept;
-          EXPECT_EQ(world_.Folder.Files(), before) << call;
-          EXPECT_EQ(world_.Data.NamesRecNo, list);
-          EXPECT_EQ(world_.Data.NoOfRecords, 3);
+          EXPECT_EQ(World.Folder.Files(), before) << call;
+          EXPECT_EQ(Data.NamesRecNo, list);
+          EXPECT_EQ(Data.NoOfRecords, 3);
           ExpectWhole();
         }
       }
