@@ -39,6 +39,10 @@ class User : public QObject {
       PressKey(window, Qt::Key_Return);
     });
   }
+  // All that a restore asks for, where nothing is in its way.
+  User& Restores(const std::string& folder) {
+    return Presses("BtnOK").Presses("BtnOK").Chooses(folder);
+  }
   User& Does(Action action) {
     actions_.push_back(std::move(action));
     return *this;
@@ -113,6 +117,14 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
   bool HasEnded() const override { return Ended; }
 
   bool IsBackedUp(const std::string& folder) { return fs::exists(folder + "/QUILL0.OLD"); }
+  // What the user sees who restores from there and then does the rest; all that he is asked for.
+  std::vector<std::string> Restore(const std::string& folder, const char* button = nullptr) {
+    User user;
+    user.Restores(folder);
+    if (button != nullptr) user.Presses(button);
+    Commands.RestoreFromDisk();
+    return user.Seen;
+  }
   // A backup of the data as they are.
   void MakeBackUp() {
     ASSERT_EQ(BackUpFiles(Profile, Shared, ProgramPath(Medium.Path()) + "\\"), RunTimeError::None);
@@ -189,7 +201,7 @@ TEST_F(BackUpTest, RestoresAndShowsWhatWasBackedUp) {
   fs::copy(Medium.Path(), pulledOut.Path());
   fs::create_symlink("nowhere", pulledOut.File("SPARE.OLD"));
   User user;
-  user.Presses("BtnOK").Presses("BtnOK").Chooses(empty.Path());
+  user.Restores(empty.Path());
   user.Presses("BtnOK").Chooses(pulledOut.Path());
   user.Presses("BtnOK").Chooses(Medium.Path());
   Commands.RestoreFromDisk();
@@ -212,9 +224,7 @@ TEST_F(BackUpTest, ARestoreOfAnEmptyDataSetEmptiesTheList) {
   Medium.WriteFile("quill.old",
                    "[General Info]\nApplication=quillary\nTotalNoOfRecords=0\nNoOfRecords=0\n");
   Show();
-  User user;
-  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
-  Commands.RestoreFromDisk();
+  Restore(Medium.Path());
   EXPECT_TRUE(ListTexts().empty());
   EXPECT_EQ(Label(0).Caption(), "");
 }
@@ -231,12 +241,8 @@ TEST_F(BackUpTest, AsksBeforeItGoesOnWithoutASafetyCopy) {
                                "lost!";
   for (const bool goesOn : {false, true}) {
     User user;
-    user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
-    if (goesOn) {
-      user.Presses("BtnOK");
-    } else {
-      user.PressesKey(Qt::Key_Return);
-    }
+    user.Restores(Medium.Path());
+    goesOn ? user.Presses("BtnOK") : user.PressesKey(Qt::Key_Return);
     Commands.RestoreFromDisk();
     EXPECT_EQ(user.Seen.back(), question);
     EXPECT_EQ(Folder.ReadFile("quill0.dat") == current, !goesOn);
@@ -249,12 +255,10 @@ TEST_F(BackUpTest, ChangesNothingWhileAnotherApplicationUsesTheData) {
   Add({{FirstName, "Cy"}});
   Show();
   ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
-  User user;
-  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK");
-  Commands.RestoreFromDisk();
-  EXPECT_EQ(user.Seen.back(), Choosing +
-                                  "Another application is using the data file now.\nNothing was "
-                                  "changed.");
+  EXPECT_EQ(Restore(Medium.Path(), "BtnOK").back(),
+            Choosing +
+                "Another application is using the data file now.\nNothing was "
+                "changed.");
   EXPECT_EQ(Store.ReadHeaderEntry("NoOfRecords"), "3");
   EXPECT_EQ(Uses(), "2");
   EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD")));
@@ -285,7 +289,7 @@ TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
   fs::create_directory(Medium.File("quill.jnl"));
   {
     User user;
-    user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path()).PressesKey(Qt::Key_Escape);
+    user.Restores(Medium.Path()).PressesKey(Qt::Key_Escape);
     Commands.RestoreFromDisk();
     EXPECT_EQ(user.Seen.back(), Choosing +
                                     "A backup was stopped and cannot be completed now: the file or "
@@ -334,11 +338,7 @@ TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
   ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
   Show();
   OnOpened = [this] { Disk.FailWrites(RunTimeError::PermissionDenied); };
-  {
-    User user;
-    user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
-    Commands.RestoreFromDisk();
-  }
+  Restore(Medium.Path());
   Disk.Reset();
   EXPECT_EQ(Told, (std::vector<std::string>{"not counted"}));
   EXPECT_FALSE(Control<QPushButton>(Main, "BtnNew").isEnabled());
@@ -347,9 +347,7 @@ TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
   OnOpened = nullptr;
   CanOpen = false;
   ASSERT_EQ(Guard.ResetUses(), RunTimeError::None);
-  User user;
-  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path());
-  Commands.RestoreFromDisk();
+  Restore(Medium.Path());
   EXPECT_EQ(Started.Started, (std::vector<std::string>{"ExitApplication"}));
 }
 

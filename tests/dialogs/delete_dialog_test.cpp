@@ -57,7 +57,7 @@ TEST_F(DeleteDialogTest, YesDeletesAndSelectsTheEntryAbove) {
   ExpectClosed();
   EXPECT_EQ(ListTexts(), Texts{});
   EXPECT_EQ(Panel(2) + Label(0).Caption(), "");
-  EXPECT_EQ(DeletedList() + Stored("1", "NextDel") + Stored("0", "NextDel"), "3 from 102");
+  EXPECT_EQ(DeletedList(), "3 from 1");
   EXPECT_EQ(Stored("1", "LastName"), "Moss");
 }
 
@@ -79,14 +79,6 @@ TEST_F(DeleteDialogTest, WithoutConfirmation) {
   ExpectClosed();
   EXPECT_EQ(ListTexts(), (Texts{"Hanna", "Stan"}));
   EXPECT_EQ(Shared.CurListIndex, 1);
-}
-
-TEST_F(DeleteDialogTest, NothingIsWrittenWhenThereIsNoRoom) {
-  Add({{LastName, "Lee"}});
-  Show();
-  EXPECT_EQ(Store.WriteHeaderEntry("DelNoOfRecords", "32767"), RunTimeError::None);
-  OpenDelete(0);
-  ExpectRefusal("BtnOK", "Delete Name");
 }
 
 }  // namespace

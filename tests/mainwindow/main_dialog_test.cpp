@@ -342,22 +342,5 @@ TEST_F(MainDialogTest, TypingALetterSelectsTheNextName) {
   EXPECT_EQ(Panel(2), " 3/ 4");
 }
 
-TEST(ListBox, KeepsItsSelectionWhenLinesComeAndGo) {
-  ListBox list(QStringLiteral("LstNames"));
-  QSignalSpy clicks(&list, &ListBox::Click);
-  list.SetLines({"a", "b", "c"}, {"7", "8", "9"});
-  EXPECT_EQ(list.ListIndex(), -1);
-  list.SetListIndex(1);
-  list.InsertLine(0, "new", 10);
-  EXPECT_EQ(list.ListIndex(), 2);
-  EXPECT_EQ(list.NewIndex(), 0);
-  EXPECT_EQ(list.ItemData(2), 8);
-  list.RemoveLine(2);
-  EXPECT_EQ(list.ListCount(), 3);
-  list.SetListIndex(5);
-  EXPECT_EQ(list.ListIndex(), -1);
-  EXPECT_EQ(clicks.count(), 0);
-}
-
 }  // namespace
 }  // namespace quillary::test

@@ -2,6 +2,7 @@
 
 import os
 import re
+import signal
 import shutil
 import subprocess
 import tempfile
@@ -78,6 +79,11 @@ class Desktop:
         self.run("xdotool", "mousemove", "--window", window, str(int(int(size["WIDTH"]) * x)),
                  str(int(int(size["HEIGHT"]) * y)), "click", "--repeat", str(times),
                  "--delay", "50", button)
+
+    def shift_click(self, x, y):
+        self.run("xdotool", "keydown", "shift")
+        self.click(x, y)
+        self.run("xdotool", "keyup", "shift")
 
     def clipboard(self):
         return subprocess.run(["xclip", "-selection", "clipboard", "-o"], env=self.env,
@@ -165,6 +171,13 @@ class ProgramTest(unittest.TestCase):
         self.desktop.wait_active(MAIN)
         wait_for("the counter", lambda: self.value("NoOfUses") == "1")
         return process
+
+    def restart(self, process, **preferences):
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(PATIENCE), 0)
+        self.assertEqual(self.value("NoOfUses"), "0")
+        self.prefer(**preferences)
+        return self.later_start()
 
     def add(self, *fields):
         """Types the fields from the first name on, and Enter."""

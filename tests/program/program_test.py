@@ -37,11 +37,8 @@ class WholeProgramTest(desktop.ProgramTest):
                 break
         self.assertEqual(copied, b"1 Oak Road\r\r\rSpringfield, 12345\r")
 
-        process.send_signal(signal.SIGTERM)
-        self.assertEqual(process.wait(PATIENCE), 0)
-        self.assertEqual(self.value("NoOfUses"), "0")
         before = self.text("quill0.dat")
-        self.later_start()
+        self.restart(process)
         self.assertEqual(self.text("quill0.dat"), before)
 
     def test_a_record_is_changed_deleted_and_restored(self):
@@ -64,9 +61,7 @@ class WholeProgramTest(desktop.ProgramTest):
         self.desktop.key("Return")
         self.desktop.wait_active(MAIN)
         wait_for("the deletion", lambda: self.lists() == ["1", "2"])
-        self.desktop.run("xdotool", "keydown", "shift")
-        self.desktop.click(*DELETE)
-        self.desktop.run("xdotool", "keyup", "shift")
+        self.desktop.shift_click(*DELETE)
         wait_for("the deletion", lambda: self.lists() == ["1"])
         self.assertEqual(self.value("DelNoOfRecords"), "2")
 
@@ -82,11 +77,9 @@ class WholeProgramTest(desktop.ProgramTest):
         self.add("Ann", "Lee", "", "Acme", "1 Oak Road", *[""] * 5, "555 1", "", "555 3")
         self.add("Bob", "Lee")
         self.add("Cid", "Varek")
-        process.send_signal(signal.SIGTERM)
-        process.wait(PATIENCE)
-        self.prefer(NameField="2", CopyName="1", CopyAddress="1", CopyPhone1="1", CopyFax="1",
-                    UsePrefix="1", PrefixSprt="3", Phone1Prefix="Tel", FaxPrefix="Fax")
-        process = self.later_start()
+        process = self.restart(process, NameField="2", CopyName="1", CopyAddress="1",
+                               CopyPhone1="1", CopyFax="1", UsePrefix="1", PrefixSprt="3",
+                               Phone1Prefix="Tel", FaxPrefix="Fax")
         self.assertEqual(self.copied("alt+c"),
                          b"Ann Lee\r1 Oak Road\rTel: 555 1\rFax: 555 3\r")
         self.desktop.click(*COPY, button="3")
@@ -108,24 +101,18 @@ class WholeProgramTest(desktop.ProgramTest):
         self.desktop.wait_active(MAIN)
         self.assertEqual(self.copied("alt+c"), b"Bob Lee\r")
 
-        process.send_signal(signal.SIGTERM)
-        process.wait(PATIENCE)
-        self.prefer(UsePrefix="0")
-        self.later_start()
+        self.restart(process, UsePrefix="0")
         self.assertEqual(self.copied("alt+c"), b"Ann Lee\r1 Oak Road\r555 1\r555 3\r")
 
     def test_a_number_is_dialled(self):
         process = self.first_start()
         self.add("Ann", "Lee", *[""] * 8, "555 1")
-        process.send_signal(signal.SIGTERM)
-        process.wait(PATIENCE)
         modem = desktop.Modem()
         self.addCleanup(modem.close)
-        self.prefer(CommPort="2", DialSystem="DP")
         with open(os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "varek.ini"), "a",
                   encoding="utf-8") as file:
             file.write(f"[Ports]\r\nCOM2={modem.port}\r\n")
-        process = self.later_start()
+        process = self.restart(process, CommPort="2", DialSystem="DP")
         self.select_first()
         self.desktop.key("Tab", "Down", "space")  # the first number of her details
         self.desktop.wait_active("Dial a Number")

@@ -110,9 +110,7 @@ class WriterTest(desktop.ProgramTest):
         time.sleep(0.3)
 
     def copy_all(self):
-        self.desktop.run("xdotool", "keydown", "shift")
-        self.desktop.click(*COPY)
-        self.desktop.run("xdotool", "keyup", "shift")
+        self.desktop.shift_click(*COPY)
         time.sleep(0.3)
         self.assertEqual(self.desktop.clipboard(), ALL)
 
@@ -126,11 +124,8 @@ class WriterTest(desktop.ProgramTest):
     def test_the_details_are_pasted_where_the_cursor_is(self):
         process = self.first_start()
         self.add("Ann", "Lee", "", "Acme", "1 Oak Road", *[""] * 5, "555 1")
-        process.send_signal(signal.SIGTERM)
-        process.wait(PATIENCE)
-        self.prefer(NameField="2", CopyName="1", CopyAddress="1", CopyPhone1="1", UsePrefix="1",
-                    PrefixSprt="0", Phone1Prefix="Tél")
-        self.later_start()
+        self.restart(process, NameField="2", CopyName="1", CopyAddress="1", CopyPhone1="1",
+                     UsePrefix="1", PrefixSprt="0", Phone1Prefix="Tél")
         self.paste()
         self.assertEqual(self.desktop.clipboard(), ALL)
         writer = self.start_writer()

@@ -47,18 +47,6 @@ TEST_F(DeletedListTest, ListsTheShownDisplayStringsWithProgress) {
   EXPECT_EQ(Data.DelNamesList[0], "( nworB )");
 }
 
-TEST_F(DeletedListTest, TheEntryIsOfferedWhereThereIsACount) {
-  EXPECT_FALSE(World.Store.EnableRestoreEntry());
-  EXPECT_TRUE(Read().empty());
-  AddDeleted({"A"});
-  EXPECT_TRUE(World.Store.EnableRestoreEntry());
-  for (const std::string none : {"", "none", "0"}) {
-    SetHeader("DelNoOfRecords", none);
-    EXPECT_FALSE(World.Store.EnableRestoreEntry());
-    EXPECT_TRUE(Read().empty());
-  }
-}
-
 TEST_F(DeletedListTest, WhatIsNotInTheListIsNotRestored) {
   World.Add("", "M");
   AddDeleted({"A", "B"});

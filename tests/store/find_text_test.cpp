@@ -45,21 +45,14 @@ TEST_F(FindTextTest, GoesFromTheSelectedEntryRoundToIt) {
   EXPECT_EQ(Find("c", 0), "");
 }
 
-TEST_F(FindTextTest, TellsTheFirstOfTheFields) {
+TEST_F(FindTextTest, SearchesTheGivenFieldsInTheirOrder) {
   World.Add("Ann", "Lee", "Lee & Sons");
   Set("0", "Notes", "see Lee");
-  Set("0", "Sal", "Leeds");
-  EXPECT_EQ(Find("lee", 0), "0:Sal");
   EXPECT_EQ(Find("lee", 0, NameFields), "0:LastName");
   EXPECT_EQ(Find("lee", 0, {Notes, Company}), "0:Notes");
   EXPECT_EQ(Find("lee &", 0, {Notes, Company}), "0:Company");
   // Display strings and names of keys are no fields.
-  EXPECT_EQ(Find("lee, ann", 0), "");
-  EXPECT_EQ(Find("phone", 0), "");
-  EXPECT_EQ(Find("( ", 0), "");
-  // Blanks count.
-  EXPECT_EQ(Find("lee ", 0), "0:Company");
-  EXPECT_EQ(Find("Sons ", 0), "");
+  for (const char* text : {"lee, ann", "phone", "( "}) EXPECT_EQ(Find(text, 0), "") << text;
 }
 
 TEST_F(FindTextTest, FilesWrittenByHandAreSearchedAsTheirEntriesAre) {
