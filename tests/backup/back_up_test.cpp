@@ -48,7 +48,7 @@ class User : public QObject {
     return *this;
   }
 
-  std::vector<std::string> Seen;  // "title|text" of each window
+  Texts Seen;  // "title|text" of each window
 
  private:
   void Act() {
@@ -118,7 +118,7 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
 
   bool IsBackedUp(const std::string& folder) { return fs::exists(folder + "/QUILL0.OLD"); }
   // What the user sees who restores from there and then does the rest; all that he is asked for.
-  std::vector<std::string> Restore(const std::string& folder, const char* button = nullptr) {
+  Texts Restore(const std::string& folder, const char* button = nullptr) {
     User user;
     user.Restores(folder);
     if (button != nullptr) user.Presses(button);
@@ -135,7 +135,7 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
   bool CanOpen = true;
   bool Ended = false;
   std::function<void()> OnOpened;
-  std::vector<std::string> Told;
+  Texts Told;
   PleaseWait Waiting{Main};
   BackUpFolder Chooser{Shared, Profile, Main, SingleText, [this] { return Volumes; }};
   BackUp Commands{Shared,  Profile,    Store,   Guard,          Main,   *this,
@@ -154,7 +154,7 @@ TEST_F(BackUpTest, BacksUpToTheFolderThatIsChosenAsOftenAsItTakes) {
       Click(window, "BtnOK");
     });
     Commands.BackUpToDisk();
-    EXPECT_EQ(user.Seen, (std::vector<std::string>{Insert, "Back Up|", NotReady, "Back Up|"}));
+    EXPECT_EQ(user.Seen, (Texts{Insert, "Back Up|", NotReady, "Back Up|"}));
   }
   EXPECT_TRUE(IsBackedUp(Medium.Path()));
   EXPECT_FALSE(fs::exists(gone));
@@ -206,9 +206,9 @@ TEST_F(BackUpTest, RestoresAndShowsWhatWasBackedUp) {
   user.Presses("BtnOK").Chooses(Medium.Path());
   Commands.RestoreFromDisk();
   EXPECT_EQ(LastFolder(), Medium.Path());
-  EXPECT_EQ(user.Seen, (std::vector<std::string>{Warning, InsertData, Choosing, NoValidData,
-                                                 Choosing, DataNotReady, Choosing}));
-  EXPECT_EQ(ListTexts(), (std::vector<std::string>{"Lee, Ann", "Ray, Bo"}));
+  EXPECT_EQ(user.Seen,
+            (Texts{Warning, InsertData, Choosing, NoValidData, Choosing, DataNotReady, Choosing}));
+  EXPECT_EQ(ListTexts(), (Texts{"Lee, Ann", "Ray, Bo"}));
   EXPECT_EQ(Label(0).Caption(), "Lee");
   EXPECT_EQ(Folder.ReadFile("QUILL0.OLD"), current);
   EXPECT_EQ(Uses(), "1");
@@ -340,7 +340,7 @@ TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
   OnOpened = [this] { Disk.FailWrites(RunTimeError::PermissionDenied); };
   Restore(Medium.Path());
   Disk.Reset();
-  EXPECT_EQ(Told, (std::vector<std::string>{"not counted"}));
+  EXPECT_EQ(Told, (Texts{"not counted"}));
   EXPECT_FALSE(Control<QPushButton>(Main, "BtnNew").isEnabled());
 
   // Data that cannot be opened: the program ends.
@@ -348,7 +348,7 @@ TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
   CanOpen = false;
   ASSERT_EQ(Guard.ResetUses(), RunTimeError::None);
   Restore(Medium.Path());
-  EXPECT_EQ(Started.Started, (std::vector<std::string>{"ExitApplication"}));
+  EXPECT_EQ(Started.Started, (Texts{"ExitApplication"}));
 }
 
 TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
@@ -359,13 +359,13 @@ TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
   Show();
   const auto offered = [](QWidget& window) {
     const auto& box = Control<QComboBox>(window, "CboFolder");
-    std::vector<std::string> texts{box.currentText().toStdString()};
+    Texts texts{box.currentText().toStdString()};
     for (int i = 0; i < box.count(); ++i) texts.push_back(box.itemText(i).toStdString());
     return texts;
   };
   const auto choose = [&](User& user) {
     user.Does([&](QWidget& window) {
-      EXPECT_EQ(offered(window), (std::vector<std::string>{stick.Path(), stick.Path()}));
+      EXPECT_EQ(offered(window), (Texts{stick.Path(), stick.Path()}));
       auto& folder = Control<QComboBox>(window, "CboFolder");
       folder.setEditText(QString());
       EXPECT_FALSE(Control<QPushButton>(window, "BtnOK").isEnabled());
@@ -391,8 +391,7 @@ TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
   }
   User user;
   user.Does([&](QWidget& window) {
-    EXPECT_EQ(offered(window),
-              (std::vector<std::string>{Medium.Path(), stick.Path(), Medium.Path()}));
+    EXPECT_EQ(offered(window), (Texts{Medium.Path(), stick.Path(), Medium.Path()}));
     window.close();
   });
   EXPECT_EQ(Chooser.Choose(QStringLiteral("x"), BackUpFolder::Use::BackUp), std::nullopt);

@@ -9,8 +9,6 @@
 namespace quillary::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 // The dialer over the real main window and a port of its own.
 class DialDialogTest : public MainFixture {
  protected:

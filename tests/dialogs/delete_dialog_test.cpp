@@ -3,8 +3,6 @@
 namespace quillary::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class DeleteDialogTest : public DialogFixture {
  protected:
   std::string Caption(const char* label) { return Control<DetailLabel>(Delete, label).Caption(); }

@@ -3,8 +3,6 @@
 namespace quillary::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class EditDialogTest : public DialogFixture {
  protected:
   // Types into one box of a record and presses OK.

@@ -51,7 +51,7 @@ TEST_F(NewDialogTest, StoresAndSelectsTheNewRecord) {
                 "|" + Stored("57", "Title") + "|" + Stored("57", "Address5"),
             "Mr.|Ann|last name| Clerk |");
   EXPECT_EQ(Store.ReadHeaderEntry("TotalNoOfRecords"), "58");
-  EXPECT_EQ(ListTexts(), (std::vector<std::string>{"Aster, Zoe", "last name, Ann"}));
+  EXPECT_EQ(ListTexts(), (Texts{"Aster, Zoe", "last name, Ann"}));
   EXPECT_EQ(Panel(2), " 2/ 2");
   EXPECT_EQ(Label(3 - 1).Caption(), "Acme");
 
@@ -101,10 +101,10 @@ TEST_F(NewDialogTest, UnderAFilterOnlyAMatchIsListed) {
     ExpectClosed();
   };
   addName("Zander");
-  EXPECT_EQ(ListTexts(), (std::vector<std::string>{"Mann", "Zander"}));
+  EXPECT_EQ(ListTexts(), (Texts{"Mann", "Zander"}));
   EXPECT_EQ(Panel(2), " 2/ 2");
   addName("Miller");
-  EXPECT_EQ(ListTexts(), (std::vector<std::string>{"Mann", "Zander"}));
+  EXPECT_EQ(ListTexts(), (Texts{"Mann", "Zander"}));
   EXPECT_EQ(Panel(2), " 1/ 2");
   EXPECT_EQ(Shared.NoOfRecords, 4);
 }

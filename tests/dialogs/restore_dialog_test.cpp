@@ -5,8 +5,6 @@
 namespace quillary::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class RestoreDialogTest : public DialogFixture {
  protected:
   // Deleted, in this order: Brown, adams, Clark; Lee is left.

@@ -5,8 +5,6 @@
 namespace quillary::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class FileToImportTest : public ImportFixture {
  protected:
   FileToImportTest() {
@@ -24,8 +22,7 @@ TEST_F(FileToImportTest, OpensAfreshEachTime) {
   EXPECT_FALSE(Main.isEnabled());
   EXPECT_EQ(Listed("SlctFile"), (Texts{"Notes.TXT", "people.csv", "plain"}));
   EXPECT_EQ(Control<QComboBox>(Dialog, "SlctDrive").currentText(), QStringLiteral("Home"));
-  TypeFile(QStringLiteral("sub"));
-  Click(Dialog, "BtnOK");
+  Confirm(QStringLiteral("sub"));
   Click(Dialog, "TxtOtherDelimiter");
   Click(Dialog, "TxtRecordsToImport(1)");
   EXPECT_TRUE(Control<QCheckBox>(Dialog, "Append_Replace").isChecked());
@@ -44,8 +41,7 @@ TEST_F(FileToImportTest, OpensAfreshEachTime) {
 TEST_F(FileToImportTest, GoesWhereTheTextSays) {
   Open();
   const auto go = [this](const QString& text) {
-    TypeFile(text);
-    Click(Dialog, "BtnOK");
+    Confirm(text);
     ExpectFirstStep();
     return TypedFile().toStdString();
   };
@@ -128,13 +124,12 @@ TEST_F(FileToImportTest, ChangesTheDrive) {
   EXPECT_EQ(Listed("SlctFile"), Texts{"stick.csv"});
   MsgBoxAnswerer boxes;
   PressKey(Dialog, Qt::Key_Down);
-  EXPECT_EQ(boxes.Texts(),
+  EXPECT_EQ(boxes.TitlesAndTexts(),
             Texts{"Unavailable drive|The selected drive is unavailable.\nPlease try again"});
   EXPECT_EQ(drives.currentText(), QStringLiteral("Stick"));
   EXPECT_EQ(Listed("SlctFile"), Texts{"stick.csv"});
   // A folder shows its drive.
-  TypeFile(QString::fromStdString(Home.Path()));
-  Click(Dialog, "BtnOK");
+  Confirm(QString::fromStdString(Home.Path()));
   EXPECT_EQ(drives.currentText(), QStringLiteral("Home"));
 }
 
@@ -144,12 +139,11 @@ TEST_F(FileToImportTest, AsksForTheRightDelimiter) {
   MsgBoxAnswerer boxes;
   Click(Dialog, "TxtOtherDelimiter");
   EXPECT_TRUE(Control<QRadioButton>(Dialog, "OptRcrdDelimiter(3)").isChecked());
-  TypeFile(QStringLiteral("bars.txt"));
-  Click(Dialog, "BtnOK");
+  Confirm(QStringLiteral("bars.txt"));
   QTest::keyClicks(&Control<QLineEdit>(Dialog, "TxtOtherDelimiter"), QStringLiteral(" and "));
   Click(Dialog, "BtnOK");
   ExpectFirstStep();
-  EXPECT_EQ(boxes.Texts(),
+  EXPECT_EQ(boxes.TitlesAndTexts(),
             (Texts{"Missing Delimiter|You didn't specify the delimiter.\nPlease try again.",
                    "Wrong Delimiter|The delimiter you specified does not exist.\nPlease choose "
                    "another one."}));
@@ -166,7 +160,7 @@ TEST_F(FileToImportTest, TellsThatAFileCannotBeRead) {
   const std::string files = DataFiles();
   MsgBoxAnswerer boxes;
   Click(Dialog, "BtnOK");
-  EXPECT_EQ(boxes.Texts(),
+  EXPECT_EQ(boxes.TitlesAndTexts(),
             Texts{"Quillary|Error No.  53 Found, in the FileToImportDialog.BtnOK_Click\n"
                   "Please contact the authour."});
   ExpectFirstStep();
@@ -178,9 +172,8 @@ TEST_F(FileToImportTest, TakesOnlyLinesWithOneOfTheTexts) {
   Open();
   MsgBoxAnswerer boxes;
   Pick("OptRcrdToImport(1)");
-  TypeFile(QStringLiteral("people.csv"));
-  Click(Dialog, "BtnOK");
-  EXPECT_EQ(boxes.Texts(),
+  Confirm(QStringLiteral("people.csv"));
+  EXPECT_EQ(boxes.TitlesAndTexts(),
             Texts{"No records|There is no record to import.\nPlease choose other records."});
   ExpectFirstStep();
   Click(Dialog, "TxtRecordsToImport(0)");

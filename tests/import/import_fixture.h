@@ -32,6 +32,10 @@ class ImportFixture : public MainFixture {
   void TypeFile(const QString& text) {
     Control<QLineEdit>(Dialog, "TxtFileToImport").setText(text);
   }
+  void Confirm(const QString& file) {
+    TypeFile(file);
+    Click(Dialog, "BtnOK");
+  }
   QString TypedFile() { return Control<QLineEdit>(Dialog, "TxtFileToImport").text(); }
   void Pick(const char* option) { Control<QRadioButton>(Dialog, option).setChecked(true); }
   std::vector<std::string> Listed(const char* list) {
@@ -53,8 +57,7 @@ class ImportFixture : public MainFixture {
   }
   // Opens the second step for a file in the home folder.
   QWidget& GoOn(const QString& file) {
-    TypeFile(file);
-    Click(Dialog, "BtnOK");
+    Confirm(file);
     QWidget* second = Second();
     if (second == nullptr) throw std::runtime_error("no second step");
     EXPECT_TRUE(WaitUntilActive(*second));

@@ -5,8 +5,6 @@
 namespace quillary::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 constexpr const char* Notice =
     "Import notice|This routine can take a long time in case you use a slow machine, or importing "
     "a lot of data.";
@@ -69,7 +67,7 @@ TEST_F(RecordsToImportTest, AppendsAndReplacesTheRecords) {
   MsgBoxAnswerer boxes;
   Click(second, "BtnOK");
   ExpectEnded();
-  EXPECT_EQ(boxes.Texts(), Texts{Notice});
+  EXPECT_EQ(boxes.TitlesAndTexts(), Texts{Notice});
   EXPECT_EQ(ListTexts(), (Texts{"Aster", "Lee, Ann", "Moss", "North", "NULL NAME"}));
   EXPECT_EQ(Panel(2), " 1/ 5");
   EXPECT_EQ(Panel(4), "Filter - OFF");
@@ -132,8 +130,7 @@ TEST_F(RecordsToImportTest, ReadsTheFilesOfOtherPrograms) {
   MsgBoxAnswerer boxes;
   for (const Case& example : cases) {
     Open(1);
-    TypeFile(QStringLiteral(IMPORT_TEST_DATA));
-    Click(Dialog, "BtnOK");
+    Confirm(QStringLiteral(IMPORT_TEST_DATA));
     const std::string option = "OptRcrdDelimiter(" + std::to_string(example.Delimiter) + ")";
     Pick(option.c_str());
     Control<QLineEdit>(Dialog, "TxtOtherDelimiter").setText(QStringLiteral(";"));
@@ -165,14 +162,14 @@ TEST_F(RecordsToImportTest, StopsAtEightThousand) {
   {
     MsgBoxAnswerer boxes({QStringLiteral("Too many records")});
     Click(Dialog, "BtnOK");
-    EXPECT_EQ(boxes.Texts(), Texts{question});
+    EXPECT_EQ(boxes.TitlesAndTexts(), Texts{question});
     ExpectFirstStep();
   }
   MsgBoxAnswerer boxes;
   QWidget& second = GoOn(QStringLiteral("people.csv"));
   Choose(second, {1, 2});
   Click(second, "BtnOK");
-  EXPECT_EQ(boxes.Texts(), (Texts{question, Notice}));
+  EXPECT_EQ(boxes.TitlesAndTexts(), (Texts{question, Notice}));
   EXPECT_EQ(Shared.NoOfRecords, 8000);
   EXPECT_EQ(ListTexts().at(9), "Lee9, Ann");
   EXPECT_TRUE(CheckFiles(Folder.Path()));
@@ -181,7 +178,7 @@ TEST_F(RecordsToImportTest, StopsAtEightThousand) {
   QWidget& third = GoOnWith(Lines(9000), 1);
   Choose(third, {1, 2});
   Click(third, "BtnOK");
-  EXPECT_EQ(boxes.Texts(), (Texts{question, Notice}));
+  EXPECT_EQ(boxes.TitlesAndTexts(), (Texts{question, Notice}));
   EXPECT_EQ(Shared.NoOfRecords, 8000);
 }
 
@@ -192,15 +189,14 @@ TEST_F(RecordsToImportTest, TellsHowManyTheFullDataCanTake) {
     Home.WriteFile("people.csv", Lines(lines));
     MsgBoxAnswerer boxes({QStringLiteral("Too many records")});
     Open();
-    TypeFile(QStringLiteral("people.csv"));
-    Click(Dialog, "BtnOK");
+    Confirm(QStringLiteral("people.csv"));
     const bool isAsked = !boxes.Seen.empty();
     if (isAsked) ExpectFirstStep();
     QWidget* second = Second();
     Click(second != nullptr ? *second : Dialog, "BtnCancel");
     ExpectEnded();
     Shared.NoOfRecords = 0;
-    return isAsked ? boxes.Texts().front() : std::string();
+    return isAsked ? boxes.TitlesAndTexts().front() : std::string();
   };
   EXPECT_EQ(goOn(8000, 20), "");
   EXPECT_EQ(goOn(8500, 8001), "");
@@ -247,7 +243,7 @@ TEST_F(RecordsToImportTest, AFailingDiskChangesNothing) {
       continue;
     }
     ASSERT_EQ(boxes.Seen.size(), 2U);
-    told.push_back(boxes.Texts()[1]);
+    told.push_back(boxes.TitlesAndTexts()[1]);
     EXPECT_EQ(Folder.ReadFile("quill.dat"), header) << call;
     EXPECT_EQ(Folder.ReadFile("quill0.dat"), records) << call;
     EXPECT_EQ(ListTexts(), Texts{"Moss"});
@@ -269,7 +265,7 @@ TEST_F(RecordsToImportTest, WaitsForAnotherApplication) {
   const std::string files = DataFiles();
   MsgBoxAnswerer boxes;
   Click(second, "BtnOK");
-  EXPECT_EQ(boxes.Texts().at(1),
+  EXPECT_EQ(boxes.TitlesAndTexts().at(1),
             "Records Not Imported|Another application is using the data file now.\n"
             "Nothing was changed. You can try again.");
   EXPECT_TRUE(second.isVisible());

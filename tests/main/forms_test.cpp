@@ -85,7 +85,7 @@ TEST_F(FormsTest, DialsOnceThePortIsSetUp) {
   MsgBoxAnswerer ok;
   main.Menus().MnuDial->trigger();
   ASSERT_NE(run->Shown("SetupDialog"), nullptr);
-  EXPECT_TRUE(ok.Texts()[0].starts_with("Wrong Dialing System|"));
+  EXPECT_TRUE(ok.TitlesAndTexts()[0].starts_with("Wrong Dialing System|"));
   Control<QAbstractButton>(*run->Shown("SetupDialog"), "OptCommPort(3)").click();
   Control<QAbstractButton>(*run->Shown("SetupDialog"), "OptToneDial").click();
   Click(*run->Shown("SetupDialog"), "BtnOK");

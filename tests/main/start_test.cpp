@@ -5,19 +5,18 @@
 #include "tests/main/session.h"
 #include "tests/support/check_invariants.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
-using test::MsgBoxAnswerer;
-using test::Session;
-using StartTest = test::ProgramTest;
+using StartTest = ProgramTest;
 
 TEST_F(StartTest, OnACleanMachineItMakesADataSetAndOffersATip) {
   MsgBoxAnswerer yes;
   Session run(Folder, Machine);
   ASSERT_TRUE(run.Start());
   ASSERT_EQ(yes.Seen.size(), 1U);
-  EXPECT_TRUE(yes.Texts()[0].starts_with("Missing data file|I can't find an Quillary data files."));
+  EXPECT_TRUE(yes.TitlesAndTexts()[0].starts_with(
+      "Missing data file|I can't find an Quillary data files."));
   EXPECT_EQ(Folder.ReadFile("varek.ini"),
             "[QL32]\r\nVersion=2.0\r\n[Data Files]\r\nQuillDataPath=" +
                 UpperCase(run.Names.OwnDirectory() + "quilldat\\") + "\r\n");
@@ -65,7 +64,7 @@ TEST_F(StartTest, TheListIsReadSortedAndRelinked) {
   EXPECT_EQ(run.Windows.Main.ListCount(), 250);
   EXPECT_EQ(run.Windows.Main.Panel(2), QStringLiteral(" 1/ 250"));
   EXPECT_EQ(run.Windows.Shared.CurListIndex, 0);
-  EXPECT_TRUE(test::CheckFiles(Folder.File("data")));
+  EXPECT_TRUE(CheckFiles(Folder.File("data")));
 }
 
 TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataNothingCanBeChanged) {
@@ -75,7 +74,7 @@ TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataNothingCanBeChanged) {
   Session run(Folder, Machine);
   ASSERT_TRUE(run.Start());
   ASSERT_EQ(ok.Seen.size(), 1U);
-  EXPECT_TRUE(ok.Texts()[0].starts_with("Data File In Use|"));
+  EXPECT_TRUE(ok.TitlesAndTexts()[0].starts_with("Data File In Use|"));
   EXPECT_EQ(Header("NoOfUses"), "2");
   EXPECT_FALSE(run.Windows.Main.findChild<QPushButton*>(QStringLiteral("BtnNew"))->isEnabled());
 
@@ -99,7 +98,7 @@ TEST_F(StartTest, DataThatCannotBeWrittenAreShownAndLeftAlone) {
     return true;
   };
   ASSERT_TRUE(run.Start());
-  ASSERT_EQ(ok.Seen.size(), 1U) << testing::PrintToString(ok.Texts());
+  ASSERT_EQ(ok.Seen.size(), 1U) << testing::PrintToString(ok.TitlesAndTexts());
   EXPECT_TRUE(ok.Seen[0].second.contains(QStringLiteral("cannot be written")));
   EXPECT_EQ(run.Windows.Main.ListCount(), 2);
   Machine.Reset();
@@ -136,4 +135,4 @@ TEST_F(StartTest, AskedToEndInTheMiddleOfLongWorkItLeavesAtOnce) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -61,7 +61,7 @@ TEST_F(CopyTest, APrefixAndItsSeparatorStandBeforeANumber) {
   for (const char* box : {"ChkCopyName", "ChkCopyCompany", "ChkCopyAddress"}) {
     Control<QCheckBox>(Main, box).click();
   }
-  const std::vector<std::string> separators{"\t", " ", ":", ": ", "", ""};
+  const Texts separators{"\t", " ", ":", ": ", "", ""};
   for (std::size_t i = 0; i < separators.size(); ++i) {
     Shared.PrefixSprt = static_cast<std::uint8_t>(i);
     EXPECT_EQ(AfterClick(), "Tel" + separators[i] + "555\rFax" + separators[i] + "777\r");

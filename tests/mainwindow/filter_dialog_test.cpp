@@ -33,8 +33,6 @@ class FilterDialogTest : public MainFixture {
   FilterDialog Dialog{Shared, Store, Main, ProgressWindow};
 };
 
-using Texts = std::vector<std::string>;
-
 TEST_F(FilterDialogTest, NarrowsTheListAndWidensItAgain) {
   Show();
   Select(3);

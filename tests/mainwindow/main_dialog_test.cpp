@@ -32,7 +32,7 @@ TEST_F(MainDialogTest, WithoutRecordsOnlyANewOneIsOffered) {
   Click(Main, "BtnNew", Qt::NoModifier, Qt::RightButton);
   EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
   QTest::keyClick(&Widget("BtnNew"), Qt::Key_Return);
-  EXPECT_EQ(Started.Started, std::vector<std::string>{"ShowNewDialog"});
+  EXPECT_EQ(Started.Started, Texts{"ShowNewDialog"});
 
   Shared.InUse = true;
   Widget("BtnAbout").setFocus();
@@ -57,7 +57,7 @@ TEST_F(MainDialogTest, AFilterThatHidesAllLeavesTheFilterButton) {
   // There is nothing selected to duplicate.
   EXPECT_FALSE(Main.Menus().MnuNewArray[1]->isEnabled());
   Click(Main, "BtnNew", Qt::ShiftModifier);
-  EXPECT_EQ(Started.Started, std::vector<std::string>{"ShowNewDialog"});
+  EXPECT_EQ(Started.Started, Texts{"ShowNewDialog"});
 }
 
 TEST_F(MainDialogTest, ShowsTheSelectedRecord) {
@@ -78,9 +78,9 @@ TEST_F(MainDialogTest, ShowsTheSelectedRecord) {
        {Field::Notes, "One\r\nTwo"}});
   Shared.CurListIndex = 1;
   Show();
-  const std::vector<std::string> expected{
-      "Mr. Varek", "Clerk", "Acme", "1 Main St", "",    "",          "Springfield, 12345",
-      "USA",       "1",     "2",    "3",         "b@v", "One\r\nTwo"};
+  const Texts expected{"Mr. Varek",          "Clerk", "Acme", "1 Main St", "",  "",
+                       "Springfield, 12345", "USA",   "1",    "2",         "3", "b@v",
+                       "One\r\nTwo"};
   for (int i = 0; i < 13; ++i) {
     EXPECT_EQ(Label(i).Caption(), expected.at(static_cast<std::size_t>(i))) << i;
     EXPECT_TRUE(Label(i).isEnabled()) << i;
@@ -228,7 +228,7 @@ TEST_F(MainDialogTest, AClickOnANumberDialsIt) {
     QTest::mouseClick(&Label(line), Qt::LeftButton, Qt::ShiftModifier);
     QTest::mouseClick(&Label(line), Qt::LeftButton, Qt::ShiftModifier | Qt::ControlModifier);
   }
-  EXPECT_EQ(Started.Started, (std::vector<std::string>{"Dial 1 ", "Dial 3"}));
+  EXPECT_EQ(Started.Started, (Texts{"Dial 1 ", "Dial 3"}));
   EXPECT_EQ(Clipboard(), "3");
 }
 
@@ -320,7 +320,7 @@ TEST_F(MainDialogTest, WhileItIsDisabledNeitherActivationNorClosingDoAnything) {
   Main.EnableMain(true);
   EXPECT_EQ(Main.focusWidget(), &Widget("ChkCopyName"));
   Main.close();
-  EXPECT_EQ(Started.Started, (std::vector<std::string>{"ExitApplication"}));
+  EXPECT_EQ(Started.Started, (Texts{"ExitApplication"}));
 }
 
 TEST_F(MainDialogTest, TypingALetterSelectsTheNextName) {

@@ -3,8 +3,6 @@
 namespace quillary::test {
 namespace {
 
-using Commanded = std::vector<std::string>;
-
 class PopUpsTest : public MainFixture {
  protected:
   PopUpsTest() {
@@ -79,7 +77,7 @@ TEST_F(PopUpsTest, ItemsAndButtonsStartTheirCommands) {
   for (const auto& [item, command] : items) {
     Started.Started.clear();
     item->trigger();
-    EXPECT_EQ(Started.Started, Commanded{command});
+    EXPECT_EQ(Started.Started, Texts{command});
   }
   EXPECT_FALSE(menus.MnuFilterArray[0]->isChecked());  // not in force yet
   const std::vector<std::tuple<const char*, Qt::KeyboardModifiers, const char*>> buttons{
@@ -97,7 +95,7 @@ TEST_F(PopUpsTest, ItemsAndButtonsStartTheirCommands) {
   for (const auto& [button, held, command] : buttons) {
     Started.Started.clear();
     Click(Main, button, held);
-    EXPECT_EQ(Started.Started, Commanded{command}) << button;
+    EXPECT_EQ(Started.Started, Texts{command}) << button;
   }
   EXPECT_TRUE(menus.MnuReports->isEnabled());
   menus.MnuReports->trigger();  // can be chosen and does nothing
@@ -153,14 +151,14 @@ TEST_F(PopUpsTest, RestoringIsOfferedWhereThereIsSomethingToRestore) {
     Main.Menus().MnuExchange->close();
   });
   Main.Menus().MnuExchangeArray[3]->trigger();
-  EXPECT_EQ(Started.Started, Commanded{"GetDeletedNamesList"});
+  EXPECT_EQ(Started.Started, Texts{"GetDeletedNamesList"});
 }
 
 TEST_F(PopUpsTest, TheStatusBarSwitchesOrderAndFilter) {
   Show();
   Select(2);
   QTest::mouseDClick(&Panel_(3), Qt::LeftButton);
-  EXPECT_EQ(ListTexts(), (Commanded{"( Acme )", "( Zeta )", "Bull"}));
+  EXPECT_EQ(ListTexts(), (Texts{"( Acme )", "( Zeta )", "Bull"}));
   EXPECT_EQ(Label(0).Caption(), "Cole");
   EXPECT_EQ(Panel(2) + "|" + Panel(3), " 1/ 3|Company");
   EXPECT_TRUE(Main.Menus().MnuViewArray[1]->isChecked());
@@ -180,9 +178,9 @@ TEST_F(PopUpsTest, TheStatusBarSwitchesOrderAndFilter) {
   FilterLastNames("e");
   Select(1);
   QTest::mouseDClick(&Panel_(4), Qt::LeftButton);
-  EXPECT_EQ(Started.Started, (Commanded{"ShowFilterDialog", "FilterOff"}));
+  EXPECT_EQ(Started.Started, (Texts{"ShowFilterDialog", "FilterOff"}));
   Main.SwitchView();
-  EXPECT_EQ(ListTexts(), (Commanded{"( Acme )", "( Zeta )"}));
+  EXPECT_EQ(ListTexts(), (Texts{"( Acme )", "( Zeta )"}));
   EXPECT_EQ(Label(0).Caption() + Panel(2), "Cole 1/ 2");
 }
 

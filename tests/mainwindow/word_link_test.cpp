@@ -5,8 +5,6 @@
 namespace quillary::test {
 namespace {
 
-using Calls = std::vector<std::string>;
-
 // A word processor that answers when the test says so.
 class FakeDde : public DdeClient {
  public:
@@ -26,14 +24,14 @@ class FakeDde : public DdeClient {
     ASSERT_TRUE(answer_);
     std::exchange(answer_, {})(text);
   }
-  Calls Made() { return std::exchange(calls_, {}); }
+  Texts Made() { return std::exchange(calls_, {}); }
 
  private:
   void Note(const std::string& call, Answer answer) {
     calls_.push_back(call);
     answer_ = std::move(answer);
   }
-  Calls calls_;
+  Texts calls_;
   Answer answer_;
 };
 
@@ -52,7 +50,7 @@ class WordLinkTest : public MainFixture {
     EXPECT_TRUE(QTest::qWaitFor([this] { return !Dde.Made().empty(); }));
     Word.WinWordRunTimer.stop();
     Dde.Reply("");
-    EXPECT_EQ(Dde.Made(), Calls{"Request Topics"});
+    EXPECT_EQ(Dde.Made(), Texts{"Request Topics"});
     Dde.Reply(topics);
     return Item().isEnabled();
   }
@@ -83,16 +81,16 @@ TEST_F(WordLinkTest, PastesTheRecordThatWasShownThen) {
   Show();
   IsEnabledAfter("System\tDefault\tLetter");
   Item().trigger();
-  EXPECT_EQ(Dde.Made(), (Calls{"End", "Open Winword|System"}));
+  EXPECT_EQ(Dde.Made(), (Texts{"End", "Open Winword|System"}));
   EXPECT_FALSE(Item().isEnabled());
   EXPECT_EQ(Panel(1), "Please wait while pasting into WinWord");
   EXPECT_EQ(Clipboard(), "Aster\r555\r");
   Select(1);
   Main.CopySelected();
   Dde.Reply("");
-  EXPECT_EQ(Dde.Made(), Calls{"Execute [EditPaste] with Aster\r555\r"});
+  EXPECT_EQ(Dde.Made(), Texts{"Execute [EditPaste] with Aster\r555\r"});
   Dde.Reply("");
-  EXPECT_EQ(Dde.Made(), Calls{"End"});
+  EXPECT_EQ(Dde.Made(), Texts{"End"});
   EXPECT_TRUE(Item().isEnabled());
   EXPECT_EQ(Clipboard(), "Aster\r555\r");
 }

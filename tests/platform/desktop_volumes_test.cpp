@@ -4,7 +4,7 @@
 
 #include "platform/desktop/volumes.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
 std::vector<std::string> Described(const std::vector<Volume>& volumes) {
@@ -47,4 +47,4 @@ TEST(Volumes, OfThisMachineBeginWithItsRoot) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

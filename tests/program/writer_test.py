@@ -114,6 +114,13 @@ class WriterTest(desktop.ProgramTest):
         time.sleep(0.3)
         self.assertEqual(self.desktop.clipboard(), ALL)
 
+    def expect_failure(self, copied):
+        """The user is told, and the clipboard has what was copied last."""
+        self.desktop.wait_active(CANNOT_PASTE)
+        self.assertEqual(self.desktop.clipboard(), copied)
+        self.desktop.key("Return")
+        self.desktop.wait_active(MAIN)
+
     def paste_in_time(self):
         """Where the last item is not enabled, the one before it copies all."""
         def is_enabled():
@@ -138,10 +145,7 @@ class WriterTest(desktop.ProgramTest):
         self.send(writer, signal.SIGSTOP)
         self.paste()
         self.copy_all()
-        self.desktop.wait_active(CANNOT_PASTE)
-        self.assertEqual(self.desktop.clipboard(), ALL)
-        self.desktop.key("Return")
-        self.desktop.wait_active(MAIN)
+        self.expect_failure(ALL)
         time.sleep(max(0, probed + PROBES + 0.5 - time.monotonic()))
         self.paste()
         self.assertEqual(self.desktop.clipboard(), ALL)
@@ -154,10 +158,7 @@ class WriterTest(desktop.ProgramTest):
         self.office(END)
         writer.wait(PATIENCE)
         self.paste()
-        self.desktop.wait_active(CANNOT_PASTE)
-        self.assertEqual(self.desktop.clipboard(), SELECTED)
-        self.desktop.key("Return")
-        self.desktop.wait_active(MAIN)
+        self.expect_failure(SELECTED)
         self.assertEqual(self.copied("alt+c"), SELECTED)
 
     def ask(self, **request):

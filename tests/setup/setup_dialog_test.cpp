@@ -258,7 +258,7 @@ TEST_F(SetupDialogTest, OnlyOKLeadsBackToTheDialer) {
   EXPECT_EQ(answerer.Seen.size(), 1U);
   EXPECT_TRUE(Started.Started.empty());
   Click(Dialog, "BtnOK");
-  EXPECT_EQ(Started.Started, std::vector<std::string>{"OpenDialer"});
+  EXPECT_EQ(Started.Started, Texts{"OpenDialer"});
   EXPECT_FALSE(Main.isEnabled());  // as the dialer left it
 }
 

@@ -1,6 +1,5 @@
 #include "store/backup.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -10,13 +9,10 @@
 #include "tests/support/data_set.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
 namespace fs = std::filesystem;
-using test::ProgramStopped;
-using test::StoreWorld;
-using test::TempFolder;
 
 using Files = std::map<std::string, std::string>;
 
@@ -29,9 +25,9 @@ struct BackupTest : testing::Test {
     for (const TempFolder* folder : {&World.Folder, &Medium}) {
       for (const auto& entry : fs::directory_iterator(folder->Path())) fs::remove_all(entry);
     }
-    test::WriteDataSet(World.Folder.Path(), {.Live = 120, .Deleted = 5});
+    WriteDataSet(World.Folder.Path(), {.Live = 120, .Deleted = 5});
     const TempFolder other;
-    test::WriteDataSet(other.Path(), {.Live = 210});
+    WriteDataSet(other.Path(), {.Live = 210});
     for (const auto& [name, bytes] : other.Files()) {
       Medium.WriteFile(UpperCase(name.substr(0, name.size() - 3)) + "OLD", bytes);
     }
@@ -57,7 +53,7 @@ struct BackupTest : testing::Test {
       fs::rename(World.Folder.File("QUILL" + number + ".DAT"),
                  World.Folder.File("quill" + number + ".dat"), isNoMore);
     }
-    return test::CheckFiles(World.Folder.Path());
+    return CheckFiles(World.Folder.Path());
   }
   // A program that is started now.
   Profile NewProgram() { return {World.Machine, World.Names}; }
@@ -322,4 +318,4 @@ TEST_F(BackupTest, AJournalMovesNothingButItsOwnTemporaryFiles) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -1,18 +1,12 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/check_invariants.h"
 #include "tests/support/data_set.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
-using test::CheckInvariants;
-using test::StoreWorld;
-using Texts = std::vector<std::string>;
-
 // What the random sequences of the model test do not come upon.
-struct ChangeRecordTest : test::StoreTest {
+struct ChangeRecordTest : StoreTest {
   void Delete(const std::string& recNo) {
     ASSERT_EQ(World.Delete(recNo), RunTimeError::None) << recNo;
     ASSERT_TRUE(CheckInvariants(World)) << recNo;
@@ -68,7 +62,7 @@ TEST_F(ChangeRecordTest, InsertingClearsTheLinksOfADeletedRecord) {
 TEST_F(ChangeRecordTest, TheCostDoesNotGrowWithTheNumberOfRecords) {
   const auto diskCalls = [](int live) {
     StoreWorld world;
-    test::WriteDataSet(world.Folder.Path(), {.Live = live, .Deleted = 50});
+    WriteDataSet(world.Folder.Path(), {.Live = live, .Deleted = 50});
     world.Open();
     const int before = world.Machine.Calls();
     world.Add("Maria", "Lind", "Cobalt");
@@ -85,4 +79,4 @@ TEST_F(ChangeRecordTest, TheCostDoesNotGrowWithTheNumberOfRecords) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

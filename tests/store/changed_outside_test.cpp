@@ -1,16 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "tests/support/check_invariants.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
-
-using test::CheckFiles;
-using test::CheckInvariants;
-using test::StoreWorld;
 
 using Change = std::function<RunTimeError(StoreWorld&)>;
 
@@ -95,7 +89,7 @@ TEST(ChangedOutsideTest, ListsThatAreToBeWrittenAnewBringNothingBack) {
 
   world.Filter({"", "H"});
   ASSERT_EQ(world.Store.ReadListsAgain(), RunTimeError::None);
-  EXPECT_EQ(world.Lines.Texts, std::vector<std::string>{"H"});
+  EXPECT_EQ(world.Lines.Texts, Texts{"H"});
   EXPECT_EQ(world.Data.NoOfRecords, 5);
 }
 
@@ -111,4 +105,4 @@ TEST(ChangedOutsideTest, AFileThatCannotBeReadIsNoChange) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

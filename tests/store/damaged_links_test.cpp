@@ -1,12 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <set>
 
 #include "platform/numbers.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
 using RecNos = std::set<std::string>;
@@ -36,7 +34,7 @@ std::vector<Damage> AllDamages(int records) {
   return damages;
 }
 
-struct DamagedLinksTest : test::StoreTest {
+struct DamagedLinksTest : StoreTest {
   DamagedLinksTest() {
     // Live 0, 2, 4 by name and 4, 2, 0 by company; deleted 6, 5, 3, 1.
     for (const std::string name : {"B", "C", "D", "E", "F", "G", "H"}) {
@@ -129,4 +127,4 @@ TEST_F(DamagedLinksTest, NoSingleDamageLosesARecordOrMakesOneLiveAndDeleted) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <sstream>
@@ -9,14 +7,10 @@
 #include "tests/support/data_set.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
-using test::CheckInvariants;
-using test::StoreWorld;
-using Texts = std::vector<std::string>;
-
-struct DeletedListTest : test::StoreTest {
+struct DeletedListTest : StoreTest {
   // Adds and deletes records of these last names, the companies being the names turned round.
   void AddDeleted(const Texts& names) {
     for (const auto& name : names) {
@@ -183,4 +177,4 @@ TEST_F(DeletedListTest, ListsThe8000DeletedLast) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <tuple>
 
@@ -7,17 +5,14 @@
 #include "tests/support/data_set.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
-
-using test::CheckInvariants;
-using test::StoreWorld;
 
 using Change = RunTimeError (*)(StoreWorld&);
 
 std::unique_ptr<StoreWorld> MakeWorld(bool filterOn) {
   auto world = std::make_unique<StoreWorld>();
-  test::WriteDataSet(world->Folder.Path(), {.Live = 130, .Deleted = 3});
+  WriteDataSet(world->Folder.Path(), {.Live = 130, .Deleted = 3});
   world->Open();
   if (filterOn) world->Filter({"a"});
   return world;
@@ -80,4 +75,4 @@ INSTANTIATE_TEST_SUITE_P(Changes, FailingChangeTest,
                                           testing::Bool()));
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -1,15 +1,10 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/check_invariants.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
-using test::CheckInvariants;
-using Texts = std::vector<std::string>;
-
-struct FilterTest : test::StoreTest {
+struct FilterTest : StoreTest {
   FilterTest() {
     World.Add("Bo", "Jansen", "Acme");
     World.Add("Cy", "SANDERS", "Zinc  Works");
@@ -41,22 +36,13 @@ TEST_F(FilterTest, AnyPositionAnyCaseAllCriteria) {
   EXPECT_EQ(Filter({"", "", "", "  "}), Texts{"SANDERS, Cy"});
   EXPECT_EQ(Filter({"", "", "", " w"}), Texts{"SANDERS, Cy"});
   EXPECT_EQ(Filter({"", " an"}), Texts{});
+  EXPECT_EQ(Filter({"", "", "x"}), Texts{});
 }
 
 // How fields stand in the files is the business of the search that it shares with Find.
 TEST_F(FilterTest, TheLastCriterionIsForTheNotes) {
   Set("2", "Notes", "\"quoted\"\r\nline \xff");
   EXPECT_EQ(Filter({"", "", "", "", "ED\"\r\nL"}), Texts{"Brandt, Al"});
-}
-
-TEST_F(FilterTest, NothingMatchesLeavesOneEmptyEntry) {
-  EXPECT_EQ(Filter({"", "", "x"}), Texts{});
-  EXPECT_EQ(Data.FilteredCount, 0);
-  for (const TextList* list : {&Data.FilteredNames, &Data.FilteredCompanies,
-                               &Data.FilteredNamesRecNo, &Data.FilteredCompaniesRecNo}) {
-    EXPECT_EQ(*list, Texts{""});
-  }
-  EXPECT_EQ(Data.NoOfRecords, 5);
 }
 
 TEST_F(FilterTest, TellsItsProgressRecordByRecord) {
@@ -71,4 +57,4 @@ TEST_F(FilterTest, TellsItsProgressRecordByRecord) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

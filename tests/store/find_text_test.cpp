@@ -1,20 +1,16 @@
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 const std::vector<Field> NameFields{FirstName, LastName};
 const std::vector<Field> AllFields{Sal,      FirstName, LastName, Title,    Company,  Address1,
                                    Address2, Address3,  Address4, Address5, Address6, Phone1,
                                    Phone2,   Fax,       EMail,    Notes};
 
-struct FindTextTest : test::StoreTest {
+struct FindTextTest : StoreTest {
   // "record:field", or empty.
   std::string Find(const std::string& text, std::size_t start,
                    const std::vector<Field>& fields = AllFields) {
@@ -113,4 +109,4 @@ TEST_F(FindTextTest, FindsWhatTheLowerCaseOfTheValuesContains) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

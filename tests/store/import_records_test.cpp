@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -53,8 +51,8 @@ class ImportRecordsTest : public StoreTest {
 TEST_F(ImportRecordsTest, StoresEveryRecordAndLinksItBeforeItsEquals) {
   int total = 0;
   for (const int count : {1, 40, 150}) {
-    std::vector<std::string> names(Data.NamesRecNo.begin(), Data.NamesRecNo.end());
-    std::vector<std::string> companies(Data.CompaniesRecNo.begin(), Data.CompaniesRecNo.end());
+    Texts names(Data.NamesRecNo.begin(), Data.NamesRecNo.end());
+    Texts companies(Data.CompaniesRecNo.begin(), Data.CompaniesRecNo.end());
     if (total == 0) names = companies = {};
     const std::vector<FieldArray> people = People(count, count);
     ASSERT_EQ(Import(people), RunTimeError::None);
@@ -64,7 +62,7 @@ TEST_F(ImportRecordsTest, StoresEveryRecordAndLinksItBeforeItsEquals) {
       EXPECT_EQ(Data.FieldValues, people.at(static_cast<std::size_t>(i))) << recNo;
       for (auto* list : {&names, &companies}) list->insert(list->begin(), recNo);
     }
-    const auto sort = [this](std::vector<std::string>& recNos, const char* key) {
+    const auto sort = [this](Texts& recNos, const char* key) {
       std::stable_sort(recNos.begin(), recNos.end(), [&](const auto& a, const auto& b) {
         return World.Comparer.Compare(Value(a, key), Value(b, key)) < 0;
       });
@@ -95,8 +93,8 @@ TEST_F(ImportRecordsTest, ReplacingLeavesTheOldRecordsInTheirFiles) {
   SetHeader("NoOfUses", "1");
   const std::string oldName = Value("57", "ShowName");
   ASSERT_EQ(Import({Person("Zoe", "Aster"), Person("Ann", "Lee")}, true), RunTimeError::None);
-  EXPECT_EQ(Data.NamesList, (std::vector<std::string>{"Aster, Zoe", "Lee, Ann"}));
-  EXPECT_EQ(Data.NamesRecNo, (std::vector<std::string>{"130", "131"}));
+  EXPECT_EQ(Data.NamesList, (Texts{"Aster, Zoe", "Lee, Ann"}));
+  EXPECT_EQ(Data.NamesRecNo, (Texts{"130", "131"}));
   EXPECT_EQ(Value("57", "ShowName"), oldName);
   EXPECT_EQ(Header("TotalNoOfRecords"), "132");
   EXPECT_EQ(Header("DelNoOfRecords"), "0");

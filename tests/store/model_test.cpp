@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <map>
@@ -8,11 +6,8 @@
 #include "tests/support/check_invariants.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
-
-using test::CheckInvariants;
-using Texts = std::vector<std::string>;
 
 // What the records and the lists are to be, by the plainest means.
 struct Model {
@@ -86,7 +81,7 @@ struct Model {
   }
 };
 
-class ModelTest : public test::StoreTest {
+class ModelTest : public StoreTest {
  protected:
   ModelTest() {
     // The records stand in two files, and soon in three.
@@ -200,4 +195,4 @@ TEST_F(ModelTest, AnySequenceOfChangesGivesTheListsOfThePlainModel) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

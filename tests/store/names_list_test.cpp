@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <random>
 #include <sstream>
@@ -9,16 +7,10 @@
 #include "tests/support/data_set.h"
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
-using test::CheckFiles;
-using test::CheckInvariants;
-using test::StoreWorld;
-using test::WriteDataSet;
-using Texts = std::vector<std::string>;
-
-struct NamesListTest : test::StoreTest {
+struct NamesListTest : StoreTest {
   // Records 0, 1, 2, ... with these last names, chained in this order.
   void Write(const Texts& lastNames) {
     const int count = static_cast<int>(lastNames.size());
@@ -317,4 +309,4 @@ TEST_F(NamesListTest, StrangeBytesAreReadWithoutHarm) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -1,13 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
-
-using test::StoreWorld;
 
 constexpr std::string_view EmptyHeader =
     "[General Info]\r\nApplication=Quillary\r\nTotalNoOfRecords=0\r\nNoOfRecords=0\r\n"
@@ -155,4 +151,4 @@ TEST_F(OpenDataFileTest, FollowsTheListsWhereTheCountSaysNothing) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -13,12 +13,8 @@
 #include "tests/support/fault_disk.h"
 #include "tests/support/temp_folder.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
-
-using test::FaultDisk;
-using test::ProgramStopped;
-using test::TempFolder;
 
 // One program that works on the files of a folder.
 struct Program {
@@ -355,4 +351,4 @@ INSTANTIATE_TEST_SUITE_P(Operations, ProfileJournalTest, testing::Values(GroupOv
                          NameOfOperation);
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -7,7 +7,7 @@
 
 #include "store/journal.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
 
 std::string With(std::string_view bytes, std::string_view section, std::string_view key,
@@ -116,4 +116,4 @@ TEST(Journal, NamesNoFileOutsideItsFolder) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

@@ -1,13 +1,9 @@
 #include "store/records.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/support/store_world.h"
 
-namespace quillary {
+namespace quillary::test {
 namespace {
-
-using test::StoreWorld;
 
 struct RecordsTest : testing::Test {
   StoreWorld World;
@@ -97,4 +93,4 @@ TEST_F(RecordsTest, ANewNumberNeverBelongsToARecordOfOldFiles) {
 }
 
 }  // namespace
-}  // namespace quillary
+}  // namespace quillary::test

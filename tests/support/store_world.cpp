@@ -55,17 +55,12 @@ RunTimeError StoreWorld::Add(const std::string& firstName, const std::string& la
   ProfileUpdate update(Access);
   RunTimeError error = Store.NextRecordNumber(RecNo);
   if (error != RunTimeError::None) return error;
-  Data.FieldValues = {};
-  Data.FieldValues[Field::FirstName] = firstName;
-  Data.FieldValues[Field::LastName] = lastName;
-  Data.FieldValues[Field::Company] = company;
+  FieldArray& fields = Data.FieldValues;
+  fields = {"", firstName, lastName, "", company};
   error = Store.WriteRecord(RecNo);
   if (error != RunTimeError::None) return error;
-  std::string first = firstName;
-  std::string last = lastName;
-  std::string firm = company;
-  const std::string showName = BuildShowName(first, last, firm);
-  error = Store.InsertRecord(RecNo, showName, BuildShowCompany(first, last, firm));
+  const std::string showName = BuildShowName(fields[1], fields[2], fields[4]);
+  error = Store.InsertRecord(RecNo, showName, BuildShowCompany(fields[1], fields[2], fields[4]));
   return error == RunTimeError::None ? update.Commit() : error;
 }
 

@@ -16,6 +16,8 @@
 
 namespace quillary::test {
 
+using Texts = std::vector<std::string>;
+
 // Remembers the stages of long work.
 struct RecordedProgress : ProgressHooks {
   void Begin(std::string_view status, std::string_view splash) override;

@@ -4,15 +4,12 @@
 #include <QString>
 #include <QWidget>
 #include <array>
-#include <functional>
-#include <string>
-#include <vector>
 
 #include "app/hub.h"
 
 namespace quillary::test {
 
-// A main window that does nothing but remember what a dialog asked of it.
+// A main window that does nothing but show its panels and be enabled or not.
 class FakeHub : public Hub {
  public:
   explicit FakeHub(QRect geometry = QRect(100, 100, 600, 400)) : Geometry(geometry) {
@@ -20,42 +17,23 @@ class FakeHub : public Hub {
     Window.setGeometry(geometry);
   }
 
-  void SetData() override {
-    Calls.push_back("SetData");
-    if (OnSetData) OnSetData();
-  }
+  void SetData() override {}
   void SetPanel(int panel, const QString& text) override {
     Panels.at(static_cast<std::size_t>(panel)) = text;
-    PanelTexts.push_back(text);
   }
   QString Panel(int panel) const override { return Panels.at(static_cast<std::size_t>(panel)); }
-  void EnableMain(bool enable) override {
-    Calls.push_back(enable ? "EnableMain" : "DisableMain");
-    Window.setEnabled(enable);
-  }
-  void BringToFront() override { Calls.push_back("BringToFront"); }
+  void EnableMain(bool enable) override { Window.setEnabled(enable); }
+  void BringToFront() override {}
   QRect MainGeometry() const override { return Geometry; }
   QWidget& MainWindow() override { return Window; }
-  int ListCount() const override { return static_cast<int>(ItemDatas.size()); }
-  int ItemData(int index) const override { return ItemDatas.at(static_cast<std::size_t>(index)); }
-  int NewIndex() const override { return NewIndexValue; }
-  void ShowReadOnly() override { Calls.push_back("ShowReadOnly"); }
+  int ListCount() const override { return 0; }
+  int ItemData(int) const override { return -1; }
+  int NewIndex() const override { return -1; }
+  void ShowReadOnly() override {}
 
   bool IsEnabled() const { return Window.isEnabled(); }
-  // How often a call of that name was made.
-  int Count(const std::string& name) const {
-    int count = 0;
-    for (const std::string& call : Calls) count += call == name ? 1 : 0;
-    return count;
-  }
 
-  // "SetData", "EnableMain", "DisableMain", "BringToFront", "ShowReadOnly", in their order.
-  std::vector<std::string> Calls;
-  std::array<QString, 5> Panels;    // by number; 0 is not used
-  std::vector<QString> PanelTexts;  // every text given to any panel, in order
-  std::function<void()> OnSetData;
-  std::vector<int> ItemDatas;  // the list box's lines, their record numbers
-  int NewIndexValue = -1;
+  std::array<QString, 5> Panels;  // by number; 0 is not used
   QRect Geometry;
   QWidget Window;
 };

@@ -35,6 +35,8 @@
 
 namespace quillary::test {
 
+using Texts = std::vector<std::string>;
+
 // Notes what was started; `On` may do it.
 class FakeCommands : public Commands {
  public:
@@ -56,7 +58,7 @@ class FakeCommands : public Commands {
   void ShowTipOfDay() override { Start("ShowTipOfDay"); }
   void ExitApplication() override { Start("ExitApplication"); }
 
-  std::vector<std::string> Started;
+  Texts Started;
   std::function<void(const std::string& command)> On;
 
  private:
@@ -89,8 +91,8 @@ class MsgBoxAnswerer : public QObject {
     timer_.start(2);
   }
   // "title|text" of each.
-  std::vector<std::string> Texts() const {
-    std::vector<std::string> texts;
+  Texts TitlesAndTexts() const {
+    Texts texts;
     for (const auto& [title, text] : Seen) texts.push_back((title + u'|' + text).toStdString());
     return texts;
   }
@@ -174,9 +176,9 @@ class MainFixture : public testing::Test {
     Select(0);
   }
 
-  std::vector<std::string> ListTexts() {
+  Texts ListTexts() {
     const QAbstractItemModel* lines = Control<ListBox>(Main, "LstNames").model();
-    std::vector<std::string> texts;
+    Texts texts;
     for (int i = 0; i < lines->rowCount(); ++i) {
       texts.push_back(lines->index(i, 0).data().toString().toStdString());
     }
