@@ -51,13 +51,13 @@ std::string RunTimeErrorText(RunTimeError error) {
     case RunTimeError::DiskFull:
       return "the disk is full";
     case RunTimeError::BadRecordNumber:
-      return "another program has changed the data files";
+      return "another program has changed the data";
     case RunTimeError::PermissionDenied:
       return "permission was denied";
     case RunTimeError::NotReady:
       return "the disk or device is not ready";
     case RunTimeError::PathAccess:
-      return "the file or folder cannot be used under this name";
+      return "the file or folder cannot be used";
     case RunTimeError::PathNotFound:
       return "the folder was not found";
   }

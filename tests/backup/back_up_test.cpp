@@ -237,8 +237,7 @@ TEST_F(BackUpTest, AsksBeforeItGoesOnWithoutASafetyCopy) {
   fs::create_directory(Folder.File("QUILL0.OLD"));
   const std::string question = Choosing +
                                "The existing data could not be copied aside: the file or folder "
-                               "cannot be used under this name.\nIf you continue they will be "
-                               "lost!";
+                               "cannot be used.\nIf you continue they will be lost!";
   for (const bool goesOn : {false, true}) {
     User user;
     user.Restores(Medium.Path());
@@ -293,8 +292,7 @@ TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
     Commands.RestoreFromDisk();
     EXPECT_EQ(user.Seen.back(), Choosing +
                                     "A backup was stopped and cannot be completed now: the file or "
-                                    "folder cannot be used under this name.\nPlease make the disk "
-                                    "writable.");
+                                    "folder cannot be used.\nPlease make the disk writable.");
   }
   fs::remove(Folder.File("quill0.dat"));
   User user;

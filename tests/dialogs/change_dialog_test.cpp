@@ -84,6 +84,32 @@ TEST_P(ChangeDialogTest, AFailingDiskChangesNothing) {
   EXPECT_GT(failures, 5);
 }
 
+// Whatever the disk says.
+TEST_P(ChangeDialogTest, ItsMessagesFitTheirBox) {
+  MsgBoxAnswerer answerer;
+  answerer.Before = [] {
+    const auto& text = Control<MessageText>(*QApplication::activeModalWidget(), "Text1");
+    EXPECT_EQ(text.Shown().toStdString(), text.text().toStdString());
+  };
+  for (const RunTimeError error :
+       {RunTimeError::Overflow, RunTimeError::FileNotFound, RunTimeError::DeviceError,
+        RunTimeError::DiskFull, RunTimeError::BadRecordNumber, RunTimeError::PermissionDenied,
+        RunTimeError::NotReady, RunTimeError::PathAccess, RunTimeError::PathNotFound}) {
+    Prepare("Varek");
+    answerer.Seen.clear();
+    Disk.FailWrites(error);
+    Click(*Dialog, Button());
+    Disk.Reset();
+    ASSERT_EQ(answerer.Seen.size(), 1U);
+    EXPECT_TRUE(answerer.Seen[0].second.contains(QString::fromStdString(RunTimeErrorText(error))));
+    if (Dialog->isVisible()) Click(*Dialog, "BtnCancel");
+  }
+  Prepare("Varek");
+  EXPECT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
+  Click(*Dialog, Button());
+  EXPECT_EQ(answerer.Seen.size(), 2U);
+}
+
 TEST_P(ChangeDialogTest, ReadsTheListsAgainWhereAnotherProgramHasChangedThem) {
   StoreWorld other;
   other.Data.DataPath = Shared.DataPath;
@@ -97,7 +123,7 @@ TEST_P(ChangeDialogTest, ReadsTheListsAgainWhereAnotherProgramHasChangedThem) {
     Click(*Dialog, Button());
     ASSERT_EQ(answerer.Seen.size(), 1U);
     EXPECT_TRUE(answerer.Seen[0].second.contains(
-        QStringLiteral(": another program has changed the data files.\n"
+        QStringLiteral(": another program has changed the data.\n"
                        "Nothing was changed. The list has been read again.")));
     other.Open();
     EXPECT_EQ(ListTexts(), other.Lines.Texts);
