@@ -43,7 +43,8 @@ bool MainDialog::BtnNew_MouseDown(const QMouseEvent& event) {
 
 bool MainDialog::BtnDelete_MouseDown(const QMouseEvent& event) {
   if (!ShiftAlone(event)) return false;
-  commands_->DeleteWithoutConfirmation();
+  // The second half of a double click would delete one more.
+  if (event.type() != QEvent::MouseButtonDblClick) commands_->DeleteWithoutConfirmation();
   return true;
 }
 

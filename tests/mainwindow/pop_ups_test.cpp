@@ -97,6 +97,10 @@ TEST_F(PopUpsTest, ItemsAndButtonsStartTheirCommands) {
     Click(Main, button, held);
     EXPECT_EQ(Started.Started, Texts{command}) << button;
   }
+  Started.Started.clear();
+  QTest::mouseDClick(&Control<QWidget>(Main, "BtnDelete"), Qt::LeftButton, Qt::ShiftModifier);
+  EXPECT_EQ(Started.Started, Texts{});  // the second half of a double click
+  Click(Main, "BtnAbout");
   EXPECT_TRUE(menus.MnuReports->isEnabled());
   menus.MnuReports->trigger();  // can be chosen and does nothing
   EXPECT_EQ(Started.Started.size(), 1U);

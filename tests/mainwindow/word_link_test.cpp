@@ -104,7 +104,7 @@ TEST_F(WordLinkTest, PastesNothingWhereNothingIsTicked) {
   ASSERT_EQ(user.Seen.size(), 1U);
   EXPECT_EQ(user.Seen[0].second,
             QStringLiteral("No details are ticked.\nTick the details to copy, and try again."));
-  EXPECT_EQ(Dde.Made(), Calls{});
+  EXPECT_EQ(Dde.Made(), Texts{});
   EXPECT_TRUE(Item().isEnabled());
   EXPECT_EQ(Clipboard(), "");
 }
