@@ -10,7 +10,7 @@ class Commands {
   virtual ~Commands() = default;
 
   virtual void ShowNewDialog() = 0;
-  // These three expect FieldValues to hold the selected record.
+  // These three are about the selected record; where it cannot be read, they say so instead.
   virtual void ShowDuplicateDialog() = 0;
   virtual void ShowEditDialog() = 0;
   virtual void ShowDeleteDialog() = 0;

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QWidget>
 
+#include "platform/run_time_error.h"
+
 namespace quillary {
 
 // What a dialog may ask of the main window. Geometry is in pixels of the screen.
@@ -35,6 +37,8 @@ class Hub {
 
   // Brings New, Edit and Delete into line with InUse.
   virtual void ShowReadOnly() = 0;
+  // The user knows that the selected record could not be read: SetData does not tell it once more.
+  virtual void NoteToldFault(RunTimeError error) = 0;
 };
 
 }  // namespace quillary

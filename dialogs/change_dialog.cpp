@@ -125,6 +125,17 @@ bool ChangeDialog::ReadListsAgain() {
   return isListed;
 }
 
+bool ChangeDialog::ReadSelected(const QString& title) {
+  const RunTimeError error = records_.ReadRecord(shared_.CurRecordNo);
+  if (error == RunTimeError::None) return true;
+  hub_.NoteToldFault(error);
+  Tell({title,
+        QStringLiteral("The record could not be read: %1.")
+            .arg(QString::fromStdString(RunTimeErrorText(error))),
+        MsgIcon::Critical});
+  return false;
+}
+
 std::optional<ChangeDialog::Refusal> ChangeDialog::CheckRoom() const {
   if (shared_.NoOfRecords < MaxRecords) return std::nullopt;
   return Refusal{windowTitle(),

@@ -72,6 +72,9 @@ class ChangeDialog : public Form {
   // the list still.
   virtual bool FitsNewLists(bool /*isListed*/) const { return false; }
 
+  // The selected record, CurRecordNo, into FieldValues. Where it cannot be read the user is told
+  // why, under that title, and it gives false.
+  bool ReadSelected(const QString& title);
   // There is no room for one more record.
   std::optional<Refusal> CheckRoom() const;
   void Tell(const Refusal& refusal);

@@ -52,6 +52,7 @@ DeleteDialog::DeleteDialog(SharedData& shared, Records& records, SharingGuard& g
 }
 
 void DeleteDialog::ShowDeleteDialog() {
+  if (!ReadSelected(windowTitle())) return;
   const FieldArray& fields = shared_.FieldValues;
   const std::string& firstName = fields[Field::FirstName];
   LblName->SetCaption((firstName.empty() ? "" : firstName + " ") + fields[Field::LastName]);

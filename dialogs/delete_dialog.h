@@ -16,8 +16,9 @@ class DeleteDialog : public ChangeDialog {
   DeleteDialog(SharedData& shared, Records& records, SharingGuard& guard, Hub& hub,
                MsgBoxSnglTxt& msgBoxSnglTxt, PleaseWait& pleaseWait);
 
-  // Shows the dialog at the main window's corner and disables the main window until the dialog is
-  // closed. Expects FieldValues to hold the selected record.
+  // Shows the selected record, CurRecordNo, at the main window's corner and disables the main
+  // window until the dialog is closed. Where the record cannot be read, says so instead: nobody
+  // should have to guess what he deletes.
   void ShowDeleteDialog();
   // What Yes does, without the dialog.
   void DeleteWithoutConfirmation();

@@ -17,15 +17,7 @@ EditDialog::EditDialog(SharedData& shared, Profile& profile, Records& records, S
 }
 
 void EditDialog::ShowEditDialog() {
-  const RunTimeError error = records_.ReadRecord(shared_.CurRecordNo);
-  if (error == RunTimeError::None) {
-    ShowDialog(shared_.FieldValues, windowTitle());
-    return;
-  }
-  Tell({windowTitle(),
-        QStringLiteral("The record could not be read: %1.")
-            .arg(QString::fromStdString(RunTimeErrorText(error))),
-        MsgIcon::Critical});
+  if (ReadSelected(windowTitle())) ShowDialog(shared_.FieldValues, windowTitle());
 }
 
 RunTimeError EditDialog::Change() {

@@ -41,7 +41,8 @@ void NewDialog::ShowNewDialog() {
 }
 
 void NewDialog::ShowDuplicateDialog() {
-  ShowDialog(shared_.FieldValues, QStringLiteral("New Name - Duplicate"));
+  const QString caption = QStringLiteral("New Name - Duplicate");
+  if (ReadSelected(caption)) ShowDialog(shared_.FieldValues, caption);
 }
 
 void NewDialog::RemovePrompts() {

@@ -18,7 +18,7 @@ class NewDialog : public RecordDialog {
   // Both show the dialog at the main window's corner and disable the main window until the dialog
   // is closed.
   void ShowNewDialog();
-  // Expects FieldValues to hold the record to be copied.
+  // Copies the selected record, CurRecordNo; where it cannot be read, says so instead.
   void ShowDuplicateDialog();
 
  protected:

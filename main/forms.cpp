@@ -61,7 +61,7 @@ AboutDialog& Forms::About() {
   return Once(aboutDialog_, Shared, Main);
 }
 FilterDialog& Forms::Filter() {
-  return Once(filterDialog_, Shared, Store, Main, Percentage());
+  return Once(filterDialog_, Shared, Store, Main, Percentage(), SingleText());
 }
 FileToImportDialog& Forms::Import() {
   return Once(fileToImportDialog_, ImportTools{Shared, profile_, Store, Guard, Main, SingleText(),

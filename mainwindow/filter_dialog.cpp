@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "app/select_record.h"
+#include "mainwindow/unread_records.h"
 #include "platform/desktop/one_line_text.h"
 #include "platform/desktop/twips.h"
 #include "platform/text.h"
@@ -32,12 +33,14 @@ QLabel* MakeLabel(const QString& name) {
 
 }  // namespace
 
-FilterDialog::FilterDialog(SharedData& shared, Records& records, Hub& hub, Percent& percent)
+FilterDialog::FilterDialog(SharedData& shared, Records& records, Hub& hub, Percent& percent,
+                           MsgBoxSnglTxt& msgBoxSnglTxt)
     : Form(QStringLiteral("FilterDialog")),
       shared_(shared),
       records_(records),
       hub_(hub),
       percent_(percent),
+      msgBoxSnglTxt_(msgBoxSnglTxt),
       criteria_{MakeBox(QStringLiteral("TxtFirstName"), QStringLiteral("First name")),
                 MakeBox(QStringLiteral("TxtLastName"), QStringLiteral("Last name")),
                 MakeBox(QStringLiteral("TxtTitle"), QStringLiteral("Title")),
@@ -118,11 +121,12 @@ void FilterDialog::BtnOK_Click() {
   shared_.FilterOn =
       std::any_of(shared_.FilterCriteria.begin(), shared_.FilterCriteria.end(),
                   [](const std::string& criterion) { return !Trim(criterion).empty(); });
+  RunTimeError error = RunTimeError::None;
   if (shared_.FilterOn) {
     HideForm();
     hub_.BringToFront();
     percent_.ShowProgressWindow();
-    records_.BuildFilteredList();
+    records_.BuildFilteredList(&error);
     records_.GetFilteredNamesList();
     records_.SortFilteredList();
     shared_.CurListIndex = 0;
@@ -135,6 +139,7 @@ void FilterDialog::BtnOK_Click() {
   Unload();
   hub_.BringToFront();
   hub_.SetData();
+  if (error != RunTimeError::None) TellUnreadRecords(msgBoxSnglTxt_, error, windowTitle());
 }
 
 void FilterOff(SharedData& shared, Records& records, Hub& hub) {

@@ -5,6 +5,7 @@
 
 #include "app/hub.h"
 #include "app/shared_data.h"
+#include "auxiliary/msg_box.h"
 #include "auxiliary/percent.h"
 #include "platform/desktop/form.h"
 #include "store/records.h"
@@ -16,7 +17,8 @@ class FilterDialog : public Form {
   Q_OBJECT
 
  public:
-  FilterDialog(SharedData& shared, Records& records, Hub& hub, Percent& percent);
+  FilterDialog(SharedData& shared, Records& records, Hub& hub, Percent& percent,
+               MsgBoxSnglTxt& msgBoxSnglTxt);
 
   // Shows the dialog with the last criteria at the main window's corner and disables the main
   // window until the dialog is closed.
@@ -35,6 +37,7 @@ class FilterDialog : public Form {
   Records& records_;
   Hub& hub_;
   Percent& percent_;
+  MsgBoxSnglTxt& msgBoxSnglTxt_;
 
   // In the order of FilterCriteria.
   std::array<QLineEdit*, 5> criteria_{};

@@ -1,6 +1,7 @@
 #include <QApplication>
 
 #include "mainwindow/main_dialog.h"
+#include "mainwindow/unread_records.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 
@@ -76,31 +77,36 @@ void MainDialog::BtnFind_Click() {
   Percent& progress = percent_();
   progress.ShowProgressWindow();
   bool found = false;
-  FindFunction(count, found);
+  const RunTimeError error = FindFunction(count, found);
+  const bool isMiss = !found || shared_.CurListIndex == start;
+  // Before the window becomes active again: the selected record may be one of those.
+  if (isMiss && error != RunTimeError::None) NoteToldFault(error);
   progress.HideForm();
   EnableMain(true);
   BringToFront();
 
   if (found) ShowFound();
-  if (!found || shared_.CurListIndex == start) {
+  if (isMiss) {
     SetPanel(2, position);
-    TellNotFound(text, found);
+    TellNotFound(text, found, error);
   }
   SetPanel(1, QString());
   guard_->InUseTimer.start();
 }
 
-void MainDialog::FindFunction(std::int16_t Count, bool& Found) {
+RunTimeError MainDialog::FindFunction(std::int16_t Count, bool& Found) {
   TextList recordNos;
   recordNos.reserve(static_cast<std::size_t>(Count));
   for (int i = 0; i < Count; ++i) recordNos.push_back(NumberText(LstNames->ItemData(i)));
   const std::vector<Field> fields = SearchedFields(CboSrchIn->currentIndex());
+  RunTimeError error = RunTimeError::None;
   const auto entry = records_->FindText(TxtFind->text().toStdString(), fields, recordNos,
-                                        static_cast<std::size_t>(shared_.CurListIndex));
+                                        static_cast<std::size_t>(shared_.CurListIndex), &error);
   Found = entry.has_value();
-  if (!Found) return;
+  if (!Found) return error;
   shared_.CurListIndex = static_cast<std::int16_t>(entry->Index);
   foundLine_ = LineThatShows(fields.at(entry->KeyIndex));
+  return error;
 }
 
 void MainDialog::ShowFound() {
@@ -112,15 +118,21 @@ void MainDialog::ShowFound() {
   SearchResultTimer.start();
 }
 
-// `found`: the record that was shown already has the text, and no other one.
-void MainDialog::TellNotFound(const QString& text, bool found) {
+// `found`: the record that was shown already has the text, and no other one. Nobody can say so of
+// records that could not be read.
+void MainDialog::TellNotFound(const QString& text, bool found, RunTimeError error) {
+  SetBtnFind(QStringLiteral("Find"));
+  const QString title = QStringLiteral("Can't find text");
+  if (error != RunTimeError::None) {
+    TellUnreadRecords(msgBox_(), error, title);
+    return;
+  }
   const QString quoted = QStringLiteral("'") + text + QStringLiteral("'");
   SetPanel(1,
            QStringLiteral("Can't find ") + quoted + (found ? QStringLiteral(" again") : QString()));
-  SetBtnFind(QStringLiteral("Find"));
   const QString what = found ? QStringLiteral("Can't find next ") : QStringLiteral("Can't find ");
   msgBox_().ShowMsg(what + quoted, MsgButtons::Left, QStringLiteral("OK"), QString(),
-                    MsgIcon::Information, QStringLiteral("Can't find text"));
+                    MsgIcon::Information, title);
 }
 
 }  // namespace quillary

@@ -40,8 +40,7 @@ MainDialog::MainDialog(SharedData& shared)
       StatBar(new StatusBar(QStringLiteral("StatBar"))) {
   setObjectName(QStringLiteral("MainDialog"));
   LstNames->setAccessibleName(QStringLiteral("Names"));
-  // The list shows a record that cannot be read as an empty one; SetData tells why.
-  connect(LstNames, &ListBox::Click, this, [this] { static_cast<void>(LstNames_Click()); });
+  connect(LstNames, &ListBox::Click, this, [this] { TellFault(LstNames_Click()); });
   MakeDetails();
   MakeCopyBoxes();
   MakeButtons();

@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <array>
 #include <functional>
+#include <map>
+#include <string>
 
 #include "app/commands.h"
 #include "app/hub.h"
@@ -72,6 +74,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   int ItemData(int index) const override { return LstNames->ItemData(index); }
   int NewIndex() const override { return LstNames->NewIndex(); }
   void ShowReadOnly() override;
+  void NoteToldFault(RunTimeError error) override;
 
   // ListHooks
   void SetLines(const TextList& texts, const TextList& recordNumbers) override;
@@ -144,16 +147,17 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   void FindBox_LostFocus();
   void BtnFind_Click();
   // Searches the first `Count` lines of the list from the one after the selected line on, and round
-  // to that line itself. Where it finds one, CurListIndex is that line.
-  void FindFunction(std::int16_t Count, bool& Found);
+  // to that line itself. Where it finds one, CurListIndex is that line. Gives the error that kept
+  // records from being read, which were passed over.
+  RunTimeError FindFunction(std::int16_t Count, bool& Found);
   void ShowFound();
-  void TellNotFound(const QString& text, bool found);
+  void TellNotFound(const QString& text, bool found, RunTimeError error);
 
   bool AnythingToShow() const;
   void ShowNothing();
   RunTimeError ShowRecord();
-  // Tells the user that the selected record cannot be read; once, until it can be or another one
-  // is selected.
+  // Tells the user that the selected record cannot be read, `error` being what its reading came to.
+  // For all records of a file once, until one of them can be read.
   void TellFault(RunTimeError error);
   void EnableFind(bool enable);
   // Shows a copy flag's choice for a record that has the detail; otherwise an empty, disabled box.
@@ -168,8 +172,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   std::function<MsgBoxSnglTxt&()> msgBox_;
   QuillMnu quillMnu_;
   QPointer<QMessageBox> faultBox_;
-  std::string faultyRecordNo_;  // that was told
-  RunTimeError toldFault_ = RunTimeError::None;
+  std::map<std::string, RunTimeError> toldFaults_;  // by record file
   QPointer<QWidget> focusBefore_;  // what had the focus when the window was disabled
   CommandButton* defaultButton_ = nullptr;
   QString btnFindTag_;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "mainwindow/main_dialog.h"
 #include "platform/numbers.h"
@@ -33,8 +34,9 @@ void MainDialog::SetData() {
   EnableMain(true);
   SetPanel(1, QString());
   ShowReadOnly();
+  const bool isRecordShown = AnythingToShow();
   RunTimeError error = RunTimeError::None;
-  if (AnythingToShow()) {
+  if (isRecordShown) {
     error = ShowRecord();
   } else {
     ShowNothing();
@@ -43,16 +45,19 @@ void MainDialog::SetData() {
   SetPanel(3, company ? QStringLiteral("Company") : QStringLiteral("Name"));
   SetPanel(4, shared_.FilterOn ? QStringLiteral("Filter - ON") : QStringLiteral("Filter - OFF"));
   quillMnu_.SetChecks(shared_.ViewMode, shared_.FilterOn);
-  TellFault(error);
+  if (isRecordShown) TellFault(error);
+}
+
+void MainDialog::NoteToldFault(RunTimeError error) {
+  toldFaults_[records_->RecordFile(shared_.CurRecordNo)] = error;
 }
 
 void MainDialog::TellFault(RunTimeError error) {
   if (faultBox_ != nullptr) return;
-  const bool told = error == toldFault_ && shared_.CurRecordNo == faultyRecordNo_;
-  toldFault_ = error;
-  faultyRecordNo_ = shared_.CurRecordNo;
-  // Closing the box activates the window, which brings SetData here again.
-  if (told || error == RunTimeError::None) return;
+  // Closing the box activates the window, which brings SetData here again; and whoever goes through
+  // the list by the arrow keys would get a box for each name.
+  RunTimeError& told = toldFaults_[records_->RecordFile(shared_.CurRecordNo)];
+  if (std::exchange(told, error) == error || error == RunTimeError::None) return;
   const std::string number = SignedNumberText(static_cast<int>(error));
   faultBox_ = new QMessageBox(
       QMessageBox::NoIcon, QStringLiteral("Quillary"),

@@ -32,8 +32,9 @@ bool Records::RecordMatchesFilter(std::string_view RecNo) {
   return true;
 }
 
-void Records::BuildFilteredList() {
+void Records::BuildFilteredList(RunTimeError* error) {
   progress_.Begin("Please wait. Searching...", "");
+  RunTimeError firstError = RunTimeError::None;
   TextList kept;
   if (data_.NoOfRecords > 0) kept = data_.NamesRecNo;
   for (std::size_t i = 0; i < FilterFields.size(); ++i) {
@@ -47,6 +48,7 @@ void Records::BuildFilteredList() {
       progress_.Step(tested / count * 100);
       return !search.FirstKey(recNo);
     });
+    if (firstError == RunTimeError::None) firstError = search.Error();
   }
   data_.FilteredCount = static_cast<std::int16_t>(kept.size());
   if (kept.empty()) kept = {""};
@@ -55,6 +57,7 @@ void Records::BuildFilteredList() {
   data_.FilteredNamesRecNo = kept;
   data_.FilteredCompaniesRecNo = std::move(kept);
   progress_.End();
+  if (error != nullptr) *error = firstError;
 }
 
 // The full lists have the display strings.

@@ -8,7 +8,8 @@ namespace quillary {
 
 std::optional<Records::FoundEntry> Records::FindText(std::string_view text,
                                                      const std::vector<Field>& fields,
-                                                     const TextList& recordNos, std::size_t start) {
+                                                     const TextList& recordNos, std::size_t start,
+                                                     RunTimeError* error) {
   progress_.Begin("Please wait. Searching...", "");
   std::vector<std::string> keys;
   keys.reserve(fields.size());
@@ -24,6 +25,7 @@ std::optional<Records::FoundEntry> Records::FindText(std::string_view text,
     if (key) found = FoundEntry{index, *key};
   }
   progress_.End();
+  if (error != nullptr) *error = search.Error();
   return found;
 }
 

@@ -24,7 +24,10 @@ class RecordSearch {
                std::vector<std::string> keys);
 
   // The index of the first of the keys whose value in the record contains the text.
+  // A record whose file cannot be read contains nothing.
   std::optional<std::size_t> FirstKey(std::string_view recNo);
+  // The first error that kept a record file from being read; a missing file is none.
+  RunTimeError Error() const { return snapshot_.Error(); }
 
  private:
   // For each record of a file the index of the key, or the number of keys.

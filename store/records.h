@@ -150,19 +150,24 @@ class Records {
 
   // The entry after `start` (then round from the first one up to `start` itself) whose record has
   // `text` in one of the fields, upper and lower case being the same; nothing if there is none.
-  // `recordNos`: the entries' record numbers. Reports its progress and lets events run.
+  // `recordNos`: the entries' record numbers. Records in a file that cannot be read are passed
+  // over; `error` tells why the first such file could not be. Reports its progress and lets events
+  // run.
   struct FoundEntry {
     std::size_t Index = 0;     // of the entry
     std::size_t KeyIndex = 0;  // of the first field in `fields` that has the text
   };
   std::optional<FoundEntry> FindText(std::string_view text, const std::vector<Field>& fields,
-                                     const TextList& recordNos, std::size_t start);
+                                     const TextList& recordNos, std::size_t start,
+                                     RunTimeError* error = nullptr);
 
   // Whether the record's fields contain every criterion that is not empty, upper and lower case
   // being the same.
   bool RecordMatchesFilter(std::string_view RecNo);
   // Puts the numbers of the matching live records, in name order, into both filtered number lists.
-  void BuildFilteredList();
+  // Records in a file that cannot be read do not match; `error` tells why the first such file could
+  // not be.
+  void BuildFilteredList(RunTimeError* error = nullptr);
   // Reads the display strings of the filtered records.
   void GetFilteredNamesList();
 

@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/dialogs/dialog_fixture.h"
 
 namespace quillary::test {
@@ -116,21 +118,31 @@ TEST_F(EditDialogTest, NameAndCompanyMustNotBothBeEmpty) {
   EXPECT_EQ(Stored("0", "Sal") + "|" + Stored("0", "ShowName"), "|( Bell )");
 }
 
+// Nor copied, nor deleted.
 TEST_F(EditDialogTest, ARecordThatCannotBeReadIsNotEdited) {
   Add({{LastName, "Lee"}});
   Show();
-  Disk.Reset();
-  Disk.FailAt(1, RunTimeError::PermissionDenied, true);
+  const std::string record = Folder.ReadFile("quill0.dat");
+  Folder.MakeUnreadable("quill0.dat");
+  QStringList titles;
   {
     MsgBoxAnswerer answerer;
     Edit.ShowEditDialog();
-    ASSERT_EQ(answerer.Seen.size(), 1U);
-    EXPECT_EQ(answerer.Seen[0].first, QStringLiteral("Edit Name"));
+    New.ShowDuplicateDialog();
+    Delete.ShowDeleteDialog();
+    for (const auto& [title, text] : answerer.Seen) titles << title;
   }
-  Disk.Reset();
-  EXPECT_FALSE(Edit.isVisible());
-  EXPECT_TRUE(Main.isEnabled());
-  if (auto* box = Main.findChild<QMessageBox*>()) box->close();
+  EXPECT_EQ(titles.join(QLatin1Char('|')).toStdString(),
+            "Edit Name|New Name - Duplicate|Delete Name");
+  EXPECT_FALSE(Edit.isVisible() || New.isVisible() || Delete.isVisible());
+  Main.activateWindow();
+  ASSERT_TRUE(WaitUntilActive(Main));
+  EXPECT_EQ(Main.findChild<QMessageBox*>(), nullptr) << "it has been told";
+  std::filesystem::remove(Folder.File("quill0.dat"));
+  Folder.WriteFile("quill0.dat", record);
+  OpenDelete(0);
+  Click(Delete, "BtnCancel");
+  ExpectClosed();
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ class FilterDialogTest : public MainFixture {
     QTest::keyClick(Dialog.focusWidget(), Qt::Key_Return);
   }
 
-  FilterDialog Dialog{Shared, Store, Main, ProgressWindow};
+  FilterDialog Dialog{Shared, Store, Main, ProgressWindow, SingleText};
 };
 
 TEST_F(FilterDialogTest, NarrowsTheListAndWidensItAgain) {
@@ -80,6 +80,17 @@ TEST_F(FilterDialogTest, KeepsItsCriteriaUnlessCancelled) {
 
   Filter({{"TxtFirstName", ""}});  // not "ann": that was cancelled
   EXPECT_EQ(ListTexts(), (Texts{"Brandt, Ann", "SANDERS, Cid"}));
+}
+
+TEST_F(FilterDialogTest, TellsOfRecordsThatCannotBeRead) {
+  Show();
+  Folder.MakeUnreadable("quill0.dat");
+  MsgBoxAnswerer ok;
+  Filter({{"TxtLastName", "an"}});
+  ASSERT_EQ(ok.Seen.size(), 1U);
+  EXPECT_EQ(ok.Seen[0].first, QStringLiteral("Quillary Filter"));
+  EXPECT_TRUE(ListTexts().empty());
+  EXPECT_TRUE(Main.isEnabled());
 }
 
 TEST_F(FilterDialogTest, SurvivesBeingClosedWhileItSearches) {

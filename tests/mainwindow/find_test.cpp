@@ -119,6 +119,21 @@ TEST_F(FindTest, WhatIsNotFoundIsSaidAndNothingElseChanges) {
   ExpectAtRest();
 }
 
+// Not that the text is nowhere.
+TEST_F(FindTest, RecordsThatCannotBeReadAreTold) {
+  Show();
+  Folder.MakeUnreadable("quill0.dat");
+  MsgBoxAnswerer ok;
+  Find("bell");
+  ASSERT_EQ(ok.Seen.size(), 1U);
+  EXPECT_EQ(ok.Seen[0].second, QStringLiteral("Some records could not be read:\n"
+                                              "the file or folder cannot be used."));
+  Main.activateWindow();
+  ASSERT_TRUE(WaitUntilActive(Main));
+  EXPECT_EQ(Main.findChild<QMessageBox*>(), nullptr) << "it has been told";
+  ExpectAtRest();
+}
+
 TEST_F(FindTest, EnterSearchesFromTheFindBoxAndCopiesElsewhere) {
   Show();
   auto& find = Control<CommandButton>(Main, "BtnFind");

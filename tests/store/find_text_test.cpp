@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <random>
 
 #include "tests/support/store_world.h"
@@ -39,6 +40,25 @@ TEST_F(FindTextTest, GoesFromTheSelectedEntryRoundToIt) {
   EXPECT_EQ(Find("an", 0), "");
   World.Filter({"nobody"});
   EXPECT_EQ(Find("c", 0), "");
+}
+
+TEST_F(FindTextTest, WhatCannotBeReadIsPassedOverAndToldButNotWhatIsMissing) {
+  World.Add("Ann", "");
+  ASSERT_EQ(World.Store.WriteHeaderEntry("TotalNoOfRecords", "100"), RunTimeError::None);
+  World.Add("Anna", "");
+  World.Data.FilterCriteria[0] = "ann";
+  std::filesystem::remove(World.Folder.File("quill0.dat"));
+  for (const RunTimeError expected : {RunTimeError::None, RunTimeError::PathAccess}) {
+    RunTimeError error = RunTimeError::DeviceError;
+    const auto found = World.Store.FindText("ann", NameFields, World.Lines.RecNos, 1, &error);
+    EXPECT_TRUE(found && found->Index == 1);
+    EXPECT_EQ(error, expected);
+    error = RunTimeError::DeviceError;
+    World.Store.BuildFilteredList(&error);
+    EXPECT_EQ(World.Data.FilteredNamesRecNo, TextList{"100"});
+    EXPECT_EQ(error, expected);
+    World.Folder.MakeUnreadable("quill0.dat");
+  }
 }
 
 TEST_F(FindTextTest, SearchesTheGivenFieldsInTheirOrder) {

@@ -40,4 +40,9 @@ void TempFolder::WriteFile(const std::string& name, const std::string& bytes) co
   if (!stream.flush()) throw std::runtime_error("cannot write " + File(name));
 }
 
+void TempFolder::MakeUnreadable(const std::string& name) const {
+  std::filesystem::remove(File(name));
+  std::filesystem::create_directory(File(name));
+}
+
 }  // namespace quillary::test

@@ -22,6 +22,8 @@ class TempFolder {
   // The bytes of its files whose names end so, by name; those of a folder are "folder".
   std::map<std::string, std::string> Files(std::string_view ending = {}) const;
   void WriteFile(const std::string& name, const std::string& bytes) const;
+  // A folder takes the file's place, which nobody can read.
+  void MakeUnreadable(const std::string& name) const;
 
  private:
   std::string path_;

@@ -30,6 +30,7 @@ class FakeHub : public Hub {
   int ItemData(int) const override { return -1; }
   int NewIndex() const override { return -1; }
   void ShowReadOnly() override {}
+  void NoteToldFault(RunTimeError /*error*/) override {}
 
   bool IsEnabled() const { return Window.isEnabled(); }
 

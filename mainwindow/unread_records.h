@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+#include "auxiliary/msg_box.h"
+#include "platform/run_time_error.h"
+
+namespace quillary {
+
+// Tells why a search could not look into some of the records; returns when the user has answered.
+void TellUnreadRecords(MsgBoxSnglTxt& box, RunTimeError error, const QString& title);
+
+}  // namespace quillary
