@@ -1,8 +1,11 @@
 #include "auxiliary/detail_label.h"
 
+#include <QHelpEvent>
 #include <QPainter>
+#include <QTextDocument>
 #include <QTextLayout>
 #include <QTextOption>
+#include <QToolTip>
 #include <algorithm>
 #include <utility>
 
@@ -10,6 +13,25 @@
 #include "platform/desktop/twips.h"
 
 namespace quillary {
+namespace {
+
+// A tool tip wraps only between words, and an address may be one word of any length.
+QString WithBreaks(const QString& text) {
+  constexpr int kLongest = 60;
+  QString broken;
+  int length = 0;
+  for (const QChar c : text) {
+    length = c.isSpace() ? 0 : length + 1;
+    if (length > kLongest && !c.isLowSurrogate()) {
+      broken += QChar(0x200B);  // takes no room
+      length = 1;
+    }
+    broken += c;
+  }
+  return broken;
+}
+
+}  // namespace
 
 DetailLabel::DetailLabel(const QString& name, const QString& accessibleName, Shape shape)
     : shape_(shape) {
@@ -55,6 +77,17 @@ void DetailLabel::mouseMoveEvent(QMouseEvent* /*event*/) {
   Q_EMIT MouseMove();
 }
 
+bool DetailLabel::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QLabel::event(event);
+  // Far more than the screen has room for is of no use.
+  constexpr std::size_t kMost = 4000;
+  const QString tip = isCut_ ? Qt::convertFromPlainText(WithBreaks(ManyLines(caption_, kMost)),
+                                                        Qt::WhiteSpaceNormal)
+                             : QString();
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
+  return true;
+}
+
 void DetailLabel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   if (colour_ == Colour::Found) {
@@ -62,19 +95,23 @@ void DetailLabel::paintEvent(QPaintEvent* /*event*/) {
   } else if (colour_ == Colour::Highlighted && isEnabled()) {
     painter.setPen(QColor(0, 0, 192));
   } else {
-    painter.setPen(palette().color(QPalette::WindowText));
+    const bool isGrey = !isEnabledTo(window());
+    painter.setPen(
+        palette().color(isGrey ? QPalette::Disabled : QPalette::Active, QPalette::WindowText));
   }
   if (shape_ == Shape::Block) {
     PaintBlock(painter);
     return;
   }
   const QString line = OneLine(caption_, static_cast<std::size_t>(width()));
-  painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                   fontMetrics().elidedText(line, Qt::ElideRight, width()));
+  const QString shown = fontMetrics().elidedText(line, Qt::ElideRight, width());
+  isCut_ = shown != line;
+  painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
 }
 
 // Whole lines only; the last one tells whether there is more.
-void DetailLabel::PaintBlock(QPainter& painter) const {
+void DetailLabel::PaintBlock(QPainter& painter) {
+  isCut_ = false;
   const int pitch = fontMetrics().lineSpacing();
   const int lines = std::max(1, height() / pitch);
   // No text of so many characters fits.
@@ -82,7 +119,7 @@ void DetailLabel::PaintBlock(QPainter& painter) const {
   const int limit = lines * std::max(1, width() / narrow);
   const QString text = ManyLines(caption_, static_cast<std::size_t>(limit))
                            .replace(QLatin1Char('\n'), QChar::LineSeparator);
-  QTextLayout layout(text, font(), const_cast<DetailLabel*>(this));
+  QTextLayout layout(text, font(), this);
   QTextOption option(Qt::AlignLeft | Qt::AlignTop);
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   layout.setTextOption(option);
@@ -94,6 +131,7 @@ void DetailLabel::PaintBlock(QPainter& painter) const {
     line.setPosition(QPointF(0, i * pitch));
     const qsizetype start = line.textStart();
     if (i < lines - 1 || start + line.textLength() >= text.size()) continue;
+    isCut_ = true;
     // The line as far as it goes, and its mark.
     const QString rest = text.mid(start).section(QChar::LineSeparator, 0, 0) + QChar(0x2026);
     painter.drawText(QRect(0, i * pitch, width(), pitch), Qt::AlignLeft | Qt::TextSingleLine,

@@ -9,7 +9,8 @@ namespace quillary {
 
 // One line of a record's details, or a block of lines that wrap. It takes any text as it is, at the
 // same cost however long: its caption is the whole text, of which it paints what fits, with "…"
-// where there is more.
+// where there is more; then the tool tip tells it whole. While the window is disabled, and not the
+// line by itself, the text stays as it is.
 class DetailLabel : public QLabel {
   Q_OBJECT
 
@@ -34,17 +35,19 @@ class DetailLabel : public QLabel {
   void MouseMove();
 
  protected:
+  bool event(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
   int LineHeight() const;
-  void PaintBlock(QPainter& painter) const;
+  void PaintBlock(QPainter& painter);
 
   Shape shape_;
   std::string caption_;
   Colour colour_ = Colour::Normal;
+  bool isCut_ = false;  // what was painted last
 };
 
 }  // namespace quillary

@@ -104,6 +104,11 @@ void ListBox::keyboardSearch(const QString& letter) {
   if (!found.isEmpty()) setCurrentIndex(found.first());
 }
 
+void ListBox::initViewItemOption(QStyleOptionViewItem* option) const {
+  QListView::initViewItemOption(option);
+  if (isEnabledTo(window())) option->state |= QStyle::State_Enabled;
+}
+
 void ListBox::keyPressEvent(QKeyEvent* event) {
   // The view would copy what it shows of the line, over what the user has copied.
   if (event->matches(QKeySequence::Copy)) {

@@ -35,7 +35,8 @@ class Lines : public QAbstractListModel {
 };
 
 // A list of text lines with item data, of which one is selected. Lines that are out of range are
-// ignored. Typing a letter selects the next line that begins with it.
+// ignored. Typing a letter selects the next line that begins with it. While the window is disabled,
+// and not the box by itself, the texts stay as they are.
 class ListBox : public QListView {
   Q_OBJECT
 
@@ -69,6 +70,7 @@ class ListBox : public QListView {
   void DblClick();
 
  protected:
+  void initViewItemOption(QStyleOptionViewItem* option) const override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

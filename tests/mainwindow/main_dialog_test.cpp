@@ -3,7 +3,10 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QElapsedTimer>
+#include <QHelpEvent>
 #include <QSignalSpy>
+#include <QToolTip>
+#include <algorithm>
 
 #include "tests/support/data_set.h"
 #include "tests/support_qt/main_fixture.h"
@@ -281,6 +284,42 @@ TEST_F(MainDialogTest, TellsOnceThatRecordsCannotBeRead) {
     Disk.Reset();
     Main.SetData();  // from now on it is new
   }
+}
+
+TEST_F(MainDialogTest, NamesAndDetailsAreLegibleUnderADialog) {
+  Add({{LastName, "Lee"}});
+  Add({{LastName, "Moss"}});
+  Show();
+  QWidget& list = *Control<ListBox>(Main, "LstNames").viewport();
+  const auto darkest = [](QWidget& control) {
+    const QImage image = control.grab().toImage();
+    int grey = 255;
+    for (int x = 0; x < image.width(); ++x) {
+      for (int y = 0; y < image.height(); ++y) grey = std::min(grey, qGray(image.pixel(x, y)));
+    }
+    return grey;
+  };
+  const int name = darkest(list);
+  const int detail = darkest(Label(0));
+  Main.EnableMain(false);
+  EXPECT_EQ(darkest(list), name);
+  EXPECT_EQ(darkest(Label(0)), detail);
+  Label(0).setEnabled(false);
+  EXPECT_GT(darkest(Label(0)), detail + 50);
+}
+
+TEST_F(MainDialogTest, TheToolTipTellsALineThatDoesNotFit) {
+  const std::string end = "the <b>end</b>";
+  Add({{LastName, "Lee"}, {Company, std::string(300, 'x') + end}});
+  Show();
+  Main.grab();
+  const auto tip = [this](int line) {
+    QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), Label(line).mapToGlobal(QPoint(1, 1)));
+    QApplication::sendEvent(&Label(line), &event);
+    return QToolTip::text();
+  };
+  EXPECT_EQ(tip(0), QString());
+  EXPECT_TRUE(tip(2).contains(QString::fromStdString(end).toHtmlEscaped()));
 }
 
 TEST_F(MainDialogTest, AMegabyteIsShownAtOnceAndCopiedWhole) {
