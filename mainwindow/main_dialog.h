@@ -93,6 +93,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   void MakeButtons();
   void MakeFind();
   void LayOut();
+  void SetTabOrder();
 
   void Form_Activate();
   // The button that Enter presses where no button has the focus.

@@ -2,14 +2,13 @@
 #include <QHBoxLayout>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <vector>
 
 #include "mainwindow/main_dialog.h"
 #include "platform/desktop/one_line_text.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
-
-// Controls are made in tab order.
 
 void MainDialog::MakeDetails() {
   DetailsPanel->setObjectName(QStringLiteral("DetailsPanel"));
@@ -92,6 +91,16 @@ void MainDialog::MakeFind() {
   CboSrchIn->setCurrentIndex(-1);
 }
 
+// As the controls stand on the screen, from the left to the right and the find frame below.
+void MainDialog::SetTabOrder() {
+  std::vector<QWidget*> controls{LstNames, DetailsPanel};
+  controls.insert(controls.end(), ChkCopy.begin(), ChkCopy.end());
+  controls.insert(controls.end(),
+                  {BtnCopy, BtnNew, BtnEdit, BtnDelete, BtnFilter, BtnDial, BtnExchange, BtnSetup,
+                   BtnAbout, BtnExit, TxtFind, BtnFind, CboSrchIn});
+  for (std::size_t i = 1; i < controls.size(); ++i) setTabOrder(controls[i - 1], controls[i]);
+}
+
 void MainDialog::LayOut() {
   auto* details = new QVBoxLayout(DetailsPanel);
   details->setContentsMargins(Px(90), Px(60), Px(90), Px(60));
@@ -143,6 +152,7 @@ void MainDialog::LayOut() {
   inside->setLayout(grid);
   setCentralWidget(inside);
   setStatusBar(StatBar);
+  SetTabOrder();
   // Wide enough for the hints, but no wider than the screen in a large font.
   const QSize room = screen()->availableSize();
   resize(QSize(Px(10200), Px(6000)).boundedTo(room));

@@ -286,6 +286,20 @@ TEST_F(MainDialogTest, TellsOnceThatRecordsCannotBeRead) {
   }
 }
 
+TEST_F(MainDialogTest, TabGoesAsTheControlsStand) {
+  Add({{LastName, "Lee"}, {Company, "Acme"}});
+  Show();
+  Control<QWidget>(Main, "LstNames").setFocus();
+  QStringList names;
+  do {
+    PressKey(Main, Qt::Key_Tab);
+    names << Main.focusWidget()->objectName();
+  } while (names.back() != QStringLiteral("LstNames") && names.size() < 30);
+  EXPECT_EQ(names.join(QLatin1Char(' ')).toStdString(),
+            "DetailsPanel ChkCopyName ChkCopyCompany BtnCopy BtnNew BtnEdit BtnDelete BtnFilter "
+            "BtnDial BtnExchange BtnSetup BtnAbout BtnExit TxtFind BtnFind CboSrchIn LstNames");
+}
+
 TEST_F(MainDialogTest, NamesAndDetailsAreLegibleUnderADialog) {
   Add({{LastName, "Lee"}});
   Add({{LastName, "Moss"}});
