@@ -44,35 +44,53 @@ void BackUp::BackUpToDisk() {
   std::optional<std::string> folder =
       backUpFolder_.Choose(BackUpTitle(), BackUpFolder::Use::BackUp);
   while (folder && !opening_.HasEnded()) {
-    ShowWait(QStringLiteral("Please wait while backing up the data..."));
     CopyFault fault = CopyFault::None;
-    const RunTimeError error = BackUpFiles(profile_, shared_, *folder, &fault,
-                                           [this](bool isDecided) { return RunEvents(isDecided); });
-    EndWait();
+    const RunTimeError error = CopyTo(*folder, fault);
     if (opening_.HasEnded()) return;
-    if (error == RunTimeError::None) {
+    if (fault == CopyFault::None) {
       backUpFolder_.Remember();
       return;
     }
-    if (fault == CopyFault::NotWhole) {
-      Tell(QStringLiteral("The data files are not complete: some are missing or empty.\r"
-                          "There is no new backup."),
-           BackUpTitle());
-      return;
-    }
+    // The user does not agree.
+    if (fault == CopyFault::NotWhole || fault == CopyFault::WouldEmpty) return;
     if (fault == CopyFault::Data) {
       Tell(QStringLiteral("The data files could not be read: %1.\rThere is no new backup.")
                .arg(ErrorText(error)),
            BackUpTitle());
       return;
     }
-    if (!AskToRetry(QStringLiteral("Drive A: is not ready.\r"
-                                   "Please insert a formated disk into the drive."),
-                    QStringLiteral("Drive not ready"))) {
-      return;
-    }
+    if (!AskForOtherDisk(error, fault)) return;
     folder = backUpFolder_.ChooseAgain();
   }
+}
+
+RunTimeError BackUp::CopyTo(const std::string& folder, CopyFault& fault) {
+  const auto copy = [&](bool isAgreed) {
+    ShowWait(QStringLiteral("Please wait while backing up the data..."));
+    const RunTimeError error = BackUpFiles(
+        profile_, shared_, folder, &fault, [this](bool isDecided) { return RunEvents(isDecided); },
+        isAgreed);
+    EndWait();
+    return error;
+  };
+  const RunTimeError error = copy(false);
+  QString question;
+  if (fault == CopyFault::NotWhole) {
+    question = QStringLiteral(
+        "The data files are damaged: some names may be missing.\r"
+        "Should I back up what is there?");
+  } else if (fault == CopyFault::WouldEmpty) {
+    question = QStringLiteral(
+        "There are no names to back up, but there is a backup with names.\r"
+        "Should I replace it?");
+  } else {
+    return error;
+  }
+  if (opening_.HasEnded()) return error;
+  return Ask(question, MsgButtons::BothRightDefault, QStringLiteral("Continue"),
+             MsgIcon::Exclamation, BackUpTitle())
+             ? copy(true)
+             : error;
 }
 
 void BackUp::RestoreFromDisk() {
@@ -102,6 +120,23 @@ bool BackUp::AskToRetry(const QString& text, const QString& title) {
 void BackUp::Tell(const QString& text, const QString& title) {
   msgBoxSnglTxt_.ShowMsg(text, MsgButtons::Left, QStringLiteral("OK"), QString(), MsgIcon::Critical,
                          title);
+}
+
+// Where a backup could not be written; false: the user gave up.
+bool BackUp::AskForOtherDisk(RunTimeError error, CopyFault fault) {
+  if (fault == CopyFault::WouldReplace) {
+    return AskToRetry(QStringLiteral("The data files are damaged and must not replace a backup.\r"
+                                     "Please choose a folder that holds none."),
+                      BackUpTitle());
+  }
+  if (error == RunTimeError::DiskFull) {
+    return AskToRetry(QStringLiteral("The disk in drive A: is full.\r"
+                                     "Please take another one, or remove files from it."),
+                      QStringLiteral("Disk full"));
+  }
+  return AskToRetry(QStringLiteral("Drive A: is not ready.\r"
+                                   "Please insert a formated disk into the drive."),
+                    QStringLiteral("Drive not ready"));
 }
 
 // The timer writes at times, which must not happen to files that are being replaced.
@@ -147,22 +182,33 @@ bool BackUp::TellIfInUse() {
 }
 
 std::optional<RunTimeError> BackUp::Restore(const std::string& folder, CopyFault& fault) {
-  const auto restore = [&](bool copiesAside) {
+  RestoreChoice choice;
+  while (true) {
     ShowWait(QStringLiteral("Please wait while restoring the data..."));
     const std::optional<RunTimeError> result = RestoreFiles(
         profile_, shared_, folder, &fault, [this](bool isDecided) { return RunEvents(isDecided); },
-        copiesAside);
+        choice);
     EndWait();
-    return result;
-  };
-  std::optional<RunTimeError> result = restore(true);
-  if (fault != CopyFault::SafetyCopy || opening_.HasEnded()) return result;
-  const bool goesOn = Ask(QStringLiteral("The existing data could not be copied aside: %1.\r"
-                                         "If you continue they will be lost!")
-                              .arg(ErrorText(*result)),
-                          MsgButtons::BothRightDefault, QStringLiteral("Continue"),
-                          MsgIcon::Exclamation, RestoreTitle());
-  return goesOn && !TellIfInUse() ? restore(false) : result;
+    if (opening_.HasEnded()) return result;
+    QString question;
+    if (fault == CopyFault::NotWhole) {
+      question = QStringLiteral(
+          "The data on the disk are damaged: some names may be missing.\r"
+          "Should I restore them all the same?");
+      choice.EvenNotWhole = true;
+    } else if (fault == CopyFault::SafetyCopy) {
+      question = QStringLiteral(
+                     "The existing data could not be copied aside: %1.\r"
+                     "If you continue they will be lost!")
+                     .arg(ErrorText(*result));
+      choice.CopiesAside = false;
+    } else {
+      return result;
+    }
+    const bool goesOn = Ask(question, MsgButtons::BothRightDefault, QStringLiteral("Continue"),
+                            MsgIcon::Exclamation, RestoreTitle());
+    if (!goesOn || TellIfInUse()) return result;
+  }
 }
 
 // Where nothing was restored because of the disk; false: the user gave up.
@@ -192,7 +238,9 @@ bool BackUp::RestoreFrom(std::optional<std::string> folder) {
     if (TellIfInUse()) return false;
     CopyFault fault = CopyFault::None;
     const std::optional<RunTimeError> result = Restore(*folder, fault);
-    if (opening_.HasEnded() || fault == CopyFault::SafetyCopy) return false;
+    // The user does not agree.
+    const bool isRefused = fault == CopyFault::NotWhole || fault == CopyFault::SafetyCopy;
+    if (opening_.HasEnded() || isRefused) return false;
     if (fault == CopyFault::None) {
       backUpFolder_.Remember();
       return true;

@@ -23,7 +23,8 @@ namespace quillary {
 // The commands "Create BackUp" and "Restore from BackUp": the data files are copied to a folder
 // that the user chooses, and back. The texts speak of the disk in drive A:, whose place it takes.
 //
-// A backup is whole, or what was there before it. A restore replaces all data files or none; with
+// A backup is whole, or what was there before it; of damaged data one is made only where there is
+// none, if the user agrees. A restore replaces all data files or none; with
 // it the data that were there are copied aside, in their own folder, and the user is asked where
 // that cannot be done. Copies made in this way can be restored, too. Events run while files are
 // copied; if the program is asked to end then, nothing is copied.
@@ -43,6 +44,8 @@ class BackUp {
            const QString& title);
   bool AskToRetry(const QString& text, const QString& title);
   void Tell(const QString& text, const QString& title);
+  RunTimeError CopyTo(const std::string& folder, CopyFault& fault);
+  bool AskForOtherDisk(RunTimeError error, CopyFault fault);
   void ShowWait(const QString& text);
   void EndWait();
   bool TellIfInUse();

@@ -15,40 +15,51 @@ namespace quillary {
 // older copies of files that are no more among them. Folders are program paths that end in a
 // separator. Not to be called inside a group.
 //
-// A set of files is whole if it has a header as OpenDataFile would take it, and the file of every
-// record in its list, none of them empty. What is not whole is neither backed up nor restored.
+// A set of files is whole if it has a header as OpenDataFile would take it, and every record of its
+// lists. What is not whole replaces no copies, and takes the data's place only if the user wants
+// it.
 
 // What an error of a backup or a restore has to do with.
 enum class CopyFault : std::uint8_t {
   None,
-  Data,        // the data files could not be read for a backup, or not be written by a restore
-  NotWhole,    // the data files are not whole
-  Medium,      // the copies could not be written by a backup, or not be read for a restore
-  Unfinished,  // with the copies is a backup that was stopped, which cannot be completed
-  SafetyCopy,  // the data could not be copied aside
+  Data,          // the data files could not be read for a backup, or not be written by a restore
+  NotWhole,      // what is to be copied is not whole; the user may agree to it
+  WouldReplace,  // it is not whole, and there are copies already
+  WouldEmpty,    // data without a record would replace a backup with some; the user may agree to it
+  Medium,        // the copies could not be written by a backup, or not be read for a restore
+  Unfinished,    // with the copies is a backup that was stopped, which cannot be completed
+  SafetyCopy,    // the data could not be copied aside
 };
 
 // Copies every "*.dat" of DataPath to `Destination`, or to DataPath itself: all of them, durably,
-// or (on an error) none. Copies beside the data may lack files as the data do; but without a header
-// they are not made (FileNotFound). `goesOn`: see Profile::CopyFiles.
+// or (on an error) none. Without a header they are not made (FileNotFound); copies beside the data
+// may else lack what the data do. `isAgreed`: the user has agreed to the fault that was returned
+// for this folder. `goesOn`: see Profile::CopyFiles.
 RunTimeError BackUpFiles(Profile& profile, const StoreData& data, std::string_view Destination,
-                         CopyFault* fault = nullptr, const Profile::GoesOn& goesOn = {});
+                         CopyFault* fault = nullptr, const Profile::GoesOn& goesOn = {},
+                         bool isAgreed = false);
+
+// What the user wants of a restore.
+struct RestoreChoice {
+  bool EvenNotWhole = false;
+  bool CopiesAside = true;
+};
 
 // Copies every "*.old" of `Source` back, in place of the data files, which are copied aside
-// (NAME.OLD in DataPath) unless `copiesAside` is false: all of that, durably, or nothing of it. So
+// (NAME.OLD in DataPath) unless that is not wanted: all of that, durably, or nothing of it. So
 // the copies in DataPath itself can be the source; they and the data change places.
 //
-// No result: the copies in `Source` are not whole, or there is no such folder. NotReady with the
-// fault Medium: the copies were there and are there no more. Where DataPath failed while the files
-// were given their names already, the next opening (Profile::Recover) goes on with it. Nothing in
-// memory changes: the data files are to be opened anew, whatever the result.
+// No result: there are no copies with a header in `Source`, or there is no such folder. NotReady
+// with the fault Medium: the copies were there and are there no more. Where DataPath failed while
+// the files were given their names already, the next opening (Profile::Recover) goes on with it.
+// Nothing in memory changes: the data files are to be opened anew, whatever the result.
 //
 // A data file takes the name that the data file in use has; where there was none it is NAME.DAT. A
 // file whose name differs from one in use by case alone is out of use: it becomes name.spare.
 std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data,
                                          std::string_view Source, CopyFault* fault = nullptr,
                                          const Profile::GoesOn& goesOn = {},
-                                         bool copiesAside = true);
+                                         const RestoreChoice& choice = {});
 
 // Whether there is a header among the copies beside the data files.
 bool HasSafetyCopy(Profile& profile, const StoreData& data);

@@ -8,6 +8,7 @@
 #include <deque>
 #include <filesystem>
 
+#include "auxiliary/message_text.h"
 #include "store/backup.h"
 #include "tests/support_qt/main_fixture.h"
 
@@ -56,7 +57,8 @@ class User : public QObject {
     // The offscreen platform does not activate a window again when one in front of it closes.
     const QWidget* active = QApplication::activeWindow();
     if (window == nullptr || (active != nullptr && active != window)) return;
-    const auto* text = window->findChild<QLabel*>(QStringLiteral("Text1"));
+    const auto* text = window->findChild<MessageText*>(QStringLiteral("Text1"));
+    EXPECT_TRUE(text == nullptr || text->Shown() == text->text()) << "too long for the box";
     Seen.push_back(window->windowTitle().toStdString() + "|" +
                    (text == nullptr ? std::string() : text->text().toStdString()));
     if (actions_.empty()) {
@@ -162,14 +164,16 @@ TEST_F(BackUpTest, BacksUpToTheFolderThatIsChosenAsOftenAsItTakes) {
   EXPECT_TRUE(Main.isEnabled());
   EXPECT_FALSE(Waiting.isVisible());
 
-  // A medium that cannot be written; the user gives up.
+  // A medium that is full; the user gives up.
   fs::remove(Medium.File("QUILL0.OLD"));
   Disk.FailWrites(RunTimeError::DiskFull);
   User user;
   user.PressesKey(Qt::Key_Return).PressesKey(Qt::Key_Return).PressesKey(Qt::Key_Escape);
   Commands.BackUpToDisk();
   Disk.Reset();
-  EXPECT_EQ(user.Seen.back(), NotReady);
+  EXPECT_EQ(user.Seen.back(),
+            "Disk full|The disk in drive A: is full.\n"
+            "Please take another one, or remove files from it.");
   EXPECT_FALSE(IsBackedUp(Medium.Path()));
   EXPECT_TRUE(Main.isEnabled());
 }
@@ -294,14 +298,46 @@ TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
                                     "A backup was stopped and cannot be completed now: the file or "
                                     "folder cannot be used.\nPlease make the disk writable.");
   }
+  fs::remove(Medium.File("quill.jnl"));
   fs::remove(Folder.File("quill0.dat"));
+  const TempFolder empty;
+  {
+    User user;
+    user.Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK").Chooses(empty.Path());
+    user.Presses("BtnOK");
+    Commands.BackUpToDisk();
+    EXPECT_EQ(user.Seen[2],
+              "Back Up|The data files are damaged and must not replace a backup.\n"
+              "Please choose a folder that holds none.");
+    EXPECT_EQ(user.Seen.back(),
+              "Back Up|The data files are damaged: some names may be missing.\n"
+              "Should I back up what is there?");
+  }
+  EXPECT_TRUE(fs::exists(empty.File("QUILL.OLD")));
   User user;
-  user.Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK");
-  Commands.BackUpToDisk();
-  EXPECT_EQ(user.Seen.back(),
-            "Back Up|The data files are not complete: some are missing or empty.\n"
-            "There is no new backup.");
-  EXPECT_EQ(LastFolder(), "");
+  user.Presses("BtnOK").Presses("BtnOK").Chooses(empty.Path()).PressesKey(Qt::Key_Return);
+  Commands.RestoreFromDisk();
+  EXPECT_EQ(user.Seen.back(), Choosing +
+                                  "The data on the disk are damaged: some names may be missing.\n"
+                                  "Should I restore them all the same?");
+  EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD")));
+}
+
+TEST_F(BackUpTest, AsksBeforeAnEmptyBackupReplacesOneWithNames) {
+  MakeBackUp();
+  ASSERT_EQ(Store.WriteNewHeader(), RunTimeError::None);
+  const std::string backup = Medium.ReadFile("QUILL.OLD");
+  Show();
+  for (const bool goesOn : {false, true}) {
+    User user;
+    user.Presses("BtnOK").Chooses(Medium.Path());
+    goesOn ? user.Presses("BtnOK") : user.PressesKey(Qt::Key_Return);
+    Commands.BackUpToDisk();
+    EXPECT_EQ(user.Seen.back(),
+              "Back Up|There are no names to back up, but there is a backup with names.\n"
+              "Should I replace it?");
+    EXPECT_EQ(Medium.ReadFile("QUILL.OLD") == backup, !goesOn);
+  }
 }
 
 // Whichever window is open when the program is asked to end, nothing is done after it.

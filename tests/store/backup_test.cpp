@@ -144,11 +144,73 @@ TEST_F(BackupTest, DataThatAreNotWholeReplaceNoBackup) {
   fs::remove(World.Folder.File("quill1.dat"));
   const Files before = Medium.Files();
   EXPECT_NE(BackUp(), RunTimeError::None);
-  EXPECT_EQ(Fault, CopyFault::NotWhole);
+  EXPECT_EQ(Fault, CopyFault::WouldReplace);
+  EXPECT_EQ(Medium.Files(), before);
+  EXPECT_NE(BackUpFiles(World.Access, World.Data, Stick, &Fault, {}, true), RunTimeError::None);
   EXPECT_EQ(Medium.Files(), before);
   // They are copied aside all the same, before something whole takes their place.
   EXPECT_EQ(Restore(), RunTimeError::None);
   EXPECT_TRUE(fs::exists(World.Folder.File("QUILL0.OLD")) && DataAreWhole());
+}
+
+// What a damaged file may have lost: a record, the way to it, the count that would tell.
+TEST_F(BackupTest, MissesARecordWhateverElseIsDamaged) {
+  const Files whole = World.Folder.Files();
+  const auto with = [](std::string bytes, const std::string& old, const std::string& now) {
+    const std::size_t at = bytes.find(old);
+    EXPECT_NE(at, std::string::npos) << old;
+    return at == std::string::npos ? bytes : bytes.replace(at, old.size(), now);
+  };
+  const std::string& header = whole.at("quill.dat");
+  const std::string& records = whole.at("quill1.dat");
+  const std::string lost = with(records, "[Record110]", "[Lost110]");
+  const std::string notCounted = with(header, "NoOfRecords=120", "NoOfRecords=?");
+  const std::string deletedFirst = "DelFirstRecord=";
+  const std::pair<std::string, std::string> damaged[] = {
+      {header, lost},
+      {notCounted, lost},
+      {header, records.substr(0, records.size() / 2)},
+      {with(header, "NameFirstRecord=", "NameFirstRecord=\r\nx="), records},
+      {with(header, deletedFirst, deletedFirst + "9"), records},
+      // A circle.
+      {header, with(records, "NextName=",
+                    "NextName=" + World.Store.ReadHeaderEntry("NameFirstRecord") + "\r\nx=")}};
+  for (const auto& [headerNow, recordsNow] : damaged) {
+    World.Folder.WriteFile("quill.dat", headerNow);
+    World.Folder.WriteFile("quill1.dat", recordsNow);
+    (void)BackUp();
+    EXPECT_EQ(Fault, CopyFault::WouldReplace) << headerNow;
+  }
+  World.Folder.WriteFile("quill1.dat", records);
+  World.Folder.WriteFile("quill.dat", notCounted);
+  EXPECT_EQ(BackUp(), RunTimeError::None) << "nothing is missing";
+}
+
+TEST_F(BackupTest, TheUserDecidesOnDataThatLack) {
+  const TempFolder empty;
+  const std::string other = ProgramPath(empty.Path()) + "\\";
+  fs::remove(World.Folder.File("quill1.dat"));
+  for (const bool isAgreed : {false, true}) {
+    (void)BackUpFiles(World.Access, World.Data, other, &Fault, {}, isAgreed);
+    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::NotWhole);
+    EXPECT_EQ(fs::exists(empty.File("QUILL0.OLD")), isAgreed);
+  }
+  Prepare();
+  for (const bool isAgreed : {false, true}) {
+    const std::string before = World.Folder.ReadFile("quill0.dat");
+    (void)RestoreFiles(World.Access, World.Data, other, &Fault, {}, {.EvenNotWhole = isAgreed});
+    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::NotWhole);
+    EXPECT_EQ(World.Folder.ReadFile("QUILL0.OLD"), isAgreed ? before : "");
+  }
+
+  const std::string emptyHeader =
+      "[General Info]\nApplication=Quillary\nTotalNoOfRecords=0\nNoOfRecords=0\n";
+  World.Folder.WriteFile("quill.dat", emptyHeader);
+  for (const bool isAgreed : {false, true}) {
+    (void)BackUpFiles(World.Access, World.Data, Stick, &Fault, {}, isAgreed);
+    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::WouldEmpty);
+    EXPECT_EQ(Medium.ReadFile("QUILL.OLD") == emptyHeader, isAgreed);
+  }
 }
 
 TEST_F(BackupTest, GivenUpAnywhereNothingIsChanged) {
@@ -183,7 +245,8 @@ TEST_F(BackupTest, TakesNothingButAWholeBackupOfItsOwn) {
   const Files before = World.Folder.Files();
   const std::string valid = Medium.ReadFile("QUILL.OLD");
   const auto expectRefused = [&](const std::string& why) {
-    EXPECT_EQ(Restore(), std::nullopt) << why;
+    const bool isWhole = Restore() && Fault != CopyFault::NotWhole;
+    EXPECT_FALSE(isWhole) << why;
     EXPECT_EQ(World.Folder.Files(), before) << why;
   };
   for (const std::string header : {"", "Application=Other\nTotalNoOfRecords=1\nNoOfRecords=1\n",
@@ -239,7 +302,7 @@ TEST_F(BackupTest, TellsWhoseFaultItIs) {
   const Files before = Medium.Files();
   fs::remove(World.Folder.File("quill.dat"));
   EXPECT_EQ(BackUp(), RunTimeError::FileNotFound);
-  EXPECT_EQ(Fault, CopyFault::NotWhole);
+  EXPECT_EQ(Fault, CopyFault::Data);
   EXPECT_EQ(Medium.Files(), before);
 }
 
