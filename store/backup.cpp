@@ -13,8 +13,10 @@ namespace {
 
 constexpr std::string_view DataExtension = ".dat";
 constexpr std::string_view CopyExtension = ".old";
+constexpr std::string_view OlderExtension = ".ol2";
 constexpr std::string_view DataEnd = "DAT";
 constexpr std::string_view CopyEnd = "OLD";
+constexpr std::string_view OlderEnd = "OL2";
 constexpr std::string_view SpareEnd = ".spare";
 constexpr std::string_view HeaderBase = "QUILL.";
 
@@ -45,6 +47,40 @@ void AppendCopies(std::vector<Profile::FileCopy>& copies,
     const std::string to = place != present.end() ? place->second : In(base, end);
     copies.push_back({In(source, name), In(destination, to)});
   }
+}
+
+// The data to the safety copy, and what stands there to the older one; nothing where the data stand
+// there already, so that doing the same twice pushes nothing out.
+RunTimeError AppendSafetyCopy(std::vector<Profile::FileCopy>& copies, Profile& profile,
+                              std::string_view folder, const FoundFiles& dataFiles,
+                              FileSet& dataSet, const Profile::GoesOn& goesOn) {
+  FoundFiles files;
+  const RunTimeError error = FindFiles(profile, folder, CopyExtension, UpperCase, files);
+  if (error != RunTimeError::None) return error;
+  FileSet copy(profile, folder, files);
+  const bool isKept = copy.HasHeader();
+  const bool isSame = isKept && copy.Holds(dataSet, goesOn);
+  for (const FileSet* set : {&copy, &dataSet}) {
+    if (set->Error() != RunTimeError::None) return set->Error();
+  }
+  if (isSame) return RunTimeError::None;
+  if (isKept) AppendCopies(copies, files.Names, folder, folder, OlderEnd);
+  AppendCopies(copies, dataFiles.Names, folder, folder, CopyEnd);
+  return RunTimeError::None;
+}
+
+// Where the safety copy becomes the data: all of them move on by one place.
+RunTimeError AppendTurn(std::vector<Profile::FileCopy>& copies, Profile& profile,
+                        std::string_view folder, const FoundFiles& dataFiles) {
+  FoundFiles older;
+  const RunTimeError error = FindFiles(profile, folder, OlderExtension, UpperCase, older);
+  if (error != RunTimeError::None) return error;
+  FileSet set(profile, folder, older);
+  const bool hasOlder = set.HasHeader();
+  if (set.Error() != RunTimeError::None) return set.Error();
+  if (hasOlder) AppendCopies(copies, older.Names, folder, folder, CopyEnd);
+  AppendCopies(copies, dataFiles.Names, folder, folder, hasOlder ? OlderEnd : CopyEnd);
+  return RunTimeError::None;
 }
 
 // Names that are out of use do no harm, should they stay.
@@ -93,7 +129,12 @@ RunTimeError BackUpFiles(Profile& profile, const StoreData& data, std::string_vi
   }
 
   std::vector<Profile::FileCopy> copies;
-  AppendCopies(copies, files.Names, data.DataPath, Destination, CopyEnd);
+  if (isBeside) {
+    error = AppendSafetyCopy(copies, profile, data.DataPath, files, set, goesOn);
+    if (error != RunTimeError::None) return error;
+  } else {
+    AppendCopies(copies, files.Names, data.DataPath, Destination, CopyEnd);
+  }
   Profile::CopyFailure failure;
   error = profile.CopyFiles(copies, goesOn, &failure);
   if (failure.IsRead) faultAt = CopyFault::Data;
@@ -126,16 +167,14 @@ std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data
   // What was recovered may have new names.
   error = FindFiles(profile, Source, CopyExtension, UpperCase, from);
   if (error != RunTimeError::None) return error;
-  {
-    FileSet set(profile, Source, from);
-    const bool hasHeader = set.HasHeader();
-    const bool isWhole = hasHeader && set.IsWhole(goesOn);
-    if (set.Error() != RunTimeError::None) return set.Error();
-    if (!hasHeader) return std::nullopt;
-    if (!isWhole && !choice.EvenNotWhole) {
-      faultAt = CopyFault::NotWhole;
-      return RunTimeError::FileNotFound;
-    }
+  FileSet fromSet(profile, Source, from);
+  const bool hasCopy = fromSet.HasHeader();
+  const bool isWhole = hasCopy && fromSet.IsWhole(goesOn);
+  if (fromSet.Error() != RunTimeError::None) return fromSet.Error();
+  if (!hasCopy) return std::nullopt;
+  if (!isWhole && !choice.EvenNotWhole) {
+    faultAt = CopyFault::NotWhole;
+    return RunTimeError::FileNotFound;
   }
 
   std::vector<Profile::FileCopy> copies;
@@ -145,7 +184,12 @@ std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data
     const bool hasHeader = set.HasHeader();
     if (set.Error() != RunTimeError::None) return set.Error();
     if (!hasHeader) return RunTimeError::FileNotFound;
-    AppendCopies(copies, present.Names, data.DataPath, data.DataPath, CopyEnd);
+    if (IsDataFolder(profile, data, Source)) {
+      error = AppendTurn(copies, profile, data.DataPath, present);
+    } else if (!set.Holds(fromSet, goesOn)) {
+      error = AppendSafetyCopy(copies, profile, data.DataPath, present, set, goesOn);
+    }
+    if (error != RunTimeError::None) return error;
   }
   const std::size_t aside = copies.size();
   AppendCopies(copies, from.Names, Source, data.DataPath, DataEnd, present.Names);

@@ -16,8 +16,11 @@ namespace quillary {
 // separator. Not to be called inside a group.
 //
 // A set of files is whole if it has a header as OpenDataFile would take it, and every record of its
-// lists. What is not whole replaces no copies, and takes the data's place only if the user wants
+// lists. What is not whole replaces no backup, and takes the data's place only if the user wants
 // it.
+
+// The copies beside the data are the safety copy. The one before it is kept, too (NAME.OL2): a new
+// one takes its place only where the data differ from it, apart from the counter of users.
 
 // What an error of a backup or a restore has to do with.
 enum class CopyFault : std::uint8_t {
@@ -46,8 +49,10 @@ struct RestoreChoice {
 };
 
 // Copies every "*.old" of `Source` back, in place of the data files, which are copied aside
-// (NAME.OLD in DataPath) unless that is not wanted: all of that, durably, or nothing of it. So
-// the copies in DataPath itself can be the source; they and the data change places.
+// (NAME.OLD in DataPath) unless that is not wanted: all of that, durably, or nothing of it. Where
+// the data are what is restored anyway, the safety copy stays as it is. With DataPath as the source
+// the safety copy becomes the data, the older one the safety copy, and the data the older one;
+// where there is no older one, safety copy and data change places.
 //
 // No result: there are no copies with a header in `Source`, or there is no such folder. NotReady
 // with the fault Medium: the copies were there and are there no more. Where DataPath failed while

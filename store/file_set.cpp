@@ -17,6 +17,13 @@ namespace {
 constexpr std::string_view HeaderBase = "QUILL.";
 constexpr std::string_view HeaderSection = "General Info";
 
+// The counter is the present program's, whatever the other entries are.
+std::string WithoutUses(const ProfileText& header) {
+  FileChanges changes;
+  changes.Set(HeaderSection, "NoOfUses", "0");
+  return header.With(changes);
+}
+
 }  // namespace
 
 RunTimeError FindFiles(Profile& profile, std::string_view folder, std::string_view extension,
@@ -50,6 +57,20 @@ bool FileSet::HasRecords() {
          !HeaderEntry("CompanyFirstRecord").empty();
 }
 
+bool FileSet::Holds(FileSet& other, const Profile::GoesOn& goesOn) {
+  for (const auto& [base, name] : other.files_.Names) {
+    if (goesOn && !goesOn(false)) return false;
+    const auto own = files_.Names.find(base);
+    if (own == files_.Names.end()) return false;
+    const bool isEqual =
+        base == HeaderBase
+            ? WithoutUses(*Find(base)) == WithoutUses(*other.Find(base))
+            : snapshot_.Bytes(PathOf(own->second)) == other.snapshot_.Bytes(other.PathOf(name));
+    if (!isEqual) return false;
+  }
+  return true;
+}
+
 // A count that is damaged proves nothing, one that is right may stand before a stray link: so every
 // link must lead to a record, but a circle is only one after all that are counted.
 bool FileSet::IsChainWhole(std::string_view first, std::string_view next, std::string_view count,
@@ -79,7 +100,7 @@ std::string FileSet::HeaderEntry(std::string_view key) {
 const ProfileText* FileSet::Find(std::string_view base) {
   const auto name = files_.Names.find(std::string(base));
   if (name == files_.Names.end()) return nullptr;
-  return &snapshot_.Text(std::string(folder_).append(name->second));
+  return &snapshot_.Text(PathOf(name->second));
 }
 
 const ProfileText* FileSet::RecordFile(std::int64_t number) {

@@ -38,10 +38,15 @@ class FileSet {
   // Whether the header leads to, or counts, any live record.
   bool HasRecords();
 
+  // Whether it has every file of the other set with the same content, but for the counter of users.
+  // False, too, when it is not to go on.
+  bool Holds(FileSet& other, const Profile::GoesOn& goesOn);
+
   // What kept a file from being read.
   RunTimeError Error() const { return snapshot_.Error(); }
 
  private:
+  std::string PathOf(std::string_view name) const { return std::string(folder_).append(name); }
   const ProfileText* Find(std::string_view base);
   const ProfileText* RecordFile(std::int64_t number);
   std::string HeaderEntry(std::string_view key);

@@ -125,6 +125,42 @@ TEST_F(BackupTest, ASafetyCopyAndTheDataChangePlaces) {
   EXPECT_TRUE(DataAreWhole());
 }
 
+// The medium is taken for a good one twice, and opened in between.
+TEST_F(BackupTest, TheSameRestoreTwiceLeavesTheSafetyCopyAlone) {
+  const Files before = FilesOf(World.Folder);
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_EQ(Restore(), RunTimeError::None);
+    ASSERT_EQ(World.Store.WriteHeaderEntry("NoOfUses", std::to_string(i)), RunTimeError::None);
+    EXPECT_EQ(World.Folder.ReadFile("QUILL0.OLD"), before.at("quill0.dat")) << i;
+    EXPECT_EQ(World.Folder.ReadFile("QUILL.OL2"), "") << i;
+  }
+}
+
+TEST_F(BackupTest, TheSafetyCopyBeforeTheLastComesBackInItsTurn) {
+  const std::string folder = World.Data.DataPath;
+  const auto copyAside = [&] { return BackUpFiles(World.Access, World.Data, folder); };
+  const auto generation = [&](const std::string& notes) {
+    ASSERT_EQ(World.Store.WriteRecordEntry("0", "Notes", notes), RunTimeError::None);
+  };
+  const auto notes = [&] { return World.Store.ReadRecordEntry("0", "Notes"); };
+  generation("first");
+  const Files first = FilesOf(World.Folder);
+  // What is copied twice pushes nothing out.
+  for (const std::string name : {"first", "second", "second", "third"}) {
+    generation(name);
+    if (name != "third") {
+      ASSERT_EQ(copyAside(), RunTimeError::None);
+    }
+  }
+  for (const std::string name : {"second", "first", "third", "second"}) {
+    ASSERT_EQ(RestoreFrom(folder), RunTimeError::None);
+    EXPECT_EQ(notes(), name);
+    for (const std::string file : {"quill.dat", "quill1.dat"}) {
+      EXPECT_EQ(World.Folder.ReadFile(file), first.at(file));
+    }
+  }
+}
+
 // Whatever the file in use is called, it is the one that is replaced.
 TEST_F(BackupTest, OfNamesThatDifferInCaseOneRemains) {
   World.Folder.WriteFile("QUILL.DAT", "[General Info]\nApplication=Quillary\n");
@@ -196,6 +232,7 @@ TEST_F(BackupTest, TheUserDecidesOnDataThatLack) {
     EXPECT_EQ(fs::exists(empty.File("QUILL0.OLD")), isAgreed);
   }
   Prepare();
+  ASSERT_EQ(World.Store.WriteRecordEntry("0", "Notes", "newer"), RunTimeError::None);
   for (const bool isAgreed : {false, true}) {
     const std::string before = World.Folder.ReadFile("quill0.dat");
     (void)RestoreFiles(World.Access, World.Data, other, &Fault, {}, {.EvenNotWhole = isAgreed});
