@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include "platform/run_time_error.h"
 
 namespace quillary {
@@ -16,8 +18,9 @@ class Opening {
   // Applies InUse to every command that changes data.
   virtual void SetReadOnly() = 0;
   // Tells the user of damaged data, and of what could not be written: the counter of users, the
-  // links of the sorted lists.
-  virtual void TellFaults(RunTimeError countError, RunTimeError sortError) = 0;
+  // links of the sorted lists. `advice`: a sentence for whoever is told of damaged data.
+  virtual void TellFaults(RunTimeError countError, RunTimeError sortError,
+                          const QString& advice) = 0;
   // Whether the program has been asked to end. To be looked at whenever events have run: nothing is
   // to be done any more then, least of all to the counter of users.
   virtual bool HasEnded() const = 0;

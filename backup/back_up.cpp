@@ -14,6 +14,10 @@ QString RestoreTitle() {
   return QStringLiteral("Restore data from Back Up");
 }
 
+QString Unchanged() {
+  return QStringLiteral("Nothing was changed.");
+}
+
 QString ErrorText(RunTimeError error) {
   return QString::fromStdString(RunTimeErrorText(error));
 }
@@ -103,7 +107,9 @@ void BackUp::RestoreFromDisk() {
            RestoreTitle())) {
     return;
   }
-  if (RestoreFrom(backUpFolder_.Choose(RestoreTitle(), BackUpFolder::Use::Restore))) Reload();
+  const Outcome outcome =
+      RestoreFrom(backUpFolder_.Choose(RestoreTitle(), BackUpFolder::Use::Restore));
+  if (outcome != Outcome::GivenUp) Reload(outcome);
 }
 
 // Nobody has answered where the program ended meanwhile.
@@ -181,8 +187,8 @@ bool BackUp::TellIfInUse() {
   return true;
 }
 
-std::optional<RunTimeError> BackUp::Restore(const std::string& folder, CopyFault& fault) {
-  RestoreChoice choice;
+std::optional<RunTimeError> BackUp::Restore(const std::string& folder, CopyFault& fault,
+                                            RestoreChoice& choice) {
   while (true) {
     ShowWait(QStringLiteral("Please wait while restoring the data..."));
     const std::optional<RunTimeError> result = RestoreFiles(
@@ -233,31 +239,45 @@ bool BackUp::AskForOther(const std::optional<RunTimeError>& result, CopyFault fa
   return AskToRetry(what.arg(ErrorText(*result)), RestoreTitle());
 }
 
-bool BackUp::RestoreFrom(std::optional<std::string> folder) {
+BackUp::Outcome BackUp::RestoreFrom(std::optional<std::string> folder) {
   while (folder && !opening_.HasEnded()) {
-    if (TellIfInUse()) return false;
+    if (TellIfInUse()) return Outcome::GivenUp;
     CopyFault fault = CopyFault::None;
-    const std::optional<RunTimeError> result = Restore(*folder, fault);
+    RestoreChoice choice;
+    const std::optional<RunTimeError> result = Restore(*folder, fault, choice);
     // The user does not agree.
     const bool isRefused = fault == CopyFault::NotWhole || fault == CopyFault::SafetyCopy;
-    if (opening_.HasEnded() || isRefused) return false;
+    if (opening_.HasEnded() || isRefused) return Outcome::GivenUp;
+    const Outcome restored = choice.CopiesAside ? Outcome::Restored : Outcome::RestoredOver;
     if (fault == CopyFault::None) {
       backUpFolder_.Remember();
-      return true;
+      return restored;
     }
-    if (fault == CopyFault::Data) {
-      Tell(QStringLiteral("The data could not be restored: %1.").arg(ErrorText(*result)),
+    if (fault == CopyFault::Data || fault == CopyFault::Decided) {
+      const bool isDecided = fault == CopyFault::Decided;
+      Tell(QStringLiteral("The data could not be restored: %1.\r%2")
+               .arg(ErrorText(*result),
+                    isDecided ? QStringLiteral("It is tried once more now.") : Unchanged()),
            RestoreTitle());
-      return true;
+      return isDecided ? restored : Outcome::Unchanged;
     }
-    if (!AskForOther(result, fault)) return false;
+    if (!AskForOther(result, fault)) return Outcome::GivenUp;
     folder = backUpFolder_.ChooseAgain();
   }
-  return false;
+  return Outcome::GivenUp;
+}
+
+// For whoever finds something else than he expected. A safety copy may be that of an earlier
+// restore where this one brought back what was there.
+QString BackUp::AdviceAfter(Outcome outcome) {
+  if (outcome == Outcome::Unchanged) return Unchanged();
+  return outcome == Outcome::Restored && HasSafetyCopy(profile_, shared_)
+             ? QStringLiteral("The earlier data can be restored from the data folder.")
+             : QStringLiteral("Please restore another backup.");
 }
 
 // Also after a restore that failed: what it left undone is completed when the files are opened.
-void BackUp::Reload() {
+void BackUp::Reload(Outcome outcome) {
   if (opening_.HasEnded()) return;
   guard_.InUseTimer.stop();
   percent_.ShowProgressWindow();
@@ -285,7 +305,7 @@ void BackUp::Reload() {
   opening_.SetReadOnly();
   hub_.BringToFront();
   hub_.SetData();
-  opening_.TellFaults(countError, sortError);
+  opening_.TellFaults(countError, sortError, AdviceAfter(outcome));
   if (!opening_.HasEnded()) guard_.InUseTimer.start();
 }
 

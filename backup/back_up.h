@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QString>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -40,6 +41,10 @@ class BackUp {
   void RestoreFromDisk();
 
  private:
+  // What a restore came to: given up before anything was changed, failed without a change, done,
+  // done without copying the data aside.
+  enum class Outcome : std::uint8_t { GivenUp, Unchanged, Restored, RestoredOver };
+
   bool Ask(const QString& text, MsgButtons buttons, const QString& okCaption, MsgIcon icon,
            const QString& title);
   bool AskToRetry(const QString& text, const QString& title);
@@ -52,11 +57,12 @@ class BackUp {
   // Lets events run now and then; false when the program is to end. With `isDecided` it learns only
   // later that it is to end.
   bool RunEvents(bool isDecided);
-  std::optional<RunTimeError> Restore(const std::string& folder, CopyFault& fault);
+  std::optional<RunTimeError> Restore(const std::string& folder, CopyFault& fault,
+                                      RestoreChoice& choice);
   bool AskForOther(const std::optional<RunTimeError>& result, CopyFault fault);
-  // False: the user gave up, and nothing was changed.
-  bool RestoreFrom(std::optional<std::string> folder);
-  void Reload();
+  Outcome RestoreFrom(std::optional<std::string> folder);
+  QString AdviceAfter(Outcome outcome);
+  void Reload(Outcome outcome);
 
   SharedData& shared_;
   Profile& profile_;

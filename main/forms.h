@@ -93,7 +93,7 @@ class Forms : public Commands, public Opening {
   bool OpenDataFile() override;
   void WarnInUse() override;
   void SetReadOnly() override;
-  void TellFaults(RunTimeError countError, RunTimeError sortError) override;
+  void TellFaults(RunTimeError countError, RunTimeError sortError, const QString& advice) override;
   bool HasEnded() const override { return hasEnded_; }
 
  private:

@@ -54,7 +54,7 @@ bool Main(Forms& forms, Profile& profile, const std::function<bool()>& isFirstIn
   forms.Guard.CheckInUse();
   if (shared.InUse && countError == RunTimeError::None) forms.WarnInUse();
   forms.SetReadOnly();
-  forms.TellFaults(countError, sortError);
+  forms.TellFaults(countError, sortError, QStringLiteral("Nothing was changed."));
   if (forms.HasEnded()) return false;
 
   if (TipsAtStart(profile, shared)) forms.Tip().ShowTip(false);

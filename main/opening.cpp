@@ -60,14 +60,15 @@ void Forms::SetReadOnly() {
   Main.ShowReadOnly();
 }
 
-void Forms::TellFaults(RunTimeError countError, RunTimeError sortError) {
+void Forms::TellFaults(RunTimeError countError, RunTimeError sortError, const QString& advice) {
   if (countError != RunTimeError::None) {
     TellError(*this, QStringLiteral("The data files cannot be written"), countError,
               QStringLiteral("You can look at the names but not change them."));
   } else if (Shared.ListsIncomplete) {
     Tell(*this, MsgIcon::Exclamation,
          QStringLiteral("The data files are damaged or cannot be read: some names may be missing "
-                        "from the list.\rNothing was changed."));
+                        "from the list.\r") +
+             advice);
   } else if (sortError != RunTimeError::None) {
     TellError(*this, QStringLiteral("The sorted list cannot be stored"), sortError,
               QStringLiteral("It will be stored with your next change."));

@@ -200,6 +200,7 @@ std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data
     SetAside(profile, data.DataPath, present.OutOfUse);
   } else if (failure.Index >= aside) {
     faultAt = failure.IsRead ? CopyFault::Medium : CopyFault::Data;
+    if (failure.IsDecided) faultAt = CopyFault::Decided;
     // They were listed right before.
     if (failure.IsRead && IsMissing(error)) error = RunTimeError::NotReady;
   }

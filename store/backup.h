@@ -31,6 +31,7 @@ enum class CopyFault : std::uint8_t {
   WouldEmpty,    // data without a record would replace a backup with some; the user may agree to it
   Medium,        // the copies could not be written by a backup, or not be read for a restore
   Unfinished,    // with the copies is a backup that was stopped, which cannot be completed
+  Decided,       // the data files could not all be replaced yet; the next opening goes on with it
   SafetyCopy,    // the data could not be copied aside
 };
 

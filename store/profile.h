@@ -80,6 +80,7 @@ class Profile {
   struct CopyFailure {
     std::size_t Index = 0;
     bool IsRead = false;
+    bool IsDecided = false;  // Recover may find it and go on with it
   };
   // Called now and then in the middle of long work, also to let events run. False as an answer: the
   // work is to be given up. With `isDecided` it cannot be given up any more, and the answer does
@@ -183,7 +184,8 @@ class Profile {
   void DropCopy(CopiedFile& copy);
   RunTimeError PrepareCopies(std::vector<CopiedFile>& copies, const GoesOn& goesOn,
                              CopyFailure& failure);
-  RunTimeError PutCopiesInPlace(std::vector<CopiedFile>& copies, const GoesOn& goesOn);
+  RunTimeError PutCopiesInPlace(std::vector<CopiedFile>& copies, const GoesOn& goesOn,
+                                bool& isDecided);
 
   // profile_recovery.cpp
   RunTimeError FinishUnfinished();

@@ -185,7 +185,8 @@ RunTimeError Profile::PrepareCopies(std::vector<CopiedFile>& copies, const GoesO
 }
 
 // With the journal on the disk the group is decided, and goes the way of one that was stopped.
-RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies, const GoesOn& goesOn) {
+RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies, const GoesOn& goesOn,
+                                       bool& isDecided) {
   std::vector<JournalPart> parts;
   std::vector<const JournalPart*> places;
   parts.reserve(copies.size());
@@ -198,13 +199,13 @@ RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies, const Go
   if (!ParseJournal(journal)) return RunTimeError::PathAccess;
   const std::string folder = FolderOf(copies.front().To);
   const std::string journalPath = folder + std::string(JournalName);
-  bool isLeft = false;
-  RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
+  isDecided = false;
+  RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isDecided);
   if (error == RunTimeError::None) {
     error = disk_.SyncFolder(folder);
-    isLeft = error == RunTimeError::None || disk_.Remove(journalPath) != RunTimeError::None;
+    isDecided = error == RunTimeError::None || disk_.Remove(journalPath) != RunTimeError::None;
   }
-  if (isLeft) {
+  if (isDecided) {
     // Whoever finds the journal needs all of them.
     for (CopiedFile& copy : copies) copy.TemporaryPath.clear();
   }
@@ -217,7 +218,7 @@ RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, const GoesO
                                 CopyFailure* failure) {
   CopyFailure ignored;
   CopyFailure& failed = failure != nullptr ? *failure : ignored;
-  failed = {Copies.size(), false};
+  failed = {Copies.size(), false, false};
   if (Copies.empty()) return RunTimeError::None;
   RunTimeError error = FinishUnfinished();
   if (error != RunTimeError::None) return error;
@@ -230,8 +231,8 @@ RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, const GoesO
   }
   error = PrepareCopies(copies, goesOn, failed);
   if (error == RunTimeError::None) {
-    failed = {Copies.size(), false};
-    error = PutCopiesInPlace(copies, goesOn);
+    failed = {Copies.size(), false, false};
+    error = PutCopiesInPlace(copies, goesOn, failed.IsDecided);
   }
   for (CopiedFile& copy : copies) DropCopy(copy);
   // A name that stood for no file, or for one of another case, may have become that of a copy.

@@ -110,7 +110,8 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
   bool AskToCreate(std::string_view) override { return false; }
   void WarnInUse() override { Told.emplace_back("in use"); }
   void SetReadOnly() override { Main.ShowReadOnly(); }
-  void TellFaults(RunTimeError countError, RunTimeError) override {
+  void TellFaults(RunTimeError countError, RunTimeError, const QString& advice) override {
+    if (Shared.ListsIncomplete) Told.push_back("damaged: " + advice.toStdString());
     if (countError != RunTimeError::None) Told.emplace_back("not counted");
   }
 
@@ -321,6 +322,18 @@ TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
                                   "The data on the disk are damaged: some names may be missing.\n"
                                   "Should I restore them all the same?");
   EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD")));
+  ASSERT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "9"), RunTimeError::None);
+  user.Presses("BtnOK").Presses("BtnOK").Chooses(empty.Path()).Presses("BtnOK");
+  Commands.RestoreFromDisk();
+  EXPECT_EQ(Told,
+            std::vector<std::string>{"damaged: The earlier data can be restored from the data "
+                                     "folder."});
+  fs::create_directory(Folder.File("QUILL0.DAT"));
+  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK");
+  Commands.RestoreFromDisk();
+  EXPECT_EQ(user.Seen.back(), Choosing +
+                                  "The data could not be restored: the file or folder cannot be "
+                                  "used under this name.\nNothing was changed.");
 }
 
 TEST_F(BackUpTest, AsksBeforeAnEmptyBackupReplacesOneWithNames) {

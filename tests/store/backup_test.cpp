@@ -407,6 +407,26 @@ TEST_F(BackupTest, StoppedAnywhereARestoreIsDoneOrNotAtTheNextOpening) {
   EXPECT_TRUE(sawOld && sawNew);
 }
 
+TEST_F(BackupTest, TellsWhetherAFailedRestoreMayStillBeDone) {
+  bool sawDecided = false;
+  for (int call = 1;; ++call) {
+    Prepare();
+    const Files before = FilesOf(World.Folder);
+    Profile program = NewProgram();
+    World.Machine.FailAt(call, RunTimeError::DiskFull, true);
+    (void)RestoreFiles(program, World.Data, Stick, &Fault);
+    const bool wasReached = World.Machine.WasReached();
+    World.Machine.Reset();
+    Profile next = NewProgram();
+    ASSERT_EQ(next.Recover(World.Data.DataFile), RunTimeError::None);
+    const bool mayChange = Fault == CopyFault::Decided || Fault == CopyFault::None;
+    ASSERT_TRUE(mayChange || FilesOf(World.Folder) == before) << call;
+    sawDecided |= Fault == CopyFault::Decided;
+    if (!wasReached) break;
+  }
+  EXPECT_TRUE(sawDecided);
+}
+
 TEST_F(BackupTest, AJournalMovesNothingButItsOwnTemporaryFiles) {
   const auto isObeyed = [](const std::string& temporary) {
     const JournalPart part("QUILL.OLD", temporary);
