@@ -1,10 +1,12 @@
 #include "store/backup.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "platform/numbers.h"
 #include "platform/text.h"
 #include "store/file_set.h"
 
@@ -83,10 +85,26 @@ RunTimeError AppendTurn(std::vector<Profile::FileCopy>& copies, Profile& profile
   return RunTimeError::None;
 }
 
+// The name and the first end that makes a name which no file has; none where that cannot be told.
+std::string SpareName(Profile& profile, std::string_view folder, const std::string& name) {
+  for (int i = 1;; ++i) {
+    const std::string end = i == 1 ? std::string(SpareEnd) : In(SpareEnd, NumberText(i));
+    std::vector<std::string> taken;
+    const RunTimeError error = profile.ListFiles(folder, In(DataExtension, end), taken);
+    if (error != RunTimeError::None) return {};
+    const std::string spare = name + end;
+    const bool isFree = std::none_of(taken.begin(), taken.end(), [&](const std::string& other) {
+      return EqualWithoutCase(other, spare);
+    });
+    if (isFree) return spare;
+  }
+}
+
 // Names that are out of use do no harm, should they stay.
 void SetAside(Profile& profile, std::string_view folder, const std::vector<std::string>& names) {
   for (const std::string& name : names) {
-    static_cast<void>(profile.RenameFile(In(folder, name), std::string(name).append(SpareEnd)));
+    const std::string spare = SpareName(profile, folder, name);
+    if (!spare.empty()) static_cast<void>(profile.RenameFile(In(folder, name), spare));
   }
 }
 

@@ -174,6 +174,10 @@ TEST_F(BackupTest, OfNamesThatDifferInCaseOneRemains) {
   EXPECT_EQ(now.at("Quill1.Dat"), backup.at("QUILL1.OLD"));
   EXPECT_EQ(now.at("QUILL0.DAT.spare"), "spare");
   EXPECT_EQ(now.size(), 4U + 3U + 2U) << "data, safety copies, spare ones";
+  World.Folder.WriteFile("QUILL0.DAT", "another");
+  ASSERT_EQ(Restore(), RunTimeError::None);
+  EXPECT_EQ(World.Folder.ReadFile("QUILL0.DAT.spare"), "spare");
+  EXPECT_EQ(World.Folder.ReadFile("QUILL0.DAT.spare2"), "another");
 }
 
 TEST_F(BackupTest, DataThatAreNotWholeReplaceNoBackup) {
