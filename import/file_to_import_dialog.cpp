@@ -168,6 +168,8 @@ void FileToImportDialog::Form_Load() {
   OptRcrdToImport[0]->setChecked(true);
   TxtOtherDelimiter->clear();
   for (QLineEdit* box : TxtRecordsToImport) box->clear();
+  // Where the list is of the same folder as before it keeps what was selected.
+  SlctFile->setCurrentItem(nullptr);
   SlctFile->SetPattern(QStringLiteral("*.*"));
   TxtFileToImport->setText(SlctFile->Pattern());
   TxtFileToImport->selectAll();

@@ -29,7 +29,12 @@ TEST_F(FileToImportTest, OpensAfreshEachTime) {
   PressKey(Dialog, Qt::Key_Escape);
   ExpectEnded();
 
+  Open(1);
+  Control<QListWidget>(Dialog, "SlctFile").setCurrentRow(1);
+  EXPECT_EQ(TypedFile(), QStringLiteral("people.csv"));
+  PressKey(Dialog, Qt::Key_Escape);
   Open(0);
+  EXPECT_TRUE(Control<QListWidget>(Dialog, "SlctFile").selectedItems().empty());
   EXPECT_EQ(TypedFile(), QStringLiteral("*.*"));
   EXPECT_EQ(Listed("SlctFile").size(), 3U);
   EXPECT_FALSE(Control<QCheckBox>(Dialog, "Append_Replace").isChecked());
