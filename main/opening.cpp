@@ -66,8 +66,8 @@ void Forms::TellFaults(RunTimeError countError, RunTimeError sortError, const QS
               QStringLiteral("You can look at the names but not change them."));
   } else if (Shared.ListsIncomplete) {
     Tell(*this, MsgIcon::Exclamation,
-         QStringLiteral("The data files are damaged or cannot be read: some names may be missing "
-                        "from the list.\r") +
+         QStringLiteral("The data files are damaged or cannot be read: some names may be "
+                        "missing.\r") +
              advice);
   } else if (sortError != RunTimeError::None) {
     TellError(*this, QStringLiteral("The sorted list cannot be stored"), sortError,

@@ -118,6 +118,10 @@ TEST_F(StartTest, DamagedChainsAreShownAsFarAsTheyGoAndNothingIsChanged) {
   ASSERT_TRUE(run.Start());
   ASSERT_EQ(ok.Seen.size(), 1U);
   EXPECT_TRUE(ok.Seen[0].second.contains(QStringLiteral("damaged")));
+  // What a restore says instead.
+  const QString advice = QStringLiteral("The earlier data can be restored from the data folder.");
+  run.Windows.TellFaults(RunTimeError::None, RunTimeError::None, advice);
+  EXPECT_TRUE(ok.Seen[1].second.endsWith(advice));
   EXPECT_EQ(run.Windows.Main.ListCount(), 5) << "reached by the other chain";
   EXPECT_EQ(Folder.ReadFile("data/quill0.dat"), records);
   EXPECT_EQ(Header("NameFirstRecord"), "999");
