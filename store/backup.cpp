@@ -92,7 +92,7 @@ std::string SpareName(Profile& profile, std::string_view folder, const std::stri
     std::vector<std::string> taken;
     const RunTimeError error = profile.ListFiles(folder, In(DataExtension, end), taken);
     if (error != RunTimeError::None) return {};
-    const std::string spare = name + end;
+    std::string spare = name + end;
     const bool isFree = std::none_of(taken.begin(), taken.end(), [&](const std::string& other) {
       return EqualWithoutCase(other, spare);
     });
