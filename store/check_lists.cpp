@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
+#include <vector>
 
 #include "platform/numbers.h"
 #include "platform/text.h"
@@ -8,33 +10,57 @@
 #include "store/records.h"
 
 namespace quillary {
+namespace {
+
+// In no particular order.
+bool HaveSameEntries(const TextList& a, const TextList& b) {
+  std::vector<std::string_view> left(a.begin(), a.end());
+  std::vector<std::string_view> right(b.begin(), b.end());
+  std::sort(left.begin(), left.end());
+  std::sort(right.begin(), right.end());
+  return left == right;
+}
+
+}  // namespace
 
 RunTimeError Records::ReadListKeys(ListKeys& values) {
-  constexpr ListKeys::size_type Count = std::tuple_size_v<ListKeys>;
-  const std::array<std::string_view, Count> keys{"NoOfRecords", NameChain.FirstRecord,
-                                                 CompanyChain.FirstRecord, "DelNoOfRecords",
-                                                 "DelFirstRecord"};
   ProfileSnapshot snapshot(profile_);
   const ProfileText& header = snapshot.Text(data_.DataFile);
-  for (std::size_t i = 0; i < Count; ++i) {
-    values.at(i) = Trim(header.Value(HeaderSection, keys.at(i)).value_or(std::string()));
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    values.at(i) = Trim(header.Value(HeaderSection, ListKeyNames.at(i)).value_or(std::string()));
   }
   return snapshot.Error();
 }
 
-// Whether the header is that of the lists in memory.
+// Whether the header is that of the lists in memory, and what follows them in the files is there.
 RunTimeError Records::CheckLists() {
   ListKeys now;
   if (const RunTimeError error = ReadListKeys(now); error != RunTimeError::None) return error;
-  bool isKnown = false;
-  if (data_.ListsIncomplete || linksOutdated_) {
-    // All links are about to be written from memory: no record may have come or gone.
-    isKnown = now == readKeys_;
-  } else {
+  bool isKnown = now == knownKeys_;
+  if (isKnown && !data_.ListsIncomplete && !linksOutdated_) {
     const int count = std::max<int>(data_.NoOfRecords, 0);
     isKnown = std::max<int>(ToInt16(now[0]), 0) == count &&
               (count == 0 ||
                (now[1] == Trim(data_.NamesRecNo[0]) && now[2] == Trim(data_.CompaniesRecNo[0])));
+  }
+  RecordReader reader(profile_, data_.DataPath);
+  for (const std::string& recNo : {behindNames_, behindCompanies_}) {
+    isKnown = isKnown && (recNo.empty() || reader.Record(recNo).Exists());
+  }
+  if (reader.Error() != RunTimeError::None) return reader.Error();
+  return isKnown ? RunTimeError::None : RunTimeError::BadRecordNumber;
+}
+
+// Whether the files lead to the records that the lists have: to be asked before all links are
+// written from memory. Where they ought to be joined as the lists are, nothing may differ.
+RunTimeError Records::CheckRecords() {
+  const ListsInFiles now = ReadLists(CountInHeader(), nullptr);
+  if (now.Error != RunTimeError::None) return now.Error;
+  bool isKnown = HaveSameEntries(now.NamesRecNo, data_.NamesRecNo);
+  if (!data_.ListsIncomplete) isKnown = isKnown && !now.IsIncomplete;
+  if (!data_.ListsIncomplete && !linksOutdated_) {
+    isKnown = isKnown && now.Names == data_.NamesList && now.NamesRecNo == data_.NamesRecNo &&
+              now.Companies == data_.CompaniesList && now.CompaniesRecNo == data_.CompaniesRecNo;
   }
   return isKnown ? RunTimeError::None : RunTimeError::BadRecordNumber;
 }
@@ -43,7 +69,11 @@ RunTimeError Records::CheckLists() {
 // heads of the lists stand in the header.
 bool Records::IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position) {
   const auto& recNos = &chain == &NameChain ? data_.NamesRecNo : data_.CompaniesRecNo;
+  // Its links are about to be written, which must not make a file anew that is missing.
+  const auto isThere = [&](std::size_t index) { return reader.Record(recNos[index]).Exists(); };
+  if (static_cast<std::int64_t>(position) < data_.NoOfRecords && !isThere(position)) return false;
   if (position == 0) return true;
+  if (!isThere(position - 1)) return false;
   const std::string last(Trim(recNos[position - 1]));
   const std::string value = reader.Value(last, chain.Next);
   const std::string_view next = Trim(value);

@@ -40,7 +40,11 @@ std::int64_t Records::FirstNewNumber(RecordReader& reader) {
   const std::int64_t inFile = number % RecordsPerFile;
   const std::int64_t fileNumber = number / RecordsPerFile;
   const bool isMissing = inFile != 0 && reader.File(fileNumber).Bytes().empty();
-  return isMissing && LinksLeadInto(fileNumber) ? number - inFile + RecordsPerFile : number;
+  const auto isAwaited = [&] {
+    return LinksLeadInto(fileNumber) ||
+           AwaitedFiles().contains(static_cast<std::int32_t>(fileNumber));
+  };
+  return isMissing && isAwaited() ? number - inFile + RecordsPerFile : number;
 }
 
 // The numbers for `count` new records.
@@ -59,11 +63,16 @@ RunTimeError Records::FindFreeNumbers(std::size_t count, std::vector<std::string
 }
 
 RunTimeError Records::NextRecordNumber(std::string& RecNo) {
+  ProfileUpdate update(profile_);
+  // Before the record is in the files: there it would look like one that fell out of the lists.
+  RunTimeError error = RestoreLinks();
+  if (error != RunTimeError::None) return error;
   std::vector<std::string> numbers;
-  RunTimeError error = FindFreeNumbers(1, numbers);
+  error = FindFreeNumbers(1, numbers);
   if (error != RunTimeError::None) return error;
   const std::int64_t number = ToInt32(numbers.front());
-  error = WriteHeaderEntry("TotalNoOfRecords", NumberText(number + 1));
+  NoteHeaderEntry("TotalNoOfRecords", NumberText(number + 1));
+  error = update.Commit();
   if (error == RunTimeError::None) RecNo = numbers.front();
   return error;
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -55,11 +56,10 @@ void DropDeleted(Walk& walk, const Numbers& deleted) {
   });
 }
 
-// The records below `end` that neither chain leads to, though they are not deleted.
-std::vector<ListedRecord> FindStrays(ListedRecords& records, std::int32_t end, RecordReader& reader,
-                                     const Numbers& deleted) {
-  std::vector<ListedRecord> strays;
-  for (std::int32_t number = 0; number < end; ++number) {
+// The records of the range that neither chain leads to, though they are not deleted.
+void FindStrays(ListedRecords& records, NumberRange range, RecordReader& reader,
+                const Numbers& deleted, std::vector<ListedRecord>& strays) {
+  for (std::int32_t number = range.Begin; number < range.End; ++number) {
     const std::optional<ListedRecord> record = records.Find(number);
     if (!record || record->Chained->IsInNames || record->Chained->IsInCompanies) continue;
     // A section without a display string holds links at most.
@@ -69,7 +69,6 @@ std::vector<ListedRecord> FindStrays(ListedRecords& records, std::int32_t end, R
         !reader.Value(recNo, "PrevDel").empty() || !reader.Value(recNo, "NextDel").empty();
     if (!isDeleted) strays.push_back(*record);
   }
-  return strays;
 }
 
 bool IsOnlyThere(const ListedRecord& companyRecord) {
@@ -99,19 +98,8 @@ bool Unite(Walk& names, Walk& companies, const std::vector<ListedRecord>& strays
 
 }  // namespace
 
-void Records::GetNamesList() {
-  const auto count = static_cast<std::size_t>(std::max<std::int16_t>(data_.NoOfRecords, 0));
-  for (auto* list :
-       {&data_.NamesList, &data_.NamesRecNo, &data_.CompaniesList, &data_.CompaniesRecNo}) {
-    *list = TextList(std::max<std::size_t>(count, 1));
-  }
-  data_.ListsIncomplete = false;
-  linksOutdated_ = false;
-  listsError_ = ReadListKeys(readKeys_);
-  behindNames_.clear();
-  behindCompanies_.clear();
-  progress_.Begin("Please wait while getting names list...", "Loading Names...");
-
+Records::ListsInFiles Records::ReadLists(std::int16_t countInHeader, ProgressHooks* progress) {
+  const auto count = static_cast<std::size_t>(std::max<std::int16_t>(countInHeader, 0));
   const auto store = std::make_shared<TextStore>();
   ListedRecords records(profile_, data_.DataPath, *store);
   Walk names{&RecordLinks::NextName,
@@ -125,9 +113,10 @@ void Records::GetNamesList() {
   names.Found.reserve(count);
   companies.Found.reserve(count);
   bool isWhole = true;
-  bool isTooLong = false;
   for (std::size_t i = 0; i < count && isWhole; ++i) {
-    if (i > 0) progress_.Step(static_cast<double>(i + 1) / static_cast<double>(count) * 100);
+    if (i > 0 && progress != nullptr) {
+      progress->Step(static_cast<double>(i + 1) / static_cast<double>(count) * 100);
+    }
     isWhole = names.Go(records);
     isWhole = companies.Go(records) && isWhole;
   }
@@ -135,37 +124,69 @@ void Records::GetNamesList() {
   isWhole = isWhole &&
             std::all_of(names.Found.begin(), names.Found.end(),
                         [](const ListedRecord& record) { return record.Chained->IsInCompanies; });
+
+  ListsInFiles lists;
+  Numbers deleted;
+  std::vector<ListedRecord> strays;
+  const auto findStrays = [&](std::span<const NumberRange> ranges) {
+    RecordReader reader(profile_, data_.DataPath);
+    for (const NumberRange range : ranges) FindStrays(records, range, reader, deleted, strays);
+  };
+  const std::vector<NumberRange> returned = ReturnedNumbers();
+  if (!isWhole || !returned.empty()) lists.Error = ReadDeletedNumbers(deleted);
+  if (isWhole) {
+    findStrays(returned);
+    isWhole = strays.empty();
+  }
+  bool isTooLong = false;
   if (!isWhole) {
     while (names.Found.size() < MaxRecords && names.Go(records)) {
     }
     while (companies.Found.size() < MaxRecords && companies.Go(records)) {
     }
-    Numbers deleted;
-    const RunTimeError error = ReadDeletedNumbers(deleted);
-    if (listsError_ == RunTimeError::None) listsError_ = error;
     DropDeleted(names, deleted);
     DropDeleted(companies, deleted);
-    std::vector<ListedRecord> strays;
+    strays.clear();
     const auto reached = static_cast<std::ptrdiff_t>(names.Found.size()) +
                          std::count_if(companies.Found.begin(), companies.Found.end(), IsOnlyThere);
     // Where none is missing, what else stands in the files was left behind on purpose.
-    if (reached < static_cast<std::ptrdiff_t>(count)) {
-      RecordReader reader(profile_, data_.DataPath);
-      const std::int32_t end =
-          std::clamp(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0, ListedRecords::UsualNumbers);
-      strays = FindStrays(records, end, reader, deleted);
-    }
+    const NumberRange all = GivenNumbers();
+    findStrays(reached < static_cast<std::ptrdiff_t>(count) ? std::span(&all, 1)
+                                                            : std::span(returned));
     // What has no place in the lists must not fall out of the chains.
     isTooLong = !Unite(names, companies, strays, comparer_);
-    data_.NoOfRecords = static_cast<std::int16_t>(names.Found.size());
-    data_.ListsIncomplete = true;
+    lists.IsIncomplete = true;
   }
-  if (listsError_ == RunTimeError::None) listsError_ = records.Error();
-  if (listsError_ == RunTimeError::None && isTooLong) listsError_ = RunTimeError::DeviceError;
-  data_.NamesList = MakeList(names.Found, &RecordTexts::ShowName, store);
-  data_.NamesRecNo = MakeList(names.Found, &RecordTexts::RecNo, store);
-  data_.CompaniesList = MakeList(companies.Found, &RecordTexts::ShowCompany, store);
-  data_.CompaniesRecNo = MakeList(companies.Found, &RecordTexts::RecNo, store);
+  if (lists.Error == RunTimeError::None) lists.Error = records.Error();
+  if (lists.Error == RunTimeError::None && isTooLong) lists.Error = RunTimeError::DeviceError;
+  lists.Count = lists.IsIncomplete ? static_cast<std::int16_t>(names.Found.size()) : countInHeader;
+  lists.Names = MakeList(names.Found, &RecordTexts::ShowName, store);
+  lists.NamesRecNo = MakeList(names.Found, &RecordTexts::RecNo, store);
+  lists.Companies = MakeList(companies.Found, &RecordTexts::ShowCompany, store);
+  lists.CompaniesRecNo = MakeList(companies.Found, &RecordTexts::RecNo, store);
+  return lists;
+}
+
+void Records::GetNamesList() {
+  const auto count = static_cast<std::size_t>(std::max<std::int16_t>(data_.NoOfRecords, 0));
+  for (auto* list :
+       {&data_.NamesList, &data_.NamesRecNo, &data_.CompaniesList, &data_.CompaniesRecNo}) {
+    *list = TextList(std::max<std::size_t>(count, 1));
+  }
+  data_.ListsIncomplete = false;
+  linksOutdated_ = false;
+  listsError_ = ReadListKeys(knownKeys_);
+  behindNames_.clear();
+  behindCompanies_.clear();
+  progress_.Begin("Please wait while getting names list...", "Loading Names...");
+  ListsInFiles lists = ReadLists(data_.NoOfRecords, &progress_);
+  if (listsError_ == RunTimeError::None) listsError_ = lists.Error;
+  data_.ListsIncomplete = lists.IsIncomplete;
+  data_.NoOfRecords = lists.Count;
+  data_.NamesList = std::move(lists.Names);
+  data_.NamesRecNo = std::move(lists.NamesRecNo);
+  data_.CompaniesList = std::move(lists.Companies);
+  data_.CompaniesRecNo = std::move(lists.CompaniesRecNo);
   progress_.End();
 }
 

@@ -111,12 +111,17 @@ RunTimeError Records::ImportRecords(std::size_t count,
   ProfileUpdate update(profile_);
   KeepLists(update);
   RunTimeError error = replace ? RunTimeError::None : RestoreLinks();
+  // All links will be written from memory.
+  if (error == RunTimeError::None && !replace) error = CheckRecords();
   // Before the header forgets how many numbers were given out.
   std::vector<std::string> numbers;
   if (error == RunTimeError::None) error = FindFreeNumbers(count, numbers);
   if (error == RunTimeError::None && replace) error = WriteNewHeader();
   if (error != RunTimeError::None) return error;
-  if (replace) ForgetLists();
+  if (replace) {
+    ForgetLists();
+    if (numbers.front() != "0") NoteHeaderEntry(ReplacedRecords, numbers.front());
+  }
   const std::string behindNames = RecordBehind(NameChain, data_.NamesRecNo);
   const std::string behindCompanies = RecordBehind(CompanyChain, data_.CompaniesRecNo);
 

@@ -71,13 +71,20 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   return true;
 }
 
-void Records::ReadNoOfRecords() {
+std::int16_t Records::CountInHeader() {
   const std::string count = ReadHeaderEntry("NoOfRecords");
-  data_.NoOfRecords = std::max<std::int16_t>(ToInt16(count), 0);
   // Where the count says nothing, the lists are followed as far as they go.
   const bool isCount =
       !Trim(count).empty() && std::isdigit(static_cast<unsigned char>(Trim(count)[0]));
-  if (!isCount && !ReadHeaderEntry(NameChain.FirstRecord).empty()) data_.NoOfRecords = MaxRecords;
+  if (!isCount && !ReadHeaderEntry(NameChain.FirstRecord).empty()) return MaxRecords;
+  return std::max<std::int16_t>(ToInt16(count), 0);
+}
+
+void Records::ReadNoOfRecords() {
+  data_.NoOfRecords = CountInHeader();
+  // Lists without entries are not read from the files; changes are checked against the header all
+  // the same, and what cannot be read now fails then.
+  static_cast<void>(ReadListKeys(knownKeys_));
 }
 
 // A header that is about to be emptied may be the only way to records of an older data set.
@@ -98,6 +105,9 @@ RunTimeError Records::WriteNewHeader() {
   NoteHeaderEntry("CompanyFirstRecord", "");
   NoteHeaderEntry("DelNoOfRecords", "0");
   NoteHeaderEntry("DelFirstRecord", "");
+  for (const auto key : {MissingFiles, ReplacedRecords}) {
+    if (!ReadHeaderEntry(key).empty()) NoteHeaderEntry(key, "");
+  }
   return update.Commit();
 }
 

@@ -1,5 +1,8 @@
 #include "store/records.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "store/chain.h"
 #include "store/record_reader.h"
 
@@ -30,7 +33,16 @@ std::string Records::ReadHeaderEntry(std::string_view Key) {
 }
 
 RunTimeError Records::WriteHeaderEntry(std::string_view Key, std::string_view Value) {
-  return profile_.WriteEntry(data_.DataFile, HeaderSection, Key, Value);
+  ProfileUpdate update(profile_);
+  const RunTimeError error = profile_.WriteEntry(data_.DataFile, HeaderSection, Key, Value);
+  if (error != RunTimeError::None) return error;
+  const auto* const name = std::find(ListKeyNames.begin(), ListKeyNames.end(), Key);
+  if (name != ListKeyNames.end()) {
+    std::string& known = knownKeys_.at(static_cast<std::size_t>(name - ListKeyNames.begin()));
+    update.OnUndo([&known, before = known] { known = before; });
+    known = Trim(Value);
+  }
+  return update.Commit();
 }
 
 void Records::Note(std::string_view file, std::string_view section,
@@ -47,8 +59,8 @@ void Records::NoteRecordEntry(std::string_view RecNo, std::string_view Key,
 }
 
 void Records::NoteHeaderEntry(std::string_view Key, std::string_view Value) {
-  const EntryValue entry{Key, Value};
-  Note(data_.DataFile, HeaderSection, {&entry, 1});
+  // A write that cannot be noted makes the group fail.
+  static_cast<void>(WriteHeaderEntry(Key, Value));
 }
 
 RunTimeError Records::ReadRecord(std::string_view RecNo) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@
 namespace quillary {
 
 class RecordReader;
+struct NumberRange;
 
 // Asked by OpenDataFile when there is no valid header; true means "create a new data set".
 class OpenDataFileHooks {
@@ -80,7 +82,8 @@ class Records {
   // Reads both lists from the files into memory: exactly NoOfRecords entries of each. Where a chain
   // ends early, runs in a circle or points nowhere, or the two do not hold the same records, takes
   // every record that either chain reaches and the deleted list does not; if those are fewer than
-  // NoOfRecords, also every other one in the files that is not deleted. Then both lists are sorted,
+  // NoOfRecords, also every other one in the files that is not deleted. Where a file is there again
+  // without which the links were written, takes its records, too. Then both lists are sorted,
   // NoOfRecords is their length, and ListsIncomplete is set. Changes nothing on disk.
   void GetNamesList();
   // Sorts both lists (equal ones keep their order) and, if anything moved, writes every link and
@@ -92,9 +95,10 @@ class Records {
   // of the program, the filtered ones included where the filter is on, and fills the list box.
   RunTimeError ReadListsAgain();
   // To be called at the start of a group that reads or changes links. If the links in the files are
-  // not those of the lists in memory, writes all of them anew. Fails, so that nothing is written,
-  // where the data files are gone or a part of them could not be read, and with BadRecordNumber
-  // where the header is not any more that of the lists in memory.
+  // not those of the lists in memory, writes all of them anew; files that are missing then are
+  // noted in the header. Fails, so that nothing is written, where the data files are gone or a part
+  // of them could not be read, and with BadRecordNumber where the header is not any more that of
+  // the lists in memory, or all links are to be written and the files have other records.
   RunTimeError RestoreLinks();
   // Fills the list box from the list that ViewMode and FilterOn choose.
   void ShowRecords();
@@ -174,6 +178,8 @@ class Records {
  private:
   static constexpr std::string_view HeaderSection = "General Info";
   static constexpr std::string_view Signature = "Quillary";
+  static constexpr std::string_view MissingFiles = "MissingFiles";
+  static constexpr std::string_view ReplacedRecords = "ReplacedRecords";
 
   struct Chain;  // the names of one list's keys
   class DeletedList;
@@ -181,6 +187,16 @@ class Records {
     std::string RecNo;
     std::string ShowName;
     std::string ShowCompany;
+  };
+  // The lists as the files have them.
+  struct ListsInFiles {
+    TextList Names;
+    TextList NamesRecNo;
+    TextList Companies;
+    TextList CompaniesRecNo;
+    std::int16_t Count = 0;
+    bool IsIncomplete = false;
+    RunTimeError Error = RunTimeError::None;
   };
   static const Chain NameChain;
   static const Chain CompanyChain;
@@ -191,13 +207,25 @@ class Records {
   void NoteHeaderEntry(std::string_view Key, std::string_view Value);
 
   RunTimeError CheckHeader();
+  std::int16_t CountInHeader();
   void ReadNoOfRecords();
-  using ListKeys = std::array<std::string, 5>;
+  ListsInFiles ReadLists(std::int16_t countInHeader, ProgressHooks* progress);
+  // What the header says of the three lists.
+  static constexpr std::array<std::string_view, 6> ListKeyNames{
+      "NoOfRecords",    "NameFirstRecord", "CompanyFirstRecord",
+      "DelNoOfRecords", "DelFirstRecord",  "TotalNoOfRecords"};
+  using ListKeys = std::array<std::string, ListKeyNames.size()>;
   RunTimeError ReadListKeys(ListKeys& values);
   RunTimeError CheckLists();
+  RunTimeError CheckRecords();
   bool IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position);
   RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos);
   RunTimeError KeepOldHeader();
+  std::set<std::int32_t> AwaitedFiles();
+  NumberRange GivenNumbers();
+  std::vector<NumberRange> ReturnedNumbers();
+  bool LinksLeadNowhere(RecordReader& reader, std::int32_t end);
+  void NoteMissingFiles(RecordReader& reader);
   bool LinksLeadInto(std::int64_t fileNumber);
   std::int64_t FirstNewNumber(RecordReader& reader);
   RunTimeError FindFreeNumbers(std::size_t count, std::vector<std::string>& numbers);
@@ -238,7 +266,8 @@ class Records {
   bool linksOutdated_ = false;
   std::string behindNames_;
   std::string behindCompanies_;
-  ListKeys readKeys_;  // the header's counts and heads when the lists were read
+  // Those of the header when the lists were read, with this program's own changes since.
+  ListKeys knownKeys_;
 };
 
 // The display strings of the two lists. All three arguments are trimmed in place.

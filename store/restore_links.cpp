@@ -63,9 +63,11 @@ RunTimeError Records::RestoreLinks() {
   if (listsError_ != RunTimeError::None) return listsError_;
   if (const RunTimeError error = CheckLists(); error != RunTimeError::None) return error;
   if (!data_.ListsIncomplete && !linksOutdated_) return RunTimeError::None;
+  if (const RunTimeError error = CheckRecords(); error != RunTimeError::None) return error;
   ProfileUpdate update(profile_);
   // Links into a file that is missing are about to go.
   RecordReader reader(profile_, data_.DataPath);
+  NoteMissingFiles(reader);
   const std::int64_t number = FirstNewNumber(reader);
   if (reader.Error() != RunTimeError::None) return reader.Error();
   if (number > ToInt32(ReadHeaderEntry("TotalNoOfRecords"))) {

@@ -127,7 +127,7 @@ TEST_F(BackupTest, ASafetyCopyAndTheDataChangePlaces) {
 
 // The medium is taken for a good one twice, and opened in between.
 TEST_F(BackupTest, TheSameRestoreTwiceLeavesTheSafetyCopyAlone) {
-  const Files before = FilesOf(World.Folder);
+  const Files before = World.Folder.Files();
   for (int i = 0; i < 3; ++i) {
     ASSERT_EQ(Restore(), RunTimeError::None);
     ASSERT_EQ(World.Store.WriteHeaderEntry("NoOfUses", std::to_string(i)), RunTimeError::None);
@@ -144,7 +144,7 @@ TEST_F(BackupTest, TheSafetyCopyBeforeTheLastComesBackInItsTurn) {
   };
   const auto notes = [&] { return World.Store.ReadRecordEntry("0", "Notes"); };
   generation("first");
-  const Files first = FilesOf(World.Folder);
+  const Files first = World.Folder.Files();
   // What is copied twice pushes nothing out.
   for (const std::string name : {"first", "second", "second", "third"}) {
     generation(name);
@@ -415,7 +415,7 @@ TEST_F(BackupTest, TellsWhetherAFailedRestoreMayStillBeDone) {
   bool sawDecided = false;
   for (int call = 1;; ++call) {
     Prepare();
-    const Files before = FilesOf(World.Folder);
+    const Files before = World.Folder.Files();
     Profile program = NewProgram();
     World.Machine.FailAt(call, RunTimeError::DiskFull, true);
     (void)RestoreFiles(program, World.Data, Stick, &Fault);
@@ -424,7 +424,7 @@ TEST_F(BackupTest, TellsWhetherAFailedRestoreMayStillBeDone) {
     Profile next = NewProgram();
     ASSERT_EQ(next.Recover(World.Data.DataFile), RunTimeError::None);
     const bool mayChange = Fault == CopyFault::Decided || Fault == CopyFault::None;
-    ASSERT_TRUE(mayChange || FilesOf(World.Folder) == before) << call;
+    ASSERT_TRUE(mayChange || World.Folder.Files() == before) << call;
     sawDecided |= Fault == CopyFault::Decided;
     if (!wasReached) break;
   }

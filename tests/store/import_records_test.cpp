@@ -104,6 +104,15 @@ TEST_F(ImportRecordsTest, ReplacingLeavesTheOldRecordsInTheirFiles) {
   World.Open();
   EXPECT_FALSE(Data.ListsIncomplete);
   EXPECT_EQ(Data.NamesRecNo, replaced);
+
+  // Their file may vanish and come back with the new ones.
+  const std::string hidden = World.Folder.ReadFile("quill1.dat");
+  std::filesystem::remove(World.Folder.File("quill1.dat"));
+  World.Open();
+  EXPECT_EQ(World.Add("", "Zz"), "200");
+  World.Folder.WriteFile("quill1.dat", hidden);
+  World.Open();
+  EXPECT_EQ(Data.NamesRecNo, (Texts{"130", "131", "200"}));
 }
 
 TEST_F(ImportRecordsTest, KeepsWhatStandsBehindTheCount) {

@@ -253,6 +253,46 @@ TEST_F(NamesListTest, DataThatVanishAreNotBegunAnew) {
   EXPECT_EQ(World.Lines.Texts, (Texts{"A", "B"}));
 }
 
+TEST_F(NamesListTest, ARecordFileThatComesBackBringsItsRecords) {
+  for (const bool changesWithout : {false, true}) {
+    StoreWorld world;
+    WriteDataSet(world.Folder.Path(), {.Live = 150, .Deleted = 4});
+    const std::string hidden = world.Folder.ReadFile("quill1.dat");
+    std::filesystem::remove(world.Folder.File("quill1.dat"));
+    world.Open();
+    std::string recNo;
+    if (changesWithout) {
+      EXPECT_EQ(world.Add("New", "Person"), "200");
+      world.Folder.WriteFile("quill1.dat", hidden);
+    } else {
+      world.Folder.WriteFile("quill1.dat", hidden);
+      EXPECT_EQ(world.Add("New", "Person", "", recNo), RunTimeError::BadRecordNumber);
+    }
+    EXPECT_EQ(world.Store.ReadListsAgain(), RunTimeError::None);
+    world.Add("Other", "Person");
+    EXPECT_EQ(world.Lines.Texts.size(), changesWithout ? 152U : 151U);
+    EXPECT_TRUE(CheckInvariants(world));
+    EXPECT_EQ(world.Store.ReadHeaderEntry("MissingFiles"), "");
+  }
+}
+
+TEST_F(NamesListTest, WhatTheCountLeavesOutIsNotCutOffWhileItsFileIsMissing) {
+  Write({"A", "B"});
+  for (const std::string kind : {"Name", "Company"}) {
+    Set("1", "Next" + kind, "100");
+    Set("100", "Prev" + kind, "1");
+    Set("100", "Show" + kind, "C");
+  }
+  SetHeader("TotalNoOfRecords", "101");
+  World.Open();
+  ASSERT_EQ(World.Store.SortNamesList(), RunTimeError::None);
+  std::filesystem::remove(World.Folder.File("quill1.dat"));
+  const std::string files = Files();
+  std::string recNo;
+  EXPECT_EQ(World.Add("", "Z", "", recNo), RunTimeError::BadRecordNumber);
+  EXPECT_EQ(Files(), files);
+}
+
 TEST_F(NamesListTest, AMissingRecordFileKeepsItsNumbers) {
   for (const bool deletesFirst : {false, true}) {
     StoreWorld world;

@@ -75,6 +75,7 @@ TEST_F(RecordsTest, ANewNumberNeverBelongsToARecordOfOldFiles) {
                          "[General Info]\r\nApplication=Quillary\r\nTotalNoOfRecords=98\r\n");
   World.Folder.WriteFile("quill0.dat", "[Record98]\r\nNotes=old\r\n[record99]\r\n");
   World.Folder.WriteFile("quill1.dat", "[Record100]\r\n");
+  World.Open();
   std::string recNo;
   EXPECT_TRUE(Store.RecordExists("98"));
   EXPECT_FALSE(Store.RecordExists("9"));
