@@ -19,6 +19,8 @@ class SharingGuard {
   // Where that fails nothing is to be changed: InUse stays true until it succeeds, which the timer
   // tries again. Where there is no header nothing is written (FileNotFound); so with the others.
   RunTimeError IncrementUses();
+  // Whether the header counts any user: before IncrementUses, another application.
+  bool HasUsers() { return ReadUses() >= 1; }
   bool IsCounted() const { return isCounted_; }
   // Reads the counter into InUse.
   void CheckInUse();

@@ -100,7 +100,7 @@ std::optional<ChangeDialog::Refusal> ChangeDialog::TryChange(bool& comesBack) {
   const RunTimeError error = Change();
   if (error == RunTimeError::None) return std::nullopt;
   QString advice = QStringLiteral("You can try again.");
-  if (error == RunTimeError::BadRecordNumber) {
+  if (records_.MustReadLists(error)) {
     comesBack = FitsNewLists(ReadListsAgain()) && comesBack;
     advice = QStringLiteral("The list has been read again.");
   }

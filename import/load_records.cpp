@@ -85,7 +85,7 @@ std::optional<QString> RecordsToImportDialog::Import() {
   if (error == RunTimeError::None) return std::nullopt;
   const QString failed = QStringLiteral("The import failed: %1.\r")
                              .arg(QString::fromStdString(RunTimeErrorText(error)));
-  if (error != RunTimeError::BadRecordNumber) return failed + assurance;
+  if (!tools_.Store.MustReadLists(error)) return failed + assurance;
   static_cast<void>(tools_.Store.ReadListsAgain());
   tools_.Shared.CurListIndex = 0;
   tools_.Main.SetData();

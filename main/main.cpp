@@ -13,15 +13,17 @@ void PlaceMain(Forms& forms) {
   main.move(PlaceCentred(screen, main.size()));
 }
 
-// The error, if any, that kept the sorted order from being stored; the list is shown in it all the
-// same.
+// While another application holds the data nothing is written. The error, if any, that kept the
+// sorted order from being stored; the list is shown in it all the same.
 RunTimeError LoadNames(Forms& forms) {
   forms.Splash().SetLbl(QStringLiteral("Loading Names..."));
-  if (forms.Shared.NoOfRecords <= 0) return RunTimeError::None;
+  // A file that comes back may hold names, whatever the count says.
+  const bool mayReturn = !forms.Store.ReadHeaderEntry("MissingFiles").empty();
+  if (forms.Shared.NoOfRecords <= 0 && !mayReturn) return RunTimeError::None;
   forms.Splash().SetPercnt(0);
   forms.Splash().ShowPercnt(true);
   forms.Store.GetNamesList();
-  const RunTimeError error = forms.Store.SortNamesList();
+  const RunTimeError error = forms.Store.SortNamesList(!forms.Guard.HasUsers());
   forms.Store.ShowRecords();
   forms.Shared.CurListIndex = 0;
   return error;

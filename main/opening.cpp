@@ -61,15 +61,18 @@ void Forms::SetReadOnly() {
 }
 
 void Forms::TellFaults(RunTimeError countError, RunTimeError sortError, const QString& advice) {
-  if (countError != RunTimeError::None) {
+  const bool isCounted = countError == RunTimeError::None;
+  if (!isCounted) {
     TellError(*this, QStringLiteral("The data files cannot be written"), countError,
               QStringLiteral("You can look at the names but not change them."));
-  } else if (Shared.ListsIncomplete) {
+  }
+  if (HasEnded()) return;
+  if (Shared.ListsIncomplete) {
     Tell(*this, MsgIcon::Exclamation,
          QStringLiteral("The data files are damaged or cannot be read: some names may be "
                         "missing.\r") +
              advice);
-  } else if (sortError != RunTimeError::None) {
+  } else if (sortError != RunTimeError::None && isCounted) {
     TellError(*this, QStringLiteral("The sorted list cannot be stored"), sortError,
               QStringLiteral("It will be stored with your next change."));
   }

@@ -87,13 +87,17 @@ class Records {
   // NoOfRecords is their length, and ListsIncomplete is set. Changes nothing on disk.
   void GetNamesList();
   // Sorts both lists (equal ones keep their order) and, if anything moved, writes every link and
-  // the list heads anew as one group. On an error the files are as before and the lists in memory
-  // are sorted all the same; the next change writes the links first.
-  RunTimeError SortNamesList();
+  // the list heads anew as one group. On an error, and without `mayStore`, the files are as before
+  // and the lists in memory are sorted all the same; the next change writes the links first.
+  RunTimeError SortNamesList(bool mayStore = true);
   void SortFilteredList();
   // What another program has changed meanwhile: reads NoOfRecords and all lists anew, as at a start
   // of the program, the filtered ones included where the filter is on, and fills the list box.
   RunTimeError ReadListsAgain();
+  // Whether changes are refused after this error until ReadListsAgain.
+  bool MustReadLists(RunTimeError error) const {
+    return error == RunTimeError::BadRecordNumber || listsError_ != RunTimeError::None;
+  }
   // To be called at the start of a group that reads or changes links. If the links in the files are
   // not those of the lists in memory, writes all of them anew; files that are missing then are
   // noted in the header. Fails, so that nothing is written, where the data files are gone or a part

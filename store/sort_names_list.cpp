@@ -55,7 +55,7 @@ bool SortBoth(const TextComparer& comparer, ProgressHooks& progress, TextList& n
 
 }  // namespace
 
-RunTimeError Records::SortNamesList() {
+RunTimeError Records::SortNamesList(bool mayStore) {
   progress_.Begin(SortingText, "Sorting Names...");
   // Where the header's count is too small the chains go on; what follows must stay linked.
   if (!data_.ListsIncomplete) {
@@ -63,8 +63,11 @@ RunTimeError Records::SortNamesList() {
     behindCompanies_ = RecordBehind(CompanyChain, data_.CompaniesRecNo);
   }
   RunTimeError error = RunTimeError::None;
-  if (SortBoth(comparer_, progress_, data_.NamesList, data_.NamesRecNo, data_.CompaniesList,
-               data_.CompaniesRecNo)) {
+  const bool isMoved = SortBoth(comparer_, progress_, data_.NamesList, data_.NamesRecNo,
+                                data_.CompaniesList, data_.CompaniesRecNo);
+  if (isMoved && !mayStore) {
+    linksOutdated_ = true;
+  } else if (isMoved) {
     progress_.Begin("Please wait while sorting data...", "Sorting Data...");
     ProfileUpdate update(profile_);
     update.OnUndo([this] { linksOutdated_ = true; });

@@ -140,6 +140,23 @@ TEST_P(ChangeDialogTest, ReadsTheListsAgainWhereAnotherProgramHasChangedThem) {
   }
 }
 
+TEST_P(ChangeDialogTest, ReadsTheListAgainThatCouldNotBeReadBefore) {
+  Prepare("Varek");
+  Disk.Reset();
+  Disk.FailAt(1, RunTimeError::PermissionDenied, true);
+  Store.GetNamesList();
+  Disk.Reset();
+  {
+    MsgBoxAnswerer answerer;
+    Click(*Dialog, Button());
+    ASSERT_EQ(answerer.Seen.size(), 1U);
+    EXPECT_TRUE(answerer.Seen[0].second.contains(QStringLiteral("has been read again")));
+  }
+  std::string recNo;
+  EXPECT_EQ(Store.NextRecordNumber(recNo), RunTimeError::None);
+  EXPECT_TRUE(CheckFiles(Folder.Path()));
+}
+
 TEST_P(ChangeDialogTest, WaitsUntilTheOtherApplicationHasEnded) {
   Prepare("Varek");
   const auto before = State();

@@ -127,6 +127,19 @@ TEST_F(StartTest, DamagedChainsAreShownAsFarAsTheyGoAndNothingIsChanged) {
   EXPECT_EQ(Header("NameFirstRecord"), "999");
 }
 
+TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataTheOrderIsNotStored) {
+  MakeData({.Live = 50, .Deleted = 0, .Scrambled = true});
+  std::ofstream(Folder.File("data") + "/quill.dat", std::ios::app) << "NoOfUses=1\r\n";
+  const std::string records = Folder.ReadFile("data/quill0.dat");
+  Answerer ok(QStringLiteral("BtnOK"));
+  Session run(Folder, Machine);
+  ASSERT_TRUE(run.Start());
+  EXPECT_EQ(run.Windows.Main.ListCount(), 50);
+  EXPECT_EQ(Folder.ReadFile("data/quill0.dat"), records);
+  ASSERT_EQ(run.Windows.Store.RestoreLinks(), RunTimeError::None);
+  EXPECT_TRUE(test::CheckFiles(Folder.File("data")));
+}
+
 TEST_F(StartTest, AskedToEndInTheMiddleOfLongWorkItLeavesAtOnce) {
   MakeData({.Live = 3000, .Deleted = 0, .Scrambled = true});
   const std::string before = Folder.ReadFile("data/quill7.dat");
