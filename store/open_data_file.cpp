@@ -28,6 +28,15 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   // Without a data directory the name would stand for a profile in the user's configuration.
   error = data_.DataPath.empty() ? RunTimeError::None : profile_.Recover(data_.DataFile);
 
+  if (!data_.DataPath.empty()) {
+    // What cannot be read is not missing.
+    ProfileSnapshot header(profile_);
+    static_cast<void>(header.Text(data_.DataFile));
+    if (header.Error() != RunTimeError::None) {
+      error = header.Error();
+      return false;
+    }
+  }
   const std::string application = ReadHeaderEntry("Application");
   const std::string count = ReadHeaderEntry("NoOfRecords");
   const bool isOurs = EqualWithoutCase(application, Signature);
@@ -87,12 +96,16 @@ void Records::ReadNoOfRecords() {
   static_cast<void>(ReadListKeys(knownKeys_));
 }
 
-// A header that is about to be emptied may be the only way to records of an older data set.
+// A header that is about to be emptied may be the only way to records of an older data set. Its
+// name is none that a safety copy uses, and one kept before stays.
 RunTimeError Records::KeepOldHeader() {
-  constexpr std::string_view KeptName = "quill.old";
   if (ReadHeaderEntry("TotalNoOfRecords") == "0") return RunTimeError::None;
-  const RunTimeError error =
-      profile_.CopyFile(data_.DataFile, data_.DataPath + std::string(KeptName));
+  const std::string name = data_.DataFile + ".kept";
+  std::string free = name;
+  ProfileSnapshot kept(profile_);
+  for (int number = 2; !kept.Text(free).Bytes().empty(); ++number) free = name + NumberText(number);
+  if (kept.Error() != RunTimeError::None) return kept.Error();
+  const RunTimeError error = profile_.CopyFile(data_.DataFile, free);
   return error == RunTimeError::FileNotFound ? RunTimeError::None : error;
 }
 

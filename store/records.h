@@ -45,7 +45,8 @@ class Records {
   // Finds the data directory from the preferences, completes or drops an unfinished change there,
   // and reads NoOfRecords; where there is no valid header, asks and creates a new data set in
   // "quilldat" of the program's own directory (`ownDirectory`, a program path); a header of other
-  // records that lies there is kept as "quill.old". False: the program
+  // records that lies there is kept as "quill.dat.kept", "quill.dat.kept2" ... A header that cannot
+  // be read is an error and no reason to ask. False: the program
   // is to end; then `error` tells why, None meaning that the user declined. When a new data set
   // cannot be made, StoreData is as it was before the question.
   bool OpenDataFile(std::string_view prefsFile, std::string_view ownDirectory,

@@ -102,9 +102,24 @@ TEST_F(OpenDataFileTest, KeepsTheHeaderOfRecordsThatLieThereAlready) {
   std::filesystem::remove(World.Folder.File("varek.ini"));
   for (int start = 0; start < 2; ++start) {
     ASSERT_TRUE(Open());
-    EXPECT_EQ(World.Folder.ReadFile("quilldat/quill.old"), header);
+    EXPECT_EQ(World.Folder.ReadFile("quilldat/quill.dat.kept"), header);
     std::filesystem::remove(World.Folder.File("varek.ini"));
   }
+  EXPECT_FALSE(std::filesystem::exists(World.Folder.File("quilldat/quill.dat.kept2")));
+  World.Folder.WriteFile("quilldat/quill.dat", header + "Other=1\r\n");
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(World.Folder.ReadFile("quilldat/quill.dat.kept"), header);
+  EXPECT_EQ(World.Folder.ReadFile("quilldat/quill.dat.kept2"), header + "Other=1\r\n");
+}
+
+TEST_F(OpenDataFileTest, AHeaderThatCannotBeReadIsNotTakenForNone) {
+  ASSERT_TRUE(Open());
+  const std::string prefs = World.Folder.ReadFile("varek.ini");
+  std::filesystem::remove(World.Folder.File("quilldat/quill.dat"));
+  std::filesystem::create_directory(World.Folder.File("quilldat/quill.dat"));
+  EXPECT_FALSE(Open());
+  EXPECT_NE(Error, RunTimeError::None);
+  EXPECT_EQ(World.Folder.ReadFile("varek.ini"), prefs);
 }
 
 TEST_F(OpenDataFileTest, SaysWhatKeptItFromCreatingAndLeavesAnOldHeaderAlone) {
