@@ -17,7 +17,28 @@ EditDialog::EditDialog(SharedData& shared, Profile& profile, Records& records, S
 }
 
 void EditDialog::ShowEditDialog() {
-  if (ReadSelected(windowTitle())) ShowDialog(shared_.FieldValues, windowTitle());
+  if (!ReadSelected(windowTitle())) return;
+  stored_ = shared_.FieldValues;
+  ShowDialog(shared_.FieldValues, windowTitle());
+}
+
+std::optional<ChangeDialog::Refusal> EditDialog::Check() {
+  if (auto refusal = RecordDialog::Check()) return refusal;
+  FieldArray now;
+  // A record that is gone or cannot be read shows in the change.
+  const bool isRead = records_.ReadFields(shared_.CurRecordNo, now) == RunTimeError::None;
+  if (!isRead || now == stored_ || !records_.RecordExists(shared_.CurRecordNo)) return std::nullopt;
+  QString text = QStringLiteral("Another program has changed this record. It holds now:");
+  for (std::size_t i = 0; i < shared_.NoOfFields; ++i) {
+    if (now.at(i) == stored_.at(i)) continue;
+    constexpr qsizetype Enough = 60;
+    QString value = QString::fromStdString(now.at(i)).simplified();
+    if (value.size() > Enough) value = value.left(Enough) + QStringLiteral("...");
+    text += QStringLiteral("\r%1: %2").arg(QString::fromStdString(shared_.FieldKeys.at(i)), value);
+  }
+  stored_ = now;
+  return Refusal{windowTitle(), text + QStringLiteral("\rNothing was changed. Press OK again to "
+                                                      "store what you have typed.")};
 }
 
 RunTimeError EditDialog::Change() {
@@ -31,7 +52,8 @@ RunTimeError EditDialog::Change() {
 
   const std::string RecNo = shared_.CurRecordNo;
   // Written first: whether the record still matches the filter depends on its new values.
-  RunTimeError error = records_.WriteRecord(RecNo);
+  RunTimeError error = records_.CheckRecord(RecNo);
+  if (error == RunTimeError::None) error = records_.WriteRecord(RecNo);
   if (error == RunTimeError::None && moved_) {
     const auto index = static_cast<std::size_t>(std::max<int>(shared_.CurListIndex, 0));
     error = records_.RelinkRecord(RecNo, index, typed.ShowName, typed.ShowCompany);

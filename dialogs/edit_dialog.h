@@ -8,6 +8,7 @@ namespace quillary {
 
 // "Edit Name": the user changes the selected record, OK stores it under its number. Where the first
 // name, the last name or the company changed, the record moves to its new places in the lists.
+// What another program has stored in the record meanwhile is shown before it is written over.
 class EditDialog : public RecordDialog {
   Q_OBJECT
 
@@ -21,12 +22,14 @@ class EditDialog : public RecordDialog {
   void ShowEditDialog();
 
  protected:
+  std::optional<Refusal> Check() override;
   RunTimeError Change() override;
   void Select() override;
   bool FitsNewLists(bool isListed) const override { return isListed; }
 
  private:
   bool moved_ = false;  // by the last change
+  FieldArray stored_;   // the record as the user last saw it
 };
 
 }  // namespace quillary

@@ -61,7 +61,8 @@ struct RestoreChoice {
 // Nothing in memory changes: the data files are to be opened anew, whatever the result.
 //
 // A data file takes the name that the data file in use has; where there was none it is NAME.DAT. A
-// file whose name differs from one in use by case alone is out of use: it becomes name.spare, or name.spare2 ...
+// file whose name differs from one in use by case alone is out of use: it becomes name.spare, or
+// name.spare2 ...
 std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data,
                                          std::string_view Source, CopyFault* fault = nullptr,
                                          const Profile::GoesOn& goesOn = {},

@@ -25,16 +25,23 @@ void Records::UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t
   if (!next.empty()) NoteRecordEntry(next, chain.Prev, previous);
 }
 
-// Takes the record out of both chains, the lists in memory and the list box. Its own links stay.
-RunTimeError Records::UnlinkRecord(ProfileUpdate& update, const std::string& recNo,
-                                   std::size_t listIndex) {
+RunTimeError Records::CheckRecord(std::string_view RecNo) {
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
-  const std::optional<ListEntry> entry = FindEntry(AllLists(data_), recNo);
+  const std::optional<ListEntry> entry = FindEntry(AllLists(data_), Trim(RecNo));
   if (!entry) return RunTimeError::BadRecordNumber;
   for (const std::size_t side : {0U, 1U}) {
     const RunTimeError error = CheckPlace(entry->NamePos + side, entry->CompanyPos + side);
     if (error != RunTimeError::None) return error;
   }
+  return RunTimeError::None;
+}
+
+// Takes the record out of both chains, the lists in memory and the list box. Its own links stay.
+RunTimeError Records::UnlinkRecord(ProfileUpdate& update, const std::string& recNo,
+                                   std::size_t listIndex) {
+  if (const RunTimeError error = CheckRecord(recNo); error != RunTimeError::None) return error;
+  const std::optional<ListEntry> entry = FindEntry(AllLists(data_), recNo);
+  if (!entry) return RunTimeError::BadRecordNumber;
   UnlinkFrom(NameChain, data_.NamesRecNo, entry->NamePos);
   UnlinkFrom(CompanyChain, data_.CompaniesRecNo, entry->CompanyPos);
   NoteHeaderEntry("NoOfRecords", NumberText(data_.NoOfRecords - 1));

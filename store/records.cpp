@@ -63,11 +63,11 @@ void Records::NoteHeaderEntry(std::string_view Key, std::string_view Value) {
   static_cast<void>(WriteHeaderEntry(Key, Value));
 }
 
-RunTimeError Records::ReadRecord(std::string_view RecNo) {
+RunTimeError Records::ReadFields(std::string_view RecNo, FieldArray& fields) {
   RecordReader reader(profile_, data_.DataPath);
   const ProfileText::Section section = reader.Record(RecNo);
   for (std::size_t i = 0; i < data_.NoOfFields; ++i) {
-    data_.FieldValues.at(i) = section.Value(data_.FieldKeys.at(i)).value_or(std::string());
+    fields.at(i) = section.Value(data_.FieldKeys.at(i)).value_or(std::string());
   }
   return reader.Error();
 }

@@ -46,9 +46,9 @@ class Records {
   // and reads NoOfRecords; where there is no valid header, asks and creates a new data set in
   // "quilldat" of the program's own directory (`ownDirectory`, a program path); a header of other
   // records that lies there is kept as "quill.dat.kept", "quill.dat.kept2" ... A header that cannot
-  // be read is an error and no reason to ask. False: the program
-  // is to end; then `error` tells why, None meaning that the user declined. When a new data set
-  // cannot be made, StoreData is as it was before the question.
+  // be read is an error and no reason to ask. False: the program is to end; then `error` tells why,
+  // None meaning that the user declined. When a new data set cannot be made, StoreData is as it was
+  // before the question.
   bool OpenDataFile(std::string_view prefsFile, std::string_view ownDirectory,
                     OpenDataFileHooks& hooks, RunTimeError& error);
   // Writes the empty header into DataFile; changes nothing in memory.
@@ -61,9 +61,10 @@ class Records {
                                 std::string_view Value);
   std::string ReadHeaderEntry(std::string_view Key);
   RunTimeError WriteHeaderEntry(std::string_view Key, std::string_view Value);
-  // The record's fields into FieldValues, all of them as they stood at one moment. A missing record
-  // has empty fields; so has one whose file cannot be read, which is an error.
-  RunTimeError ReadRecord(std::string_view RecNo);
+  // A record's fields into `fields`, or into FieldValues, all of them as they stood at one moment.
+  // A missing record has empty fields; so has one whose file cannot be read, which is an error.
+  RunTimeError ReadFields(std::string_view RecNo, FieldArray& fields);
+  RunTimeError ReadRecord(std::string_view RecNo) { return ReadFields(RecNo, data_.FieldValues); }
 
   // Whether the record's section is in its file, linked or not.
   bool RecordExists(std::string_view RecNo);
@@ -105,6 +106,9 @@ class Records {
   // of them could not be read, and with BadRecordNumber where the header is not any more that of
   // the lists in memory, or all links are to be written and the files have other records.
   RunTimeError RestoreLinks();
+  // To be called at the start of a group that changes a listed record, also where its place in the
+  // lists stays: RestoreLinks, and BadRecordNumber where the files do not have the record there.
+  RunTimeError CheckRecord(std::string_view RecNo);
   // Fills the list box from the list that ViewMode and FilterOn choose.
   void ShowRecords();
 

@@ -118,6 +118,34 @@ TEST_F(EditDialogTest, NameAndCompanyMustNotBothBeEmpty) {
   EXPECT_EQ(Stored("0", "Sal") + "|" + Stored("0", "ShowName"), "|( Bell )");
 }
 
+TEST_F(EditDialogTest, WhatAnotherProgramHasStoredMeanwhileIsShownFirst) {
+  for (const char* name : {"Lee", "Moss"}) Add({{LastName, name}});
+  Show();
+  OpenEdit(0);
+  Type(11, "34");
+  ASSERT_EQ(Store.WriteRecordEntry("0", "Fax", "56"), RunTimeError::None);
+  {
+    MsgBoxAnswerer answerer;
+    ClickOK();
+    ASSERT_EQ(answerer.Seen.size(), 1U);
+    EXPECT_TRUE(answerer.Seen[0].second.contains(QStringLiteral("Fax: 56")));
+  }
+  ExpectOpen();
+  EXPECT_EQ(Stored("0", "Phone1") + Stored("0", "Fax") + BoxText(11), "5634");
+  ClickOK();
+  ExpectClosed();
+  EXPECT_EQ(Stored("0", "Phone1") + Stored("0", "Fax"), "34");
+
+  // A record that is not there any more is not begun anew.
+  OpenEdit(0);
+  Type(11, "78");
+  std::filesystem::remove(Folder.File("quill0.dat"));
+  MsgBoxAnswerer answerer;
+  ClickOK();
+  EXPECT_EQ(answerer.Seen.size(), 1U);
+  EXPECT_FALSE(std::filesystem::exists(Folder.File("quill0.dat")));
+}
+
 // Nor copied, nor deleted.
 TEST_F(EditDialogTest, ARecordThatCannotBeReadIsNotEdited) {
   Add({{LastName, "Lee"}});

@@ -131,7 +131,7 @@ TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataTheOrderIsNotStored) {
   MakeData({.Live = 50, .Deleted = 0, .Scrambled = true});
   std::ofstream(Folder.File("data") + "/quill.dat", std::ios::app) << "NoOfUses=1\r\n";
   const std::string records = Folder.ReadFile("data/quill0.dat");
-  Answerer ok(QStringLiteral("BtnOK"));
+  MsgBoxAnswerer ok;
   Session run(Folder, Machine);
   ASSERT_TRUE(run.Start());
   EXPECT_EQ(run.Windows.Main.ListCount(), 50);

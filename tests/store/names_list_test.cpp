@@ -287,10 +287,10 @@ TEST_F(NamesListTest, WhatTheCountLeavesOutIsNotCutOffWhileItsFileIsMissing) {
   World.Open();
   ASSERT_EQ(World.Store.SortNamesList(), RunTimeError::None);
   std::filesystem::remove(World.Folder.File("quill1.dat"));
-  const std::string files = Files();
+  const auto files = World.Folder.Files();
   std::string recNo;
   EXPECT_EQ(World.Add("", "Z", "", recNo), RunTimeError::BadRecordNumber);
-  EXPECT_EQ(Files(), files);
+  EXPECT_EQ(World.Folder.Files(), files);
 }
 
 TEST_F(NamesListTest, AMissingRecordFileKeepsItsNumbers) {
