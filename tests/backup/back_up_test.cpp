@@ -333,7 +333,7 @@ TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
   Commands.RestoreFromDisk();
   EXPECT_EQ(user.Seen.back(), Choosing +
                                   "The data could not be restored: the file or folder cannot be "
-                                  "used under this name.\nNothing was changed.");
+                                  "used.\nNothing was changed.");
 }
 
 TEST_F(BackUpTest, AsksBeforeAnEmptyBackupReplacesOneWithNames) {
