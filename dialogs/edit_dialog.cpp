@@ -28,17 +28,17 @@ std::optional<ChangeDialog::Refusal> EditDialog::Check() {
   // A record that is gone or cannot be read shows in the change.
   const bool isRead = records_.ReadFields(shared_.CurRecordNo, now) == RunTimeError::None;
   if (!isRead || now == stored_ || !records_.RecordExists(shared_.CurRecordNo)) return std::nullopt;
-  QString text = QStringLiteral("Another program has changed this record. It holds now:");
+  // As many as the box can show.
+  constexpr qsizetype Enough = 2;
+  QStringList changed;
   for (std::size_t i = 0; i < shared_.NoOfFields; ++i) {
-    if (now.at(i) == stored_.at(i)) continue;
-    constexpr qsizetype Enough = 60;
-    QString value = QString::fromStdString(now.at(i)).simplified();
-    if (value.size() > Enough) value = value.left(Enough) + QStringLiteral("...");
-    text += QStringLiteral("\r%1: %2").arg(QString::fromStdString(shared_.FieldKeys.at(i)), value);
+    if (now.at(i) != stored_.at(i)) changed << QString::fromStdString(shared_.FieldKeys.at(i));
   }
+  if (changed.size() > Enough) changed = changed.mid(0, Enough) << QStringLiteral("...");
   stored_ = now;
-  return Refusal{windowTitle(), text + QStringLiteral("\rNothing was changed. Press OK again to "
-                                                      "store what you have typed.")};
+  return Refusal{windowTitle(), QStringLiteral("Another program has changed: %1.\rNothing was "
+                                               "stored. Press OK again to overwrite it.")
+                                    .arg(changed.join(QStringLiteral(", ")))};
 }
 
 RunTimeError EditDialog::Change() {

@@ -25,7 +25,10 @@ class EditDialog : public RecordDialog {
   std::optional<Refusal> Check() override;
   RunTimeError Change() override;
   void Select() override;
-  bool FitsNewLists(bool isListed) const override { return isListed; }
+  // What was typed stays while the record may only be out of reach.
+  bool FitsNewLists(bool isListed) const override {
+    return isListed || records_.MustReadLists(RunTimeError::None);
+  }
 
  private:
   bool moved_ = false;  // by the last change

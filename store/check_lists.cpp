@@ -59,8 +59,8 @@ RunTimeError Records::CheckRecords() {
   bool isKnown = HaveSameEntries(now.NamesRecNo, data_.NamesRecNo);
   if (!data_.ListsIncomplete) isKnown = isKnown && !now.IsIncomplete;
   if (!data_.ListsIncomplete && !linksOutdated_) {
-    isKnown = isKnown && now.Names == data_.NamesList && now.NamesRecNo == data_.NamesRecNo &&
-              now.Companies == data_.CompaniesList && now.CompaniesRecNo == data_.CompaniesRecNo;
+    isKnown =
+        isKnown && now.NamesRecNo == data_.NamesRecNo && now.CompaniesRecNo == data_.CompaniesRecNo;
   }
   return isKnown ? RunTimeError::None : RunTimeError::BadRecordNumber;
 }

@@ -39,7 +39,7 @@ std::int64_t Records::FirstNewNumber(RecordReader& reader) {
   const std::int64_t number = std::max(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0);
   const std::int64_t inFile = number % RecordsPerFile;
   const std::int64_t fileNumber = number / RecordsPerFile;
-  const bool isMissing = inFile != 0 && reader.File(fileNumber).Bytes().empty();
+  const bool isMissing = inFile != 0 && !reader.HasRecords(fileNumber);
   const auto isAwaited = [&] {
     return LinksLeadInto(fileNumber) ||
            AwaitedFiles().contains(static_cast<std::int32_t>(fileNumber));

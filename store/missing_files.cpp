@@ -37,7 +37,7 @@ std::vector<NumberRange> Records::ReturnedNumbers() {
   const NumberRange given = GivenNumbers();
   RecordReader reader(profile_, data_.DataPath);
   for (const std::int32_t file : AwaitedFiles()) {
-    if (reader.File(file).Bytes().empty()) continue;
+    if (!reader.HasRecords(file)) continue;
     const std::int32_t first = file * RecordsPerFile;
     ranges.push_back({std::max(first, given.Begin), std::min(first + RecordsPerFile, given.End)});
   }
@@ -48,7 +48,7 @@ std::vector<NumberRange> Records::ReturnedNumbers() {
 bool Records::LinksLeadNowhere(RecordReader& reader, std::int32_t end) {
   const auto leadsNowhere = [&](const std::string& link) {
     const auto number = ParseRecordNumber(link);
-    return number && *number < end && reader.File(RecordFileNumber(link)).Bytes().empty();
+    return number && *number < end && !reader.HasRecords(RecordFileNumber(link));
   };
   for (const Chain* chain : {&NameChain, &CompanyChain}) {
     if (leadsNowhere(ReadHeaderEntry(chain->FirstRecord))) return true;
@@ -64,7 +64,7 @@ bool Records::LinksLeadNowhere(RecordReader& reader, std::int32_t end) {
 // may be missing that no link leads to any more.
 void Records::NoteMissingFiles(RecordReader& reader) {
   std::set<std::int32_t> missing = AwaitedFiles();
-  const auto isThere = [&](std::int32_t file) { return !reader.File(file).Bytes().empty(); };
+  const auto isThere = [&](std::int32_t file) { return reader.HasRecords(file); };
   std::erase_if(missing, isThere);
   const NumberRange given = GivenNumbers();
   if (LinksLeadNowhere(reader, given.End)) {

@@ -87,6 +87,16 @@ const ProfileText& RecordReader::File(std::int64_t fileNumber) {
   return *files_[index];
 }
 
+bool RecordReader::HasRecords(std::int64_t fileNumber) {
+  const ProfileText& file = File(fileNumber);
+  if (file.Bytes().empty()) return false;
+  const std::int64_t first = fileNumber * RecordsPerFile;
+  for (std::int64_t number = first; number < first + RecordsPerFile; ++number) {
+    if (file.Find(RecordSection(NumberText(number))).Exists()) return true;
+  }
+  return false;
+}
+
 ProfileText::Section RecordReader::Record(std::string_view RecNo) {
   return File(RecordFileNumber(RecNo)).Find(RecordSection(RecNo));
 }

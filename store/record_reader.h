@@ -42,6 +42,9 @@ class RecordReader {
 
   // A record file; empty for one that is missing. Valid as long as this object.
   const ProfileText& File(std::int64_t fileNumber);
+  // Whether the file holds any record of its own: one that is missing, empty or overwritten has
+  // none.
+  bool HasRecords(std::int64_t fileNumber);
   // The record's section; one that does not exist has no entries.
   ProfileText::Section Record(std::string_view RecNo);
   // The value of a record's key, the empty text where there is none.

@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "auxiliary/message_text.h"
 #include "tests/dialogs/dialog_fixture.h"
 
 namespace quillary::test {
@@ -126,9 +127,13 @@ TEST_F(EditDialogTest, WhatAnotherProgramHasStoredMeanwhileIsShownFirst) {
   ASSERT_EQ(Store.WriteRecordEntry("0", "Fax", "56"), RunTimeError::None);
   {
     MsgBoxAnswerer answerer;
+    answerer.Before = [] {
+      const auto& text = Control<MessageText>(*QApplication::activeModalWidget(), "Text1");
+      EXPECT_EQ(text.Shown(), text.text());
+    };
     ClickOK();
     ASSERT_EQ(answerer.Seen.size(), 1U);
-    EXPECT_TRUE(answerer.Seen[0].second.contains(QStringLiteral("Fax: 56")));
+    EXPECT_TRUE(answerer.Seen[0].second.contains(QStringLiteral("changed: Fax.")));
   }
   ExpectOpen();
   EXPECT_EQ(Stored("0", "Phone1") + Stored("0", "Fax") + BoxText(11), "5634");

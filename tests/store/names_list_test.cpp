@@ -254,11 +254,14 @@ TEST_F(NamesListTest, DataThatVanishAreNotBegunAnew) {
 }
 
 TEST_F(NamesListTest, ARecordFileThatComesBackBringsItsRecords) {
-  for (const bool changesWithout : {false, true}) {
+  for (const auto& [changesWithout, isOverwritten] :
+       {std::pair(false, false), std::pair(true, false), std::pair(true, true)}) {
     StoreWorld world;
     WriteDataSet(world.Folder.Path(), {.Live = 150, .Deleted = 4});
     const std::string hidden = world.Folder.ReadFile("quill1.dat");
     std::filesystem::remove(world.Folder.File("quill1.dat"));
+    // As a power cut may leave it.
+    if (isOverwritten) world.Folder.WriteFile("quill1.dat", std::string(hidden.size(), '\0'));
     world.Open();
     std::string recNo;
     if (changesWithout) {
