@@ -7,23 +7,37 @@
 #include <QWidget>
 #include <QWindow>
 #include <functional>
+#include <string>
 #include <utility>
 
 namespace quillary::test {
 
 // QTest's own wait takes a dialog for active as soon as the window behind it is.
-inline bool WaitUntilActive(const QWidget& window) {
-  return QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; });
+inline testing::AssertionResult WaitUntilActive(const QWidget& window) {
+  if (QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; })) {
+    return testing::AssertionSuccess();
+  }
+  const auto name = [](const QObject* object) {
+    return object != nullptr ? object->objectName().toStdString() : std::string("none");
+  };
+  auto result = testing::AssertionFailure()
+                << name(&window) << " is not active, but " << name(QApplication::activeWindow())
+                << "; modal: " << name(QApplication::activeModalWidget())
+                << "; with the keyboard: " << name(QGuiApplication::focusWindow()) << "; visible:";
+  for (const QWidget* shown : QApplication::topLevelWidgets()) {
+    if (shown->isVisible()) result << ' ' << name(shown);
+  }
+  return result;
 }
 
 // Does what the user does in `window` once it is open and has the keyboard. To be called before a
 // call that shows the window and waits for him.
 inline void WhileShown(QWidget& window, std::function<void()> action) {
   const auto act = [&window, action = std::move(action)] {
-    if (WaitUntilActive(window)) {
+    if (const auto isActive = WaitUntilActive(window)) {
       action();
     } else {
-      ADD_FAILURE() << qPrintable(window.objectName()) << " was not shown";
+      ADD_FAILURE() << isActive.message();
     }
   };
   QMetaObject::invokeMethod(&window, act, Qt::QueuedConnection);
