@@ -95,13 +95,23 @@ void ListBox::RemoveLine(int index) {
   newIndex_ = -1;
 }
 
-// The view's own search would take letters typed in quick succession for one word.
-void ListBox::keyboardSearch(const QString& letter) {
-  if (ListCount() == 0 || letter.isEmpty()) return;
-  const QModelIndex next = lines_.index((ListIndex() + 1) % ListCount());
-  const QModelIndexList found =
-      lines_.match(next, Qt::DisplayRole, letter, 1, Qt::MatchStartsWith | Qt::MatchWrap);
+// Not the view's own search: for two equal letters that one looks for a line that begins with both,
+// and whoever presses a letter again and again goes from name to name.
+void ListBox::keyboardSearch(const QString& letters) {
+  if (ListCount() == 0 || letters.isEmpty()) return;
+  constexpr qint64 kQuickMs = 1000;
+  const bool goesOn = sinceTyped_.isValid() && !sinceTyped_.hasExpired(kQuickMs);
+  if (!goesOn || ListIndex() != typedTo_) typed_.clear();
+  sinceTyped_.start();
+  typed_ += letters;
+  const bool isRepeated =
+      typed_.count(letters, Qt::CaseInsensitive) * letters.size() == typed_.size();
+  const QString& sought = isRepeated ? letters : typed_;
+  const int from = std::max(ListIndex() + (isRepeated ? 1 : 0), 0) % ListCount();
+  const QModelIndexList found = lines_.match(lines_.index(from), Qt::DisplayRole, sought, 1,
+                                             Qt::MatchStartsWith | Qt::MatchWrap);
   if (!found.isEmpty()) setCurrentIndex(found.first());
+  typedTo_ = ListIndex();
 }
 
 void ListBox::initViewItemOption(QStyleOptionViewItem* option) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QElapsedTimer>
 #include <QListView>
 #include <QString>
 #include <cstdint>
@@ -35,8 +36,9 @@ class Lines : public QAbstractListModel {
 };
 
 // A list of text lines with item data, of which one is selected. Lines that are out of range are
-// ignored. Typing a letter selects the next line that begins with it. While the window is disabled,
-// and not the box by itself, the texts stay as they are.
+// ignored. Typing a letter selects the next line that begins with it; letters typed in quick
+// succession, less than a second apart, lead to the line that begins with them. While the window is
+// disabled, and not the box by itself, the texts stay as they are.
 class ListBox : public QListView {
   Q_OBJECT
 
@@ -61,7 +63,7 @@ class ListBox : public QListView {
   void InsertLine(int index, std::string_view text, int itemData);
   void RemoveLine(int index);
 
-  void keyboardSearch(const QString& letter) override;
+  void keyboardSearch(const QString& letters) override;
 
  Q_SIGNALS:
   // The user selected a line, or clicked the one that is selected.
@@ -81,6 +83,9 @@ class ListBox : public QListView {
 
  private:
   Lines lines_;
+  QString typed_;  // in quick succession
+  QElapsedTimer sinceTyped_;
+  int typedTo_ = -1;  // the line that led to
   int newIndex_ = -1;
   bool quiet_ = false;  // a change of the selection that is not the user's
 };

@@ -387,13 +387,22 @@ TEST_F(MainDialogTest, WhileItIsDisabledNeitherActivationNorClosingDoAnything) {
 }
 
 TEST_F(MainDialogTest, TypingALetterSelectsTheNextName) {
-  for (const char* name : {"Aster", "Bell", "Brin", "Cole"}) Add({{LastName, name}});
+  for (const char* name : {"Aster", "Bell", "Brin", "Bro", "Cole"}) Add({{LastName, name}});
   Show();
   ListBox& list = Control<ListBox>(Main, "LstNames");
   list.setFocus();
   QTest::keyClick(&list, 'b');
   EXPECT_EQ(Label(0).Caption(), "Bell");
   QTest::keyClick(&list, 'b');
+  EXPECT_EQ(Label(0).Caption(), "Brin");
+  // In quick succession, then after a pause.
+  list.SetListIndex(0);
+  QTest::keyClicks(&list, QStringLiteral("bro"));
+  EXPECT_EQ(Label(0).Caption(), "Bro");
+  QTest::qWait(1100);
+  QTest::keyClick(&list, 'b');
+  EXPECT_EQ(Label(0).Caption(), "Bell");
+  QTest::keyClick(&list, 'r');
   EXPECT_EQ(Label(0).Caption(), "Brin");
   // The other button and Ctrl do not take the selection away.
   QTest::mouseClick(list.viewport(), Qt::RightButton, {},
@@ -402,7 +411,7 @@ TEST_F(MainDialogTest, TypingALetterSelectsTheNextName) {
                     list.visualRect(list.model()->index(2, 0)).center());
   QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(5, list.viewport()->height() - 5));
   EXPECT_EQ(list.ListIndex(), 2);
-  EXPECT_EQ(Panel(2), " 3/ 4");
+  EXPECT_EQ(Panel(2), " 3/ 5");
 }
 
 }  // namespace
