@@ -55,10 +55,25 @@ def start_figures(build, count):
         shutil.rmtree(folder)
 
 
+def print_keepers(times):
+    """The profile layer beside what else keeps such files."""
+    print()
+    print("| one key of a file of 100 records | read it | load the file and read it"
+          " | change and save it, ms | synced |")
+    print("|---|---|---|---|---|")
+    keepers = [("Quillary", "synced"), ("SimpleIni", "no"), ("GKeyFile", "synced"),
+               ("QSettings", "synced")]
+    for name, synced in keepers:
+        read = times.get("Read" + name)
+        always = f"{read * 1000:.3g} us" if read is not None else "must load"
+        print(f"| {name} | {always} | {times['LoadAndRead' + name] * 1000:.3g} us |"
+              f" {times['ChangeAndSave' + name]:.3g} | {synced} |")
+
+
 def main():
     build = sys.argv[1]
     times = {}
-    for part in ["store", "record", "import", "backup"]:
+    for part in ["store", "record", "import", "backup", "profile"]:
         times.update(medians(build, part + "_benchmark"))
     empty_ms, empty_mb = start_figures(build, 0)
     full_ms, full_mb = start_figures(build, FULL)
@@ -111,6 +126,7 @@ def main():
     for what, value, unit, limit_text, against, limit in rows:
         print(f"| {what} | {value:.3g} {unit} | {limit_text} | {against:.3g} of {limit} |"
               f" {'kept' if against <= limit else 'MISSED'} |")
+    print_keepers(times)
 
 
 if __name__ == "__main__":

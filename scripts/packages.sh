@@ -7,6 +7,7 @@ RunPackages=(
 )
 CheckPackages=(
   libgtest-dev libbenchmark-dev clang-format clang-tidy
+  libsimpleini-dev libglib2.0-dev
   xvfb xauth openbox x11-utils xdotool xclip python3
   libreoffice-writer python3-uno
 )
