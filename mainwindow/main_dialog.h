@@ -176,6 +176,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   std::map<std::string, RunTimeError> toldFaults_;  // by record file
   QPointer<QWidget> focusBefore_;  // what had the focus when the window was disabled
   CommandButton* defaultButton_ = nullptr;
+  quint64 deletePressedAt_ = 0;  // with Shift held; milliseconds, 0 for never
   QString btnFindTag_;
   int keyLine_ = NameLine;            // to which the keyboard has gone
   std::size_t foundLine_ = NameLine;  // which shows what a search has found

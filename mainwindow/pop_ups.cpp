@@ -1,3 +1,7 @@
+#include <QGuiApplication>
+#include <QStyleHints>
+#include <utility>
+
 #include "app/select_record.h"
 #include "mainwindow/main_dialog.h"
 
@@ -43,8 +47,11 @@ bool MainDialog::BtnNew_MouseDown(const QMouseEvent& event) {
 
 bool MainDialog::BtnDelete_MouseDown(const QMouseEvent& event) {
   if (!ShiftAlone(event)) return false;
-  // The second half of a double click would delete one more.
-  if (event.type() != QEvent::MouseButtonDblClick) commands_->DeleteWithoutConfirmation();
+  // Each further press of a double or triple click would delete one more.
+  const quint64 before = std::exchange(deletePressedAt_, event.timestamp());
+  const auto interval =
+      static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+  if (before == 0 || event.timestamp() - before >= interval) commands_->DeleteWithoutConfirmation();
   return true;
 }
 
