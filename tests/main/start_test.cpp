@@ -2,6 +2,7 @@
 #include <fstream>
 #include <string>
 
+#include "auxiliary/message_text.h"
 #include "tests/main/session.h"
 #include "tests/support/check_invariants.h"
 
@@ -125,6 +126,32 @@ TEST_F(StartTest, DamagedChainsAreShownAsFarAsTheyGoAndNothingIsChanged) {
   EXPECT_EQ(run.Windows.Main.ListCount(), 5) << "reached by the other chain";
   EXPECT_EQ(Folder.ReadFile("data/quill0.dat"), records);
   EXPECT_EQ(Header("NameFirstRecord"), "999");
+}
+
+// First what the user cannot do, then what he may not see.
+TEST_F(StartTest, DamagedDataThatCannotBeWrittenAreToldInTwoMessages) {
+  MakeData({.Live = 150});
+  Folder.MakeUnreadable("data/quill1.dat");
+  MsgBoxAnswerer ok;
+  ok.Before = [] {
+    const auto& text = Control<MessageText>(*QApplication::activeModalWidget(), "Text1");
+    EXPECT_EQ(text.Shown(), text.text());
+  };
+  Session run(Folder, Machine);
+  run.IsFirstInstance = [this] {
+    Machine.FailWrites(RunTimeError::PermissionDenied);
+    return true;
+  };
+  ASSERT_TRUE(run.Start());
+  ASSERT_EQ(ok.Seen.size(), 2U) << testing::PrintToString(ok.TitlesAndTexts());
+  EXPECT_TRUE(ok.Seen[0].second.startsWith(QStringLiteral("The data files cannot be written: ")));
+  EXPECT_TRUE(ok.Seen[0].second.endsWith(
+      QStringLiteral("\nYou can look at the names but not change them.")));
+  EXPECT_EQ(ok.Seen[1].second,
+            QStringLiteral("The data files are damaged or cannot be read: some names may be "
+                           "missing.\nNothing was changed."));
+  EXPECT_EQ(run.Windows.Main.ListCount(), 100);
+  EXPECT_FALSE(run.Windows.Main.findChild<QPushButton*>(QStringLiteral("BtnNew"))->isEnabled());
 }
 
 TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataTheOrderIsNotStored) {
