@@ -1,4 +1,4 @@
-#include "mainwindow/unread_records.h"
+#include "auxiliary/unread_records.h"
 
 namespace quillary {
 

@@ -7,7 +7,8 @@
 
 namespace quillary {
 
-// Tells why a search could not look into some of the records; returns when the user has answered.
+// Tells why a search or a list had to pass over some of the records; returns when the user has
+// answered.
 void TellUnreadRecords(MsgBoxSnglTxt& box, RunTimeError error, const QString& title);
 
 }  // namespace quillary

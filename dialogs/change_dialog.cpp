@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/select_record.h"
+#include "auxiliary/unread_records.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
@@ -100,20 +101,21 @@ std::optional<ChangeDialog::Refusal> ChangeDialog::TryChange(bool& comesBack) {
   const RunTimeError error = Change();
   if (error == RunTimeError::None) return std::nullopt;
   QString advice = QStringLiteral("You can try again.");
+  RunTimeError unread = RunTimeError::None;
   if (records_.MustReadLists(error)) {
-    comesBack = FitsNewLists(ReadListsAgain()) && comesBack;
+    comesBack = FitsNewLists(ReadListsAgain(unread)) && comesBack;
     advice = QStringLiteral("The list has been read again.");
   }
   return Refusal{wording_.Title,
                  QStringLiteral("%1: %2.\rNothing was changed. %3")
                      .arg(wording_.Failed, QString::fromStdString(RunTimeErrorText(error)), advice),
-                 MsgIcon::Critical};
+                 MsgIcon::Critical, unread};
 }
 
 // Selects the record that was selected, or else what stands in its place. Whether it is there.
-bool ChangeDialog::ReadListsAgain() {
+bool ChangeDialog::ReadListsAgain(RunTimeError& unread) {
   // An order that cannot be stored now is stored with the next change.
-  static_cast<void>(records_.ReadListsAgain());
+  static_cast<void>(records_.ReadListsAgain(&unread));
   const std::int16_t before = shared_.CurListIndex;
   const bool isListed = SelectRecord(shared_, hub_, shared_.CurRecordNo);
   if (!isListed) {
@@ -145,6 +147,9 @@ std::optional<ChangeDialog::Refusal> ChangeDialog::CheckRoom() const {
 void ChangeDialog::Tell(const Refusal& refusal) {
   msgBoxSnglTxt_.ShowMsg(refusal.Text, MsgButtons::Left, QStringLiteral("OK"), QString(),
                          refusal.Icon, refusal.Title);
+  if (refusal.Unread != RunTimeError::None) {
+    TellUnreadRecords(msgBoxSnglTxt_, refusal.Unread, refusal.Title);
+  }
 }
 
 QPushButton* MakeButton(QWidget* parent, const QString& name, const QString& caption, int left,

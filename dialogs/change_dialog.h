@@ -50,6 +50,7 @@ class ChangeDialog : public Form {
     QString Title;
     QString Text;
     MsgIcon Icon = MsgIcon::Exclamation;
+    RunTimeError Unread = RunTimeError::None;  // of the lists that were read again, told after it
   };
 
   ChangeDialog(const QString& name, const Tools& tools, Wording wording);
@@ -89,7 +90,7 @@ class ChangeDialog : public Form {
 
  private:
   std::optional<Refusal> TryChange(bool& comesBack);
-  bool ReadListsAgain();
+  bool ReadListsAgain(RunTimeError& unread);
 
   MsgBoxSnglTxt& msgBoxSnglTxt_;
   PleaseWait& pleaseWait_;

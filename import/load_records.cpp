@@ -1,5 +1,6 @@
 #include <QGuiApplication>
 
+#include "auxiliary/unread_records.h"
 #include "import/records_to_import_dialog.h"
 #include "store/backup.h"
 
@@ -32,6 +33,7 @@ void RecordsToImportDialog::BtnOK_Click() {
     FieldChoice[i] = index < 0 ? NoneOfTheAbove : index;
   }
   std::optional<QString> refusal;
+  RunTimeError unread = RunTimeError::None;
   const QPoint place = pos();
   {
     const WaitPointer pointer;
@@ -39,14 +41,16 @@ void RecordsToImportDialog::BtnOK_Click() {
     // Hidden first: while a dialog is shown, the main window lets it come before itself.
     HideForm();
     tools_.Main.BringToFront();
-    refusal = Import();
+    refusal = Import(unread);
     tools_.Main.SetPanel(1, QString());
     tools_.Guard.InUseTimer.start();
   }
   if (refusal) {
     tools_.Percentage.HideForm();
     tools_.Waiting.HideForm();
-    Tell(QStringLiteral("Records Not Imported"), *refusal, MsgIcon::Critical);
+    const QString title = QStringLiteral("Records Not Imported");
+    Tell(title, *refusal, MsgIcon::Critical);
+    if (unread != RunTimeError::None) TellUnreadRecords(tools_.MsgBox, unread, title);
     MoveTo(place);
     ShowForm();
     return;
@@ -60,7 +64,7 @@ void RecordsToImportDialog::BtnOK_Click() {
   tools_.Main.SetData();
 }
 
-std::optional<QString> RecordsToImportDialog::Import() {
+std::optional<QString> RecordsToImportDialog::Import(RunTimeError& unread) {
   const QString assurance = QStringLiteral("Nothing was changed. You can try again.");
   tools_.Waiting.ShowPleaseWait();
   const QString wait = QStringLiteral("Please wait. Backing up old data");
@@ -86,7 +90,7 @@ std::optional<QString> RecordsToImportDialog::Import() {
   const QString failed = QStringLiteral("The import failed: %1.\r")
                              .arg(QString::fromStdString(RunTimeErrorText(error)));
   if (!tools_.Store.MustReadLists(error)) return failed + assurance;
-  static_cast<void>(tools_.Store.ReadListsAgain());
+  static_cast<void>(tools_.Store.ReadListsAgain(&unread));
   tools_.Shared.CurListIndex = 0;
   tools_.Main.SetData();
   tools_.Main.EnableMain(false);

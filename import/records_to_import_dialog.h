@@ -69,8 +69,9 @@ class RecordsToImportDialog : public Form {
   void ShowCount();
   void FillFieldData();
 
-  // What the user is told when nothing was imported; nothing if all went well.
-  std::optional<QString> Import();
+  // What the user is told when nothing was imported; nothing if all went well. `unread`: why the
+  // lists, where they were read again, lack records.
+  std::optional<QString> Import(RunTimeError& unread);
   FieldArray ImportRecrods(std::size_t lineIndex) const;
   // Whether the answer is `yes`.
   bool Ask(const QString& title, const QString& text, const QString& yes, const QString& no,

@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "app/select_record.h"
-#include "mainwindow/unread_records.h"
+#include "auxiliary/unread_records.h"
 #include "platform/desktop/one_line_text.h"
 #include "platform/desktop/twips.h"
 #include "platform/text.h"

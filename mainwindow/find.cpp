@@ -1,7 +1,7 @@
 #include <QApplication>
 
+#include "auxiliary/unread_records.h"
 #include "mainwindow/main_dialog.h"
-#include "mainwindow/unread_records.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 

@@ -94,16 +94,20 @@ RunTimeError Records::CheckPlace(std::size_t namePos, std::size_t companyPos) {
   return isKnown ? RunTimeError::None : RunTimeError::BadRecordNumber;
 }
 
-RunTimeError Records::ReadListsAgain() {
+RunTimeError Records::ReadListsAgain(RunTimeError* unread) {
   ReadNoOfRecords();
   GetNamesList();
+  RunTimeError readError = listsError_;
   const RunTimeError error = SortNamesList();
   if (data_.FilterOn) {
-    BuildFilteredList();
+    RunTimeError filterError = RunTimeError::None;
+    BuildFilteredList(&filterError);
+    if (readError == RunTimeError::None) readError = filterError;
     GetFilteredNamesList();
     SortFilteredList();
   }
   ShowRecords();
+  if (unread != nullptr) *unread = readError;
   return error;
 }
 

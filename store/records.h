@@ -94,8 +94,9 @@ class Records {
   RunTimeError SortNamesList(bool mayStore = true);
   void SortFilteredList();
   // What another program has changed meanwhile: reads NoOfRecords and all lists anew, as at a start
-  // of the program, the filtered ones included where the filter is on, and fills the list box.
-  RunTimeError ReadListsAgain();
+  // of the program, the filtered ones included where the filter is on, and fills the list box. The
+  // result is SortNamesList's; `unread` tells why the first file that could not be read could not.
+  RunTimeError ReadListsAgain(RunTimeError* unread = nullptr);
   // Whether changes are refused after this error until ReadListsAgain.
   bool MustReadLists(RunTimeError error) const {
     return error == RunTimeError::BadRecordNumber || listsError_ != RunTimeError::None;

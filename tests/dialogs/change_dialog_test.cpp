@@ -157,6 +157,26 @@ TEST_P(ChangeDialogTest, ReadsTheListAgainThatCouldNotBeReadBefore) {
   EXPECT_TRUE(CheckFiles(Folder.Path()));
 }
 
+// Read again because of another program, the lists lack what the disk does not give.
+TEST_P(ChangeDialogTest, TellsWhatTheListsReadAgainLack) {
+  EXPECT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "100"), RunTimeError::None);
+  Add({{LastName, "Zz"}});
+  Prepare("Varek");
+  StoreWorld other;
+  other.Data.DataPath = Shared.DataPath;
+  other.Data.DataFile = Shared.DataFile;
+  other.Open();
+  ASSERT_EQ(other.Delete(other.Lines.RecNos[0]), RunTimeError::None);
+  Folder.MakeUnreadable("quill1.dat");
+  MsgBoxAnswerer answerer;
+  Click(*Dialog, Button());
+  ASSERT_EQ(answerer.Seen.size(), 2U);
+  EXPECT_TRUE(answerer.Seen[0].second.endsWith(QStringLiteral("The list has been read again.")));
+  EXPECT_EQ(answerer.Seen[1].first, answerer.Seen[0].first);
+  EXPECT_TRUE(
+      answerer.Seen[1].second.startsWith(QStringLiteral("Some records could not be read:\n")));
+}
+
 TEST_P(ChangeDialogTest, WaitsUntilTheOtherApplicationHasEnded) {
   Prepare("Varek");
   const auto before = State();
