@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -9,6 +10,7 @@
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "store/chain.h"
+#include "store/listed_records.h"
 #include "store/record_reader.h"
 #include "store/records.h"
 
@@ -27,7 +29,9 @@ struct DeletedName {
 class Records::DeletedList {
  public:
   explicit DeletedList(Records& records)
-      : header_(records.profile_), reader_(records.profile_, records.data_.DataPath) {
+      : data_(records.data_),
+        header_(records.profile_),
+        reader_(records.profile_, records.data_.DataPath) {
     const auto value = [&](std::string_view key) {
       const auto text = header_.Text(records.data_.DataFile).Value(HeaderSection, key);
       return std::string(Trim(text.value_or(std::string())));
@@ -35,7 +39,8 @@ class Records::DeletedList {
     firstName_ = value(NameChain.FirstRecord);
     firstCompany_ = value(CompanyChain.FirstRecord);
     first_ = next_ = value("DelFirstRecord");
-    end_ = ToInt32(value("TotalNoOfRecords"));
+    given_ = records.GivenNumbers();
+    count_ = static_cast<std::size_t>(std::max<int>(ToInt16(value("DelNoOfRecords")), 0));
   }
 
   const std::string& First() const { return first_; }
@@ -44,7 +49,7 @@ class Records::DeletedList {
   std::optional<ProfileText::Section> Find(const std::string& recNo) {
     if (!ParseRecordNumber(recNo)) return std::nullopt;
     const ProfileText::Section record = reader_.Record(recNo);
-    if (!record.Exists() || IsLive(recNo, record)) return std::nullopt;
+    if (!reader_.HasRecord(recNo) || IsLive(recNo, record)) return std::nullopt;
     return record;
   }
 
@@ -56,19 +61,42 @@ class Records::DeletedList {
     next_ = Link(*record, "NextDel");
     return record;
   }
-  // All records from the first one on.
-  std::vector<std::string> All() {
-    std::vector<std::string> all;
-    for (std::string recNo; Go(recNo);) all.push_back(recNo);
-    return all;
-  }
   // The link that ended the way.
   const std::string& End() const { return next_; }
+  // How many records the way has led to, and whether more are counted.
+  std::size_t Passed() const { return seen_.size(); }
+  bool IsShort() const { return seen_.size() < count_; }
 
-  // Whether a link leads into a file that is missing; it may come back, with the rest of the list.
+  // All records from the first one on.
+  std::vector<std::string> Way() {
+    std::vector<std::string> way;
+    for (std::string recNo; Go(recNo);) way.push_back(recNo);
+    return way;
+  }
+  // Where the way has led to fewer records than are counted: the others that are in no list.
+  std::vector<std::string> Strays() {
+    std::vector<std::string> strays;
+    if (!IsShort()) return strays;
+    std::unordered_set<std::string_view> live(data_.NamesRecNo.begin(), data_.NamesRecNo.end());
+    live.insert(data_.CompaniesRecNo.begin(), data_.CompaniesRecNo.end());
+    for (std::int32_t number = given_.Begin; number < given_.End; ++number) {
+      const std::string recNo = NumberText(number);
+      if (!live.contains(recNo) && !seen_.contains(recNo) && Find(recNo)) strays.push_back(recNo);
+    }
+    return strays;
+  }
+  // How many there are besides those that were found, in files that are missing: the count tells.
+  int Hidden(std::size_t found) {
+    for (std::int32_t number = given_.Begin; number < given_.End && found < count_; ++number) {
+      if (!reader_.HasRecord(NumberText(number))) return static_cast<int>(count_ - found);
+    }
+    return 0;
+  }
+
+  // Whether a link leads to a record that is missing; it may come back, with the rest of the list.
   bool IsHidden(const std::string& recNo) {
     const auto number = ParseRecordNumber(recNo);
-    return number && *number < end_ && reader_.File(RecordFileNumber(recNo)).Bytes().empty();
+    return number && *number < given_.End && !reader_.HasRecord(recNo);
   }
 
   // The first error that kept a file from being read.
@@ -94,13 +122,15 @@ class Records::DeletedList {
     return isLinked(NameChain) || isLinked(CompanyChain);
   }
 
+  const StoreData& data_;
   ProfileSnapshot header_;
   RecordReader reader_;
   std::string firstName_;
   std::string firstCompany_;
   std::string first_;
   std::string next_;
-  std::int32_t end_ = 0;
+  NumberRange given_;
+  std::size_t count_ = 0;  // in the header
   std::unordered_set<std::string> seen_;
 };
 
@@ -117,11 +147,20 @@ void Records::ReadDeletedNamesList() {
   names.reserve(count);
   DeletedList list(*this);
   std::string recNo;
+  const auto take = [&](const ProfileText::Section& record) {
+    names.push_back({{}, record.Value(key).value_or(std::string()), recNo});
+    progress_.Step(static_cast<double>(names.size()) / data_.DelCount * 100);
+  };
   while (names.size() < count) {
     const auto record = list.Go(recNo);
     if (!record) break;
-    names.push_back({{}, record->Value(key).value_or(std::string()), recNo});
-    progress_.Step(static_cast<double>(names.size()) / data_.DelCount * 100);
+    take(*record);
+  }
+  if (names.size() < count) {
+    for (const std::string& stray : list.Strays()) {
+      recNo = stray;
+      if (names.size() < count) take(*list.Find(recNo));
+    }
   }
 
   progress_.Begin("Please wait while sorting deleted names list...", "");
@@ -141,17 +180,31 @@ void Records::ReadDeletedNamesList() {
   progress_.End();
 }
 
-RunTimeError Records::ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers) {
+// Those that the list leads to; `isShort`: more are counted.
+RunTimeError Records::ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers, bool& isShort) {
   DeletedList list(*this);
-  for (const auto& recNo : list.All()) numbers.insert(ToInt32(recNo));
+  for (const auto& recNo : list.Way()) numbers.insert(ToInt32(recNo));
+  isShort = list.IsShort();
   return list.Error();
 }
 
 // The link that cannot be followed; empty as a rule.
 std::string Records::EndOfDeletedList() {
   DeletedList list(*this);
-  static_cast<void>(list.All());
+  static_cast<void>(list.Way());
   return list.End();
+}
+
+// All links of the deleted list anew; `end`: what follows the last record.
+void Records::NoteDeletedLinks(const std::vector<std::string>& recNos, const std::string& end) {
+  std::string previous;
+  for (std::size_t i = 0; i < recNos.size(); ++i) {
+    const std::array<EntryValue, 2> links{
+        {{"PrevDel", previous}, {"NextDel", i + 1 < recNos.size() ? recNos[i + 1] : end}}};
+    Note(RecordFile(recNos[i]), RecordSection(recNos[i]), links);
+    previous = recNos[i];
+  }
+  NoteHeaderEntry("DelFirstRecord", recNos.empty() ? end : recNos.front());
 }
 
 // Puts a record without links at the front of the deleted list.
@@ -160,15 +213,26 @@ RunTimeError Records::AddToDeletedList(const std::string& recNo, int count) {
   const std::string& first = list.First();
   const bool isThere = first != recNo && list.Find(first);
   const bool isHidden = !isThere && list.IsHidden(first);
-  // A count that cannot be right is not built upon.
-  if (isThere && count < 1) count = static_cast<int>(list.All().size());
-  if (!isThere && !isHidden) count = 0;
+  std::vector<std::string> strays;
+  if (isThere && count < 1) {
+    // A count that cannot be right is not built upon.
+    count = static_cast<int>(list.Way().size());
+  } else if (!isThere && !isHidden) {
+    strays = list.Strays();
+    std::erase(strays, recNo);
+    count = static_cast<int>(strays.size()) + list.Hidden(strays.size());
+  }
   if (list.Error() != RunTimeError::None) return list.Error();
 
-  if (isThere || isHidden) NoteRecordEntry(recNo, "NextDel", first);
-  if (isThere) NoteRecordEntry(first, "PrevDel", recNo);
   NoteHeaderEntry("DelNoOfRecords", NumberText(count + 1));
-  NoteHeaderEntry("DelFirstRecord", recNo);
+  if (isThere || isHidden) {
+    NoteRecordEntry(recNo, "NextDel", first);
+    if (isThere) NoteRecordEntry(first, "PrevDel", recNo);
+    NoteHeaderEntry("DelFirstRecord", recNo);
+  } else {
+    strays.insert(strays.begin(), recNo);
+    NoteDeletedLinks(strays, {});
+  }
   return RunTimeError::None;
 }
 
@@ -177,21 +241,27 @@ RunTimeError Records::RemoveFromDeletedList(std::string_view RecNo) {
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
   const std::string recNo(Trim(RecNo));
   DeletedList list(*this);
-  const std::vector<std::string> all = list.All();
-  const std::string hidden = list.IsHidden(list.End()) ? list.End() : std::string();
+  std::vector<std::string> all = list.Way();
+  const std::vector<std::string> strays = list.Strays();
+  all.insert(all.end(), strays.begin(), strays.end());
+  const std::string end = list.IsHidden(list.End()) ? list.End() : std::string();
+  // The length that was found, whatever the count says; only what is hidden counts unseen.
+  const int left = static_cast<int>(all.size()) - 1 + list.Hidden(all.size());
   if (list.Error() != RunTimeError::None) return list.Error();
   const auto found = std::find(all.begin(), all.end(), recNo);
   if (found == all.end()) return RunTimeError::BadRecordNumber;
 
-  const bool isLast = found + 1 == all.end();
-  const std::string& next = isLast ? hidden : *(found + 1);
-  const std::string previous = found == all.begin() ? std::string() : *(found - 1);
-  // The length that was found, whatever the count says; only what is hidden counts unseen.
-  int left = static_cast<int>(all.size()) - 1;
-  if (!hidden.empty()) left = std::max(left, ToInt16(ReadHeaderEntry("DelNoOfRecords")) - 1);
   NoteHeaderEntry("DelNoOfRecords", NumberText(left));
   NoteRecordEntry(recNo, "PrevDel", "");
   NoteRecordEntry(recNo, "NextDel", "");
+  if (!strays.empty()) {
+    all.erase(found);
+    NoteDeletedLinks(all, end);
+    return update.Commit();
+  }
+  const bool isLast = found + 1 == all.end();
+  const std::string& next = isLast ? end : *(found + 1);
+  const std::string previous = found == all.begin() ? std::string() : *(found - 1);
   if (previous.empty()) {
     NoteHeaderEntry("DelFirstRecord", next);
   } else {

@@ -11,10 +11,13 @@
 
 namespace quillary {
 
-// Whether a head, a listed record or the deleted list leads to a record of that file.
-bool Records::LinksLeadInto(std::int64_t fileNumber) {
+// Whether a head, a listed record or the deleted list leads to one of these records; they stand in
+// order.
+bool Records::LinksLeadTo(const std::vector<std::int32_t>& numbers) {
+  if (numbers.empty()) return false;
   const auto leadsThere = [&](const std::string& link) {
-    return ParseRecordNumber(link) && RecordFileNumber(link) == fileNumber;
+    const auto number = ParseRecordNumber(link);
+    return number && std::binary_search(numbers.begin(), numbers.end(), *number);
   };
   for (const auto key : {NameChain.FirstRecord, CompanyChain.FirstRecord}) {
     if (leadsThere(ReadHeaderEntry(key))) return true;
@@ -33,18 +36,17 @@ bool Records::LinksLeadInto(std::int64_t fileNumber) {
          std::any_of(data_.NamesRecNo.begin(), data_.NamesRecNo.end(), isLinked);
 }
 
-// TotalNoOfRecords; behind the records of its file where that is missing, though it was there: it
-// may come back, with records of its own.
+// TotalNoOfRecords; behind the records of its file where one is missing there that was there once:
+// the file may come back as it was, in place of the one that is there now.
 std::int64_t Records::FirstNewNumber(RecordReader& reader) {
-  const std::int64_t number = std::max(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0);
-  const std::int64_t inFile = number % RecordsPerFile;
-  const std::int64_t fileNumber = number / RecordsPerFile;
-  const bool isMissing = inFile != 0 && !reader.HasRecords(fileNumber);
-  const auto isAwaited = [&] {
-    return LinksLeadInto(fileNumber) ||
-           AwaitedFiles().contains(static_cast<std::int32_t>(fileNumber));
-  };
-  return isMissing && isAwaited() ? number - inFile + RecordsPerFile : number;
+  const std::int32_t number = std::max(ToInt32(ReadHeaderEntry("TotalNoOfRecords")), 0);
+  const std::int32_t first = number - number % RecordsPerFile;
+  const std::vector<std::int32_t> missing = reader.MissingRecords(first, number);
+  const std::vector<std::int32_t> awaited = AwaitedNumbers();
+  const bool isAwaited =
+      LinksLeadTo(missing) || std::find_first_of(missing.begin(), missing.end(), awaited.begin(),
+                                                 awaited.end()) != missing.end();
+  return isAwaited ? std::int64_t{first} + RecordsPerFile : number;
 }
 
 // The numbers for `count` new records.

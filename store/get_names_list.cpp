@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -56,19 +55,23 @@ void DropDeleted(Walk& walk, const Numbers& deleted) {
   });
 }
 
-// The records of the range that neither chain leads to, though they are not deleted.
-void FindStrays(ListedRecords& records, NumberRange range, RecordReader& reader,
-                const Numbers& deleted, std::vector<ListedRecord>& strays) {
+// The records of the range that neither chain leads to, though they are not deleted. Where the
+// deleted list is as long as it is to be, links of it are strays.
+std::vector<ListedRecord> FindStrays(ListedRecords& records, NumberRange range,
+                                     RecordReader& reader, const Numbers& deleted,
+                                     bool mayBeDeleted) {
+  std::vector<ListedRecord> strays;
   for (std::int32_t number = range.Begin; number < range.End; ++number) {
     const std::optional<ListedRecord> record = records.Find(number);
     if (!record || record->Chained->IsInNames || record->Chained->IsInCompanies) continue;
     // A section without a display string holds links at most.
     if (record->Shown->ShowName.empty() || deleted.contains(number)) continue;
     const std::string recNo = NumberText(number);
-    const bool isDeleted =
-        !reader.Value(recNo, "PrevDel").empty() || !reader.Value(recNo, "NextDel").empty();
+    const bool isDeleted = mayBeDeleted && (!reader.Value(recNo, "PrevDel").empty() ||
+                                            !reader.Value(recNo, "NextDel").empty());
     if (!isDeleted) strays.push_back(*record);
   }
+  return strays;
 }
 
 bool IsOnlyThere(const ListedRecord& companyRecord) {
@@ -126,33 +129,27 @@ Records::ListsInFiles Records::ReadLists(std::int16_t countInHeader, ProgressHoo
                         [](const ListedRecord& record) { return record.Chained->IsInCompanies; });
 
   ListsInFiles lists;
-  Numbers deleted;
-  std::vector<ListedRecord> strays;
-  const auto findStrays = [&](std::span<const NumberRange> ranges) {
-    RecordReader reader(profile_, data_.DataPath);
-    for (const NumberRange range : ranges) FindStrays(records, range, reader, deleted, strays);
-  };
-  const std::vector<NumberRange> returned = ReturnedNumbers();
-  if (!isWhole || !returned.empty()) lists.Error = ReadDeletedNumbers(deleted);
-  if (isWhole) {
-    findStrays(returned);
-    isWhole = strays.empty();
-  }
   bool isTooLong = false;
-  if (!isWhole) {
+  // What is there again brings links with it that are out of date.
+  const bool hasReturned = HasReturned();
+  if (!isWhole || hasReturned) {
+    Numbers deleted;
+    bool areDeletedMissing = false;
+    lists.Error = ReadDeletedNumbers(deleted, areDeletedMissing);
     while (names.Found.size() < MaxRecords && names.Go(records)) {
     }
     while (companies.Found.size() < MaxRecords && companies.Go(records)) {
     }
     DropDeleted(names, deleted);
     DropDeleted(companies, deleted);
-    strays.clear();
     const auto reached = static_cast<std::ptrdiff_t>(names.Found.size()) +
                          std::count_if(companies.Found.begin(), companies.Found.end(), IsOnlyThere);
     // Where none is missing, what else stands in the files was left behind on purpose.
-    const NumberRange all = GivenNumbers();
-    findStrays(reached < static_cast<std::ptrdiff_t>(count) ? std::span(&all, 1)
-                                                            : std::span(returned));
+    std::vector<ListedRecord> strays;
+    if (hasReturned || reached < static_cast<std::ptrdiff_t>(count)) {
+      RecordReader reader(profile_, data_.DataPath);
+      strays = FindStrays(records, GivenNumbers(), reader, deleted, areDeletedMissing);
+    }
     // What has no place in the lists must not fall out of the chains.
     isTooLong = !Unite(names, companies, strays, comparer_);
     lists.IsIncomplete = true;

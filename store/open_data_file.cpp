@@ -118,7 +118,7 @@ RunTimeError Records::WriteNewHeader() {
   NoteHeaderEntry("CompanyFirstRecord", "");
   NoteHeaderEntry("DelNoOfRecords", "0");
   NoteHeaderEntry("DelFirstRecord", "");
-  for (const auto key : {MissingFiles, ReplacedRecords}) {
+  for (const auto key : {MissingRecords, ReplacedRecords}) {
     if (!ReadHeaderEntry(key).empty()) NoteHeaderEntry(key, "");
   }
   return update.Commit();

@@ -87,18 +87,16 @@ const ProfileText& RecordReader::File(std::int64_t fileNumber) {
   return *files_[index];
 }
 
-bool RecordReader::HasRecords(std::int64_t fileNumber) {
-  const ProfileText& file = File(fileNumber);
-  if (file.Bytes().empty()) return false;
-  const std::int64_t first = fileNumber * RecordsPerFile;
-  for (std::int64_t number = first; number < first + RecordsPerFile; ++number) {
-    if (file.Find(RecordSection(NumberText(number))).Exists()) return true;
-  }
-  return false;
-}
-
 ProfileText::Section RecordReader::Record(std::string_view RecNo) {
   return File(RecordFileNumber(RecNo)).Find(RecordSection(RecNo));
+}
+
+std::vector<std::int32_t> RecordReader::MissingRecords(std::int32_t begin, std::int32_t end) {
+  std::vector<std::int32_t> missing;
+  for (std::int32_t number = begin; number < end; ++number) {
+    if (!HasRecord(NumberText(number))) missing.push_back(number);
+  }
+  return missing;
 }
 
 std::string RecordReader::Value(std::string_view RecNo, std::string_view key) {

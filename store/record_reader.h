@@ -42,11 +42,12 @@ class RecordReader {
 
   // A record file; empty for one that is missing. Valid as long as this object.
   const ProfileText& File(std::int64_t fileNumber);
-  // Whether the file holds any record of its own: one that is missing, empty or overwritten has
-  // none.
-  bool HasRecords(std::int64_t fileNumber);
   // The record's section; one that does not exist has no entries.
   ProfileText::Section Record(std::string_view RecNo);
+  // Whether the record itself is there: a section without a display string holds links at most.
+  bool HasRecord(std::string_view RecNo) { return !Value(RecNo, "ShowName").empty(); }
+  // The numbers from `begin` up to and without `end` that have none, in their order.
+  std::vector<std::int32_t> MissingRecords(std::int32_t begin, std::int32_t end);
   // The value of a record's key, the empty text where there is none.
   std::string Value(std::string_view RecNo, std::string_view key);
 

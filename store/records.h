@@ -70,7 +70,7 @@ class Records {
   bool RecordExists(std::string_view RecNo);
   // The number for a new record: TotalNoOfRecords, or the first one above it that no section
   // bears, so that a record of an older or damaged data set is never overwritten. A record file
-  // that is missing though links lead into it is left out, as it may come back. Raises
+  // that lacks a record is left out, as the whole one may come back. Raises
   // TotalNoOfRecords to the number after it; to be called inside the group that writes the record.
   // On an error (no number is left: DeviceError; the data files are gone: FileNotFound) nothing has
   // changed.
@@ -84,8 +84,8 @@ class Records {
   // Reads both lists from the files into memory: exactly NoOfRecords entries of each. Where a chain
   // ends early, runs in a circle or points nowhere, or the two do not hold the same records, takes
   // every record that either chain reaches and the deleted list does not; if those are fewer than
-  // NoOfRecords, also every other one in the files that is not deleted. Where a file is there again
-  // without which the links were written, takes its records, too. Then both lists are sorted,
+  // NoOfRecords, also every other one in the files that is not deleted. Where a record is there
+  // again without which the links were written, does the same. Then both lists are sorted,
   // NoOfRecords is their length, and ListsIncomplete is set. Changes nothing on disk.
   void GetNamesList();
   // Sorts both lists (equal ones keep their order) and, if anything moved, writes every link and
@@ -102,7 +102,7 @@ class Records {
     return error == RunTimeError::BadRecordNumber || listsError_ != RunTimeError::None;
   }
   // To be called at the start of a group that reads or changes links. If the links in the files are
-  // not those of the lists in memory, writes all of them anew; files that are missing then are
+  // not those of the lists in memory, writes all of them anew; records that are missing then are
   // noted in the header. Fails, so that nothing is written, where the data files are gone or a part
   // of them could not be read, and with BadRecordNumber where the header is not any more that of
   // the lists in memory, or all links are to be written and the files have other records.
@@ -150,9 +150,10 @@ class Records {
   bool EnableRestoreEntry();
   // Reads the deleted list into DelCount, DelNamesList and DelRecNo, sorted by the display strings
   // that ViewMode chooses (equal ones keep their order), MaxDeletedListed entries at most. Where
-  // the chain breaks off, runs in a circle or leads to a record that is not deleted, the list ends
-  // there and has that many entries. Changes nothing on disk. Reports its progress and lets events
-  // run.
+  // the chain breaks off, runs in a circle or leads to a record that is not deleted before all that
+  // DelNoOfRecords counts are found, takes also the other records that are in no list; where there
+  // are too few of them, the list is shorter. Changes nothing on disk. Reports its progress and
+  // lets events run.
   void ReadDeletedNamesList();
   // Unlinks the record from the deleted list and clears its two keys there. Refused with
   // BadRecordNumber where the record is not in it, or not any more.
@@ -188,7 +189,7 @@ class Records {
  private:
   static constexpr std::string_view HeaderSection = "General Info";
   static constexpr std::string_view Signature = "Quillary";
-  static constexpr std::string_view MissingFiles = "MissingFiles";
+  static constexpr std::string_view MissingRecords = "MissingRecords";
   static constexpr std::string_view ReplacedRecords = "ReplacedRecords";
 
   struct Chain;  // the names of one list's keys
@@ -231,12 +232,11 @@ class Records {
   bool IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position);
   RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos);
   RunTimeError KeepOldHeader();
-  std::set<std::int32_t> AwaitedFiles();
   NumberRange GivenNumbers();
-  std::vector<NumberRange> ReturnedNumbers();
-  bool LinksLeadNowhere(RecordReader& reader, std::int32_t end);
-  void NoteMissingFiles(RecordReader& reader);
-  bool LinksLeadInto(std::int64_t fileNumber);
+  std::vector<std::int32_t> AwaitedNumbers();
+  bool HasReturned();
+  void NoteMissingRecords(RecordReader& reader);
+  bool LinksLeadTo(const std::vector<std::int32_t>& numbers);
   std::int64_t FirstNewNumber(RecordReader& reader);
   RunTimeError FindFreeNumbers(std::size_t count, std::vector<std::string>& numbers);
 
@@ -250,8 +250,9 @@ class Records {
                   const std::string& recNo);
   void UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position);
   RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
-  RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers);
+  RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers, bool& isShort);
   std::string EndOfDeletedList();
+  void NoteDeletedLinks(const std::vector<std::string>& recNos, const std::string& end);
   RunTimeError AddToDeletedList(const std::string& recNo, int count);
   void AddToFilteredLists(ProfileUpdate& update, const std::string& recNo,
                           std::string_view showName, std::string_view showCompany);

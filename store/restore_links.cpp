@@ -62,12 +62,16 @@ RunTimeError Records::RestoreLinks() {
   if (const RunTimeError error = CheckHeader(); error != RunTimeError::None) return error;
   if (listsError_ != RunTimeError::None) return listsError_;
   if (const RunTimeError error = CheckLists(); error != RunTimeError::None) return error;
+  // Left by a program that began the header anew; it would hold again with as many records.
+  if (ToInt32(ReadHeaderEntry(ReplacedRecords)) > ToInt32(ReadHeaderEntry("TotalNoOfRecords"))) {
+    NoteHeaderEntry(ReplacedRecords, "");
+  }
   if (!data_.ListsIncomplete && !linksOutdated_) return RunTimeError::None;
   if (const RunTimeError error = CheckRecords(); error != RunTimeError::None) return error;
   ProfileUpdate update(profile_);
-  // Links into a file that is missing are about to go.
+  // The links to records that are missing are about to go.
   RecordReader reader(profile_, data_.DataPath);
-  NoteMissingFiles(reader);
+  if (data_.ListsIncomplete) NoteMissingRecords(reader);
   const std::int64_t number = FirstNewNumber(reader);
   if (reader.Error() != RunTimeError::None) return reader.Error();
   if (number > ToInt32(ReadHeaderEntry("TotalNoOfRecords"))) {

@@ -254,29 +254,67 @@ TEST_F(NamesListTest, DataThatVanishAreNotBegunAnew) {
 }
 
 TEST_F(NamesListTest, ARecordFileThatComesBackBringsItsRecords) {
-  for (const auto& [changesWithout, isOverwritten] :
-       {std::pair(false, false), std::pair(true, false), std::pair(true, true)}) {
+  WriteDataSet(World.Folder.Path(), {.Live = 150, .Deleted = 4});
+  const std::string hidden = World.Folder.ReadFile("quill1.dat");
+  const std::string header = World.Folder.ReadFile("quill.dat");
+  const std::string others = World.Folder.ReadFile("quill0.dat");
+  // What a power cut, the return of an older copy and another program may leave in its place.
+  const Texts inPlace{"", std::string(hidden.size(), '\0'),
+                      hidden.substr(0, hidden.find("[Record120]")), "[Record110]\r\nPrevDel=3\r\n"};
+  for (const std::string& left : inPlace) {
+    SCOPED_TRACE(left.substr(0, 20));
     StoreWorld world;
-    WriteDataSet(world.Folder.Path(), {.Live = 150, .Deleted = 4});
-    const std::string hidden = world.Folder.ReadFile("quill1.dat");
-    std::filesystem::remove(world.Folder.File("quill1.dat"));
-    // As a power cut may leave it.
-    if (isOverwritten) world.Folder.WriteFile("quill1.dat", std::string(hidden.size(), '\0'));
+    const auto write = [&](const char* name, const std::string& bytes) {
+      world.Folder.WriteFile(name, bytes);
+    };
+    write("quill.dat", header);
+    write("quill0.dat", others);
+    write("quill1.dat", left);
     world.Open();
-    std::string recNo;
-    if (changesWithout) {
-      EXPECT_EQ(world.Add("New", "Person"), "200");
-      world.Folder.WriteFile("quill1.dat", hidden);
-    } else {
-      world.Folder.WriteFile("quill1.dat", hidden);
-      EXPECT_EQ(world.Add("New", "Person", "", recNo), RunTimeError::BadRecordNumber);
-    }
-    EXPECT_EQ(world.Store.ReadListsAgain(), RunTimeError::None);
+    EXPECT_EQ(world.Add("New", "Person"), "200");
+    const std::string noted = world.Store.ReadHeaderEntry("MissingRecords");
+    EXPECT_TRUE(noted.ends_with("-153")) << noted;
+    // What was there of the file is not what was missing.
+    world.Open();
+    EXPECT_FALSE(world.Data.ListsIncomplete);
+    world.Add("Another", "Person");
+    EXPECT_EQ(world.Store.ReadHeaderEntry("MissingRecords"), noted);
+
+    write("quill1.dat", hidden);
+    world.Open();
+    EXPECT_EQ(world.Lines.Texts.size(), 152U);
     world.Add("Other", "Person");
-    EXPECT_EQ(world.Lines.Texts.size(), changesWithout ? 152U : 151U);
+    EXPECT_EQ(world.Lines.Texts.size(), 153U);
     EXPECT_TRUE(CheckInvariants(world));
-    EXPECT_EQ(world.Store.ReadHeaderEntry("MissingFiles"), "");
+    EXPECT_EQ(world.Store.ReadHeaderEntry("MissingRecords"), "");
   }
+}
+
+TEST_F(NamesListTest, ARecordFileThatIsBackBeforeTheNextChangeIsReadFirst) {
+  WriteDataSet(World.Folder.Path(), {.Live = 150, .Deleted = 4});
+  const std::string hidden = World.Folder.ReadFile("quill1.dat");
+  std::filesystem::remove(World.Folder.File("quill1.dat"));
+  World.Open();
+  World.Folder.WriteFile("quill1.dat", hidden);
+  std::string recNo;
+  EXPECT_EQ(World.Add("New", "Person", "", recNo), RunTimeError::BadRecordNumber);
+  EXPECT_EQ(World.Store.ReadListsAgain(), RunTimeError::None);
+  World.Add("New", "Person");
+  EXPECT_EQ(World.Lines.Texts.size(), 151U);
+  EXPECT_TRUE(CheckInvariants(World));
+}
+
+// What it says of records before the header was begun anew holds no more, then or later.
+TEST_F(NamesListTest, AHeaderBegunAnewByAnotherProgramMakesTheReplacedRecordsVoid) {
+  Write({"A", "B", "C"});
+  SetHeader("ReplacedRecords", "5");
+  Set("0", "NextName", "2");
+  Set("0", "NextCompany", "2");
+  World.Open();
+  EXPECT_EQ(Data.NamesRecNo, (Texts{"0", "1", "2"}));
+  for (const std::string name : {"D", "E", "F"}) World.Add("", name);
+  EXPECT_EQ(Header("ReplacedRecords"), "");
+  EXPECT_TRUE(CheckInvariants(World));
 }
 
 TEST_F(NamesListTest, WhatTheCountLeavesOutIsNotCutOffWhileItsFileIsMissing) {
