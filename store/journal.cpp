@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "store/profile_line.h"
 #include "store/profile_text.h"
 #include "store/temporary_name.h"
 
@@ -72,6 +73,7 @@ class Parser {
       return true;
     }
     if (line.front() != NewMark || (old_ && oldKey_ != key)) return false;
+    if (!CanBeNames(section_, key)) return false;
     journal.back().Entries.push_back(
         {section_, std::string(key), std::move(old_), std::move(value)});
     old_.reset();

@@ -1,32 +1,14 @@
 #include "store/profile.h"
 
-#include <algorithm>
 #include <utility>
+
+#include "store/profile_line.h"
 
 namespace quillary {
 namespace {
 
 bool IsMissing(RunTimeError error) {
   return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
-}
-
-bool HasLineEnd(std::string_view name) {
-  return std::any_of(name.begin(), name.end(),
-                     [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
-}
-
-bool HasOuterBlanks(std::string_view name) {
-  constexpr std::string_view Blanks = " \t";
-  return Blanks.find(name.front()) != std::string_view::npos ||
-         Blanks.find(name.back()) != std::string_view::npos;
-}
-
-bool CanStand(std::string_view section, std::string_view key) {
-  if (section.empty() || key.empty()) return false;
-  if (HasLineEnd(section) || HasLineEnd(key)) return false;
-  if (HasOuterBlanks(section) || HasOuterBlanks(key)) return false;
-  return section.find(']') == std::string_view::npos && key.find('=') == std::string_view::npos &&
-         key.front() != ';' && key.front() != '[';
 }
 
 }  // namespace
@@ -126,7 +108,7 @@ RunTimeError Profile::WriteEntry(std::string_view File, std::string_view Section
 RunTimeError Profile::WriteEntries(std::string_view File, std::string_view Section,
                                    std::span<const EntryValue> Entries) {
   for (const EntryValue& entry : Entries) {
-    if (!CanStand(Section, entry.Key)) return RunTimeError::PathAccess;
+    if (!CanBeNames(Section, entry.Key)) return RunTimeError::PathAccess;
   }
   if (group_.Depth == 0) {
     ProfileUpdate update(*this);

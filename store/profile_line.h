@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -45,6 +46,16 @@ inline WrittenEntry ParseEntry(std::string_view line) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) return {};
   return {TrimBlanks(line.substr(0, equals)), TrimBlanks(line.substr(equals + 1))};
+}
+
+// Whether a section and a key of these names can be written so that they are found again.
+inline bool CanBeNames(std::string_view section, std::string_view key) {
+  for (const std::string_view name : {section, key}) {
+    if (name.empty() || TrimBlanks(name) != name) return false;
+    if (name.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos) return false;
+  }
+  return section.find(']') == std::string_view::npos && key.find('=') == std::string_view::npos &&
+         key.front() != ';' && key.front() != '[';
 }
 
 }  // namespace quillary

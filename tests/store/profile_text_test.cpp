@@ -107,12 +107,18 @@ TEST(Journal, ComesBackWholeOrNotAtAll) {
   }
 }
 
-TEST(Journal, NamesNoFileOutsideItsFolder) {
+TEST(Journal, NamesNoFileOutsideItsFolderAndNothingThatAProfileCannotHold) {
+  const auto isTaken = [](std::string_view file, std::string_view section, std::string_view key) {
+    JournalPart part(file);
+    part.Add(section, key, {}, "v");
+    return ParseJournal(JournalText({&part})).has_value();
+  };
+  EXPECT_TRUE(isTaken("quill.dat", "s", "k"));
   for (const char* name : {"../quill.dat", "/etc/x", "..", "a\\b", ""}) {
-    JournalPart part(name);
-    part.Add("s", "k", {}, "v");
-    EXPECT_FALSE(ParseJournal(JournalText({&part}))) << name;
+    EXPECT_FALSE(isTaken(name, "s", "k")) << name;
   }
+  for (const char* section : {"", " s", "s]", "s\r"}) EXPECT_FALSE(isTaken("f", section, "k"));
+  for (const char* key : {"", "k ", ";k", "[k", "\tk"}) EXPECT_FALSE(isTaken("f", "s", key));
 }
 
 }  // namespace
