@@ -5,6 +5,7 @@
 #include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,6 +18,8 @@
 namespace quillary {
 
 namespace {
+
+constexpr uid_t KeptOwner = static_cast<uid_t>(-1);
 
 constexpr std::int64_t NsPerSecond = 1'000'000'000;
 
@@ -41,6 +44,18 @@ FileStamp StampOf(const struct stat& status) {
   stamp.ChangedNs = Nanoseconds(status.st_ctim);
   stamp.Permissions = status.st_mode & 07777U;
   return stamp;
+}
+
+// The list of others that may read or write a file besides its owner and group, as the file system
+// keeps it. Empty where there is none.
+constexpr const char* AccessListName = "system.posix_acl_access";
+std::string AccessList(const std::string& path) {
+  const ssize_t size = getxattr(path.c_str(), AccessListName, nullptr, 0);
+  if (size <= 0) return {};
+  std::string list(static_cast<std::size_t>(size), '\0');
+  const ssize_t got = getxattr(path.c_str(), AccessListName, list.data(), list.size());
+  list.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+  return list;
 }
 
 // Repeats a system call that a signal interrupted.
@@ -180,6 +195,36 @@ RunTimeError HostDisk::Create(const std::string& path, unsigned permissions, int
   }
   handle = number;
   return RunTimeError::None;
+}
+
+RunTimeError HostDisk::CopyAccess(const std::string& path, int handle) {
+  struct stat old = {};
+  struct stat own = {};
+  if (Repeat([&] { return stat(path.c_str(), &old); }) < 0) {
+    return errno == ENOENT ? RunTimeError::None : RunTimeErrorOf(errno);
+  }
+  if (fstat(handle, &own) < 0) return RunTimeErrorOf(errno);
+  bool isForGroup = true;
+  if (own.st_uid != old.st_uid || own.st_gid != old.st_gid) {
+    // Only the administrator can give a file away; whoever is in the group can give it to that.
+    isForGroup = fchown(handle, old.st_uid, old.st_gid) == 0 ||
+                 fchown(handle, KeptOwner, old.st_gid) == 0 || own.st_gid == old.st_gid;
+  }
+  const std::string list = AccessList(path);
+  if (list.empty()) {
+    // A folder may give lists to what is made in it.
+    (void)fremovexattr(handle, AccessListName);
+  } else {
+    // With a list, the permissions of the group are the most that anybody in the list has.
+    isForGroup = isForGroup && fsetxattr(handle, AccessListName, list.data(), list.size(), 0) == 0;
+  }
+  constexpr mode_t forGroup = 0070;
+  const mode_t permissions = old.st_mode & (isForGroup ? 0777U : 0777U & ~forGroup);
+  // A file system without permissions has nothing to set.
+  if (fchmod(handle, permissions) == 0 || errno == ENOTSUP || errno == EPERM) {
+    return RunTimeError::None;
+  }
+  return RunTimeErrorOf(errno);
 }
 
 RunTimeError HostDisk::Write(int handle, std::string_view bytes) {

@@ -49,6 +49,10 @@ class Disk {
   // Makes a new file with exactly these permissions and opens it for writing. A file of that name
   // is an error (PathAccess).
   virtual RunTimeError Create(const std::string& path, unsigned permissions, int& handle) = 0;
+  // Lets the same people at the new file as at the one at `path` (a link is followed): owner,
+  // group, permissions and access list. Where it cannot have that group or list, its group gets no
+  // access: it may be another one. A missing file gives nothing, and is no error.
+  virtual RunTimeError CopyAccess(const std::string& path, int handle) = 0;
   virtual RunTimeError Write(int handle, std::string_view bytes) = 0;
   // Returns when the file's bytes would survive a power cut.
   virtual RunTimeError Sync(int handle) = 0;
@@ -79,6 +83,7 @@ class HostDisk : public Disk {
   RunTimeError ReadPart(int handle, std::size_t most, std::string& bytes) override;
   RunTimeError List(const std::string& folder, std::vector<std::string>& names) override;
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
+  RunTimeError CopyAccess(const std::string& path, int handle) override;
   RunTimeError Write(int handle, std::string_view bytes) override;
   RunTimeError Sync(int handle) override;
   RunTimeError SyncAll(const std::vector<int>& handles) override;

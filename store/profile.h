@@ -29,7 +29,7 @@ namespace quillary {
 //
 // A file on disk is always the whole old one or the whole new one. A group of writes
 // (ProfileUpdate) is on disk wholly or not at all, across the files of a folder, whatever stops the
-// program. Permissions of a file survive a write; a new one is its owner's alone.
+// program. Who may read and write a file stays as it is in a write; a new one is its owner's alone.
 class Profile {
  public:
   Profile(Disk& disk, const FileNames& names);
@@ -89,10 +89,10 @@ class Profile {
 
   // Copies files as they stand on the disk, each in place of one that has the name `To`, as one
   // group: durably all of them when None is returned. All `To` are in one folder; a file may be in
-  // `From` and, for another copy, in `To`. A file that is replaced keeps its permissions; a new one
-  // is its owner's alone. On an error no file is changed, or, where the disk failed while the files
-  // were given their names, Recover goes on with it; until then nothing else may be written there.
-  // Given up (NotReady) nothing is changed. Not to be called inside a group.
+  // `From` and, for another copy, in `To`. Who may read a file that is replaced stays the same; a
+  // new one is its owner's alone. On an error no file is changed, or, where the disk failed while
+  // the files were given their names, Recover goes on with it; until then nothing else may be
+  // written there. Given up (NotReady) nothing is changed. Not to be called inside a group.
   RunTimeError CopyFiles(const std::vector<FileCopy>& Copies, const GoesOn& goesOn = {},
                          CopyFailure* failure = nullptr);
 
@@ -167,17 +167,17 @@ class Profile {
   RunTimeError CommitSeveral(std::vector<PendingFile>& files, const ProfileChanges& changes);
   RunTimeError Prepare(PendingFile& pending);
   RunTimeError PrepareAll(std::vector<PendingFile>& files);
-  RunTimeError StartNewFile(const std::string& path, std::string_view bytes, unsigned permissions,
-                            int& handle, bool* isLeft);
+  RunTimeError StartNewFile(const std::string& path, std::string_view bytes,
+                            const std::string& accessOf, int& handle, bool* isLeft);
   RunTimeError FinishNewFile(const std::string& path, int& handle, bool* isLeft);
   RunTimeError FinishPrepared(PendingFile& pending);
-  RunTimeError WriteNewFile(const std::string& path, std::string_view bytes, unsigned permissions,
-                            bool* isLeft = nullptr);
+  RunTimeError WriteNewFile(const std::string& path, std::string_view bytes,
+                            const std::string& accessOf, bool* isLeft = nullptr);
   RunTimeError PutInPlace(PendingFile& pending);
   void DropTemporary(PendingFile& pending);
 
   // profile_copy.cpp
-  RunTimeError CheckReplaceable(const std::string& path, unsigned& permissions);
+  RunTimeError CheckReplaceable(const std::string& path);
   RunTimeError CopyBytes(int from, int to, const GoesOn& goesOn, bool& isReadError);
   RunTimeError StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& isReadError);
   RunTimeError FinishCopies(std::span<CopiedFile* const> copies);

@@ -29,19 +29,21 @@ std::string JournalOf(const auto& files) {
 
 }  // namespace
 
-// Makes a new file whose bytes are not sure to stay yet. On an error there is no such file, unless
-// it could not be removed either (`isLeft`).
+// Makes a new file whose bytes are not sure to stay yet, for those that may use the file
+// `accessOf`; where that is empty or missing, for its owner alone. On an error there is no such
+// file, unless it could not be removed either (`isLeft`).
 RunTimeError Profile::StartNewFile(const std::string& path, std::string_view bytes,
-                                   unsigned permissions, int& handle, bool* isLeft) {
-  const RunTimeError error = disk_.Create(path, permissions, handle);
+                                   const std::string& accessOf, int& handle, bool* isLeft) {
+  RunTimeError error = disk_.Create(path, OwnerOnly, handle);
   if (error != RunTimeError::None) return error;
-  const RunTimeError writeError = disk_.Write(handle, bytes);
-  if (writeError == RunTimeError::None) return writeError;
+  if (!accessOf.empty()) error = disk_.CopyAccess(accessOf, handle);
+  if (error == RunTimeError::None) error = disk_.Write(handle, bytes);
+  if (error == RunTimeError::None) return error;
   (void)disk_.Close(handle);
   handle = -1;
   const bool isRemoved = disk_.Remove(path) == RunTimeError::None;
   if (isLeft != nullptr) *isLeft = !isRemoved;
-  return writeError;
+  return error;
 }
 
 // Returns when the bytes of a started file are sure to stay. Errors as above.
@@ -57,9 +59,9 @@ RunTimeError Profile::FinishNewFile(const std::string& path, int& handle, bool* 
 }
 
 RunTimeError Profile::WriteNewFile(const std::string& path, std::string_view bytes,
-                                   unsigned permissions, bool* isLeft) {
+                                   const std::string& accessOf, bool* isLeft) {
   int handle = -1;
-  const RunTimeError error = StartNewFile(path, bytes, permissions, handle, isLeft);
+  const RunTimeError error = StartNewFile(path, bytes, accessOf, handle, isLeft);
   return error == RunTimeError::None ? FinishNewFile(path, handle, isLeft) : error;
 }
 
@@ -96,12 +98,11 @@ RunTimeError Profile::Prepare(PendingFile& pending) {
   }
   const std::string path =
       FolderOf(file.HostPath) + TemporaryName(NameOf(file.HostPath), ProcessNumber());
-  const unsigned permissions = pending.Before ? file.Stamp.Permissions : OwnerOnly;
-  error = StartNewFile(path, pending.After, permissions, pending.Handle, nullptr);
+  error = StartNewFile(path, pending.After, file.HostPath, pending.Handle, nullptr);
   if (error == RunTimeError::PathAccess) {
     // Left behind by an earlier program that had this program's number.
     (void)disk_.Remove(path);
-    error = StartNewFile(path, pending.After, permissions, pending.Handle, nullptr);
+    error = StartNewFile(path, pending.After, file.HostPath, pending.Handle, nullptr);
   }
   if (error == RunTimeError::None) pending.TemporaryPath = path;
   return error;
@@ -174,7 +175,7 @@ bool Profile::TakeBack(const PendingFile& done) {
   old.After = done.Before->Bytes();
   const std::string path =
       FolderOf(file.HostPath) + TemporaryName(NameOf(file.HostPath), ProcessNumber());
-  if (WriteNewFile(path, old.After, file.Stamp.Permissions) != RunTimeError::None) return false;
+  if (WriteNewFile(path, old.After, file.HostPath) != RunTimeError::None) return false;
   old.TemporaryPath = path;
   const bool isBack = PutInPlace(old) == RunTimeError::None;
   DropTemporary(old);
@@ -189,13 +190,13 @@ RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
   const std::string journalPath = folder + std::string(JournalName);
   std::string journal = JournalOf(files);
   bool isLeft = false;
-  RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
+  RunTimeError error = WriteNewFile(journalPath, journal, {}, &isLeft);
   if (error == RunTimeError::PathAccess && CompleteJournal(folder) == RunTimeError::None) {
     // Another program was stopped in the middle of a group; now its group is done, too.
     error = PrepareAll(files);
     if (error != RunTimeError::None) return error;
     journal = JournalOf(files);
-    error = WriteNewFile(journalPath, journal, OwnerOnly, &isLeft);
+    error = WriteNewFile(journalPath, journal, {}, &isLeft);
   }
   if (error == RunTimeError::None) {
     error = disk_.SyncFolder(folder);
@@ -220,11 +221,12 @@ RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
 RunTimeError Profile::CopyFile(std::string_view From, std::string_view To) {
   std::string bytes;
   FileStamp stamp;
-  RunTimeError error = disk_.Read(names_.Find(From), bytes, stamp);
+  const std::string from = names_.Find(From);
+  RunTimeError error = disk_.Read(from, bytes, stamp);
   if (error != RunTimeError::None) return error;
   const std::string path = names_.Find(To);
   const std::string beside = FolderOf(path) + TemporaryName(NameOf(path), ProcessNumber());
-  error = WriteNewFile(beside, bytes, stamp.Permissions);
+  error = WriteNewFile(beside, bytes, from);
   if (error != RunTimeError::None) return error;
   error = disk_.Rename(beside, path);
   if (error != RunTimeError::None) (void)disk_.Remove(beside);

@@ -76,8 +76,7 @@ RunTimeError Profile::RenameFile(std::string_view File, std::string_view NewName
 }
 
 // What must be known before the group is decided: afterwards it has to succeed.
-RunTimeError Profile::CheckReplaceable(const std::string& path, unsigned& permissions) {
-  permissions = OwnerOnly;
+RunTimeError Profile::CheckReplaceable(const std::string& path) {
   FileStamp stamp;
   const RunTimeError error = disk_.Stamp(path, stamp);
   if (IsMissing(error)) return RunTimeError::None;
@@ -85,9 +84,7 @@ RunTimeError Profile::CheckReplaceable(const std::string& path, unsigned& permis
   std::vector<std::string> inside;
   if (disk_.List(path, inside) != RunTimeError::PathNotFound) return RunTimeError::PathAccess;
   constexpr unsigned AnyWrite = 0222;
-  if ((stamp.Permissions & AnyWrite) == 0) return RunTimeError::PermissionDenied;
-  permissions = stamp.Permissions;
-  return RunTimeError::None;
+  return (stamp.Permissions & AnyWrite) == 0 ? RunTimeError::PermissionDenied : RunTimeError::None;
 }
 
 RunTimeError Profile::CopyBytes(int from, int to, const GoesOn& goesOn, bool& isReadError) {
@@ -109,20 +106,20 @@ RunTimeError Profile::StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& is
   RunTimeError error = disk_.Open(copy.From, from, copy.Stamp);
   isReadError = error != RunTimeError::None;
   if (isReadError) return error;
-  unsigned permissions = OwnerOnly;
-  error = CheckReplaceable(copy.To, permissions);
+  error = CheckReplaceable(copy.To);
   // Another name than that of a write to the file, which may come before this one is in place.
   const std::string path =
       FolderOf(copy.To) + TemporaryName(NameOf(copy.To).append(".copy"), ProcessNumber());
   if (error == RunTimeError::None) {
-    error = disk_.Create(path, permissions, copy.Handle);
+    error = disk_.Create(path, OwnerOnly, copy.Handle);
     if (error == RunTimeError::PathAccess) {
       // Left behind by an earlier program that had this program's number.
       (void)disk_.Remove(path);
-      error = disk_.Create(path, permissions, copy.Handle);
+      error = disk_.Create(path, OwnerOnly, copy.Handle);
     }
     if (error == RunTimeError::None) copy.TemporaryPath = path;
   }
+  if (error == RunTimeError::None) error = disk_.CopyAccess(copy.To, copy.Handle);
   if (error == RunTimeError::None) error = CopyBytes(from, copy.Handle, goesOn, isReadError);
   (void)disk_.Close(from);
   return error;
@@ -200,7 +197,7 @@ RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies, const Go
   const std::string folder = FolderOf(copies.front().To);
   const std::string journalPath = folder + std::string(JournalName);
   isDecided = false;
-  RunTimeError error = WriteNewFile(journalPath, journal, OwnerOnly, &isDecided);
+  RunTimeError error = WriteNewFile(journalPath, journal, {}, &isDecided);
   if (error == RunTimeError::None) {
     error = disk_.SyncFolder(folder);
     isDecided = error == RunTimeError::None || disk_.Remove(journalPath) != RunTimeError::None;

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -89,34 +88,6 @@ TEST_F(ProfileTest, AnUnchangedFileIsNotReadAgain) {
   }
   Here.Read("quill.dat", "y");
   EXPECT_EQ(Machine.Calls(), 2);
-}
-
-TEST_F(ProfileTest, KeepsPermissionsAndGivesNewFilesToTheirOwnerAlone) {
-  const auto mode = [&](const char* name) {
-    struct stat info = {};
-    return stat(Folder.File(name).c_str(), &info) == 0 ? info.st_mode & 07777U : 0;
-  };
-  const mode_t before = umask(0);
-  ASSERT_EQ(Here.Write("new.dat", "x", "1"), RunTimeError::None);
-  umask(before);
-  EXPECT_EQ(mode("new.dat"), 0600U);
-  Folder.WriteFile("old.dat", "");
-  std::filesystem::permissions(Folder.File("old.dat"), std::filesystem::perms(0664));
-  ASSERT_EQ(Here.Write("old.dat", "x", "1"), RunTimeError::None);
-  EXPECT_EQ(mode("old.dat"), 0664U);
-}
-
-TEST_F(ProfileTest, ALinkIsReadButNotWrittenThrough) {
-  TempFolder elsewhere;
-  elsewhere.WriteFile("target", "[S]\nx=1\n");
-  std::filesystem::create_symlink(elsewhere.File("target"), Folder.File("quill.dat"));
-  std::filesystem::create_symlink("loop.dat", Folder.File("loop.dat"));
-  EXPECT_EQ(Here.Read("quill.dat", "x"), "1");
-  EXPECT_EQ(Here.Write("quill.dat", "x", "2"), RunTimeError::None);
-  EXPECT_EQ(Here.Read("quill.dat", "x"), "2");
-  EXPECT_EQ(elsewhere.ReadFile("target"), "[S]\nx=1\n");
-  EXPECT_EQ(Here.Read("loop.dat", "x"), "");
-  EXPECT_NE(Here.Write("loop.dat", "x", "2"), RunTimeError::None);
 }
 
 TEST_F(ProfileTest, AGroupIsSeenAtOnceAndTakenBackWhole) {

@@ -47,6 +47,9 @@ class FaultDisk : public HostDisk {
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override {
     return Try(Kind::Writes, [&] { return HostDisk::Create(path, permissions, handle); });
   }
+  RunTimeError CopyAccess(const std::string& path, int handle) override {
+    return Try(Kind::Writes, [&] { return HostDisk::CopyAccess(path, handle); });
+  }
   RunTimeError Write(int handle, std::string_view bytes) override;
   RunTimeError Sync(int handle) override {
     return Try(Kind::Writes, [&] { return HostDisk::Sync(handle); });
