@@ -120,19 +120,6 @@ TEST_F(ProfileTest, AGroupIsSeenAtOnceAndTakenBackWhole) {
   EXPECT_NE(update.Commit(), RunTimeError::None);
 }
 
-TEST_F(ProfileTest, ACommitKeepsWhatAnotherProgramWroteMeanwhile) {
-  ASSERT_EQ(Here.Write("quill.dat", "x", "1"), RunTimeError::None);
-  HostDisk otherDisk;
-  Program other(Folder, otherDisk);
-  ProfileUpdate update(Here.Access);
-  (void)Here.Write("quill.dat", "x", "2");
-  (void)Here.Write("quill0.dat", "x", "2");
-  ASSERT_EQ(other.Write("quill.dat", "uses", "2"), RunTimeError::None);
-  EXPECT_EQ(update.Commit(), RunTimeError::None);
-  EXPECT_EQ(other.Read("quill.dat", "uses"), "2");
-  EXPECT_EQ(other.Read("quill.dat", "x"), "2");
-}
-
 TEST_F(ProfileTest, AGroupOnWhatCouldNotBeReadFails) {
   ASSERT_EQ(Here.Write("quill.dat", "count", "5"), RunTimeError::None);
   ProfileUpdate update(Here.Access);
