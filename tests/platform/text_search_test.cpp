@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+#include <vector>
+
 #include "platform/code_point.h"
 #include "platform/text.h"
 
@@ -29,6 +33,33 @@ TEST(TextSearchTest, BytesThatAreNoCharacterAreTheReplacement) {
   EXPECT_FALSE(TextSearch("\xff").IsIn("é"));
   EXPECT_FALSE(TextSearch("\xa9").IsIn("é"));
   EXPECT_TRUE(TextSearch("").IsIn(""));
+}
+
+TEST(TextSearchTest, FindsTheFirstPlaceWhereverItStands) {
+  using namespace std::string_literals;
+  const std::vector<std::string> pieces{"a", "A", "k", "\u212A", "i",    "I",        "\u0130",
+                                        "é", "É", "ι", "Ι",      "\0"s,  "\xe2\x84", "\xff",
+                                        "€", "😀", " ", "x",      "\xa9", "ẞ",        "ß"};
+  std::mt19937 random(7);
+  const auto make = [&](std::size_t most) {
+    std::string text;
+    for (std::size_t count = random() % most + 1; count > 0; --count) {
+      text += pieces[random() % pieces.size()];
+    }
+    return text;
+  };
+  std::size_t found = 0;
+  for (int i = 0; i < 20000; ++i) {
+    const std::string sought = make(3);
+    const std::string text = std::string(random() % 130, 'y') + make(60);
+    const std::size_t expected = LowerCase(text).find(LowerCase(sought));
+    const std::size_t at = TextSearch(sought).Find(text, 0);
+    ASSERT_EQ(at != std::string::npos, expected != std::string::npos) << text << '|' << sought;
+    if (at == std::string::npos) continue;
+    ++found;
+    ASSERT_EQ(LowerCase(text.substr(0, at)).size(), expected) << text << '|' << sought;
+  }
+  EXPECT_GT(found, 5000U);
 }
 
 }  // namespace
