@@ -17,7 +17,7 @@ AboutDialog::AboutDialog(SharedData& shared, Hub& hub)
   Picture1->setFrameStyle(static_cast<int>(QFrame::Panel) | static_cast<int>(QFrame::Sunken));
   Picture1->setAlignment(Qt::AlignCenter);
   Place(*Picture1, 180, 180, 1500, 1500);
-  Picture1->setPixmap(QuillPicture(QSize(Px(1320), Px(1320)), *this));
+  Picture1->setPixmap(Picture(QStringLiteral("quillary"), QSize(Px(1320), Px(1320)), *this));
 
   auto* Label1 = new PlainLabel(this, QStringLiteral("Label1"), QStringLiteral("Quillary"));
   QFont heading = Label1->font();

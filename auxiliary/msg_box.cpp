@@ -1,7 +1,6 @@
 #include "auxiliary/msg_box.h"
 
 #include <QApplication>
-#include <QStyle>
 #include <algorithm>
 
 #include "auxiliary/pictures.h"
@@ -30,16 +29,8 @@ constexpr int kTextWidth = 3135;
 constexpr std::int16_t kLeftAnswer = -1;
 constexpr std::int16_t kRightAnswer = 0;
 
-struct IconKind {
-  const char* Name;
-  QStyle::StandardPixmap Pixmap;
-};
-
 // In the order of MsgIcon.
-constexpr std::array<IconKind, 4> kIcons{{{"Critical", QStyle::SP_MessageBoxCritical},
-                                          {"Question", QStyle::SP_MessageBoxQuestion},
-                                          {"Exclamation", QStyle::SP_MessageBoxWarning},
-                                          {"Information", QStyle::SP_MessageBoxInformation}}};
+constexpr std::array kIcons{"Critical", "Question", "Exclamation", "Information"};
 
 }  // namespace
 
@@ -56,11 +47,11 @@ MsgBox::MsgBox(const QString& name, SharedData& shared, Hub& hub, int frameHeigh
   Frame->setFrameShape(QFrame::StyledPanel);
   Place(*Frame, kFrameLeft, kFrameTop, kFrameWidth, frameHeight);
   for (std::size_t i = 0; i < kIcons.size(); ++i) {
-    const QString iconName = QString::fromLatin1(kIcons[i].Name);
+    const QString iconName = QString::fromLatin1(kIcons[i]);
     icons_[i] = new QLabel(Frame);
     icons_[i]->setObjectName(iconName);
     icons_[i]->setAccessibleName(iconName);
-    icons_[i]->setPixmap(MessageIcon(kIcons[i].Pixmap, *this));
+    icons_[i]->setPixmap(Picture(iconName.toLower(), QSize(kIconPixels, kIconPixels), *this));
     icons_[i]->setGeometry(Px(kIconLeft), Px(kIconTop), kIconPixels, kIconPixels);
     icons_[i]->hide();
   }

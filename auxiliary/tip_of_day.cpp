@@ -49,7 +49,7 @@ TipOfDay::TipOfDay(SharedData& shared, Profile& profile, Hub& hub, MsgBoxSnglTxt
   auto* Picture1 = new QLabel(panel);
   Picture1->setObjectName(QStringLiteral("Picture1"));
   Place(*Picture1, 180, 240, 900, 900);
-  Picture1->setPixmap(TipPicture(Picture1->size(), *this));
+  Picture1->setPixmap(Picture(QStringLiteral("tip"), Picture1->size(), *this));
 
   auto* Label1 = new PlainLabel(panel, QStringLiteral("Label1"), QStringLiteral("Did you know..."));
   Label1->setForegroundRole(QPalette::Text);

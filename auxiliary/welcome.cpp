@@ -23,14 +23,18 @@ QFrame* MakePanelFrame(QWidget* parent, const QString& name, QFrame::Shadow shad
   return panel;
 }
 
-PlainLabel* MakeHeading(QWidget* parent, const QString& text, qreal scale, int top, int height) {
+// In ink, since the picture behind it is of paper in every colour scheme.
+void MakeHeading(QWidget* parent, const QString& text, qreal scale, int top, int height) {
   auto* label = new PlainLabel(parent, QString(), text);
-  QFont font = label->font();
-  font.setPointSizeF(font.pointSizeF() * scale);
-  font.setBold(scale > 2);
+  QFont font(QStringLiteral("serif"));
+  font.setStyleHint(QFont::Serif);
+  font.setPointSizeF(label->font().pointSizeF() * scale);
+  font.setBold(true);
   label->setFont(font);
-  Place(*label, 2100, top, 3400, height);
-  return label;
+  QPalette palette = label->palette();
+  palette.setColor(QPalette::WindowText, QColor(0x25, 0x3a, 0x5e));
+  label->setPalette(palette);
+  Place(*label, 2500, top, 3050, height);
 }
 
 }  // namespace
@@ -45,9 +49,9 @@ Welcome::Welcome() : Form(QStringLiteral("Welcome")) {
 
   auto* Image1 = new QLabel(SSPanel2);
   Image1->setObjectName(QStringLiteral("Image1"));
-  Place(*Image1, 240, 240, 1590, 1590);
-  Image1->setPixmap(QuillPicture(Image1->size(), *this));
-  MakeHeading(SSPanel2, QStringLiteral("Quillary"), 2.6, 450, 690);
+  Image1->setGeometry(SSPanel2->contentsRect());
+  Image1->setPixmap(Picture(QStringLiteral("welcome"), Image1->size(), *this));
+  MakeHeading(SSPanel2, QStringLiteral("Quillary"), 3.2, 330, 840);
   MakeHeading(SSPanel2, QStringLiteral("Version 2.0"), 1.2, 1200, 345);
 
   Lbl = new PlainLabel(SSPanel1, QStringLiteral("Lbl"), QStringLiteral("Loading Prefernces ..."));

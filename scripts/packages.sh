@@ -2,7 +2,7 @@
 
 RunPackages=(
   cmake ninja-build g++ pkg-config
-  qt6-base-dev qt6-serialport-dev libicu-dev zlib1g-dev
+  qt6-base-dev qt6-serialport-dev qt6-svg-dev libicu-dev zlib1g-dev
   fonts-dejavu-core
 )
 CheckPackages=(

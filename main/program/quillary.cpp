@@ -58,6 +58,7 @@ int main(int argc, char* argv[]) {
   EndSignals endSignals;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("quillary"));
+  QApplication::setDesktopFileName(QStringLiteral("quillary"));
   QApplication::setWindowIcon(QuillIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   return Run(application, endSignals);
