@@ -10,6 +10,7 @@ CheckPackages=(
   libsimpleini-dev libglib2.0-dev
   xvfb xauth openbox x11-utils xdotool xclip python3
   libreoffice-writer python3-uno
+  desktop-file-utils appstream
 )
 
 # Installs those of the named packages that are not there. Needs root or sudo only then.

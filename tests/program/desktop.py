@@ -131,11 +131,15 @@ class ProgramTest(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.mkdtemp(prefix="quillary-test-")
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.desktop = Desktop(self.folder)
+        self.addCleanup(self.desktop.close)
+        self.install()
+
+    def install(self):
+        """Puts the program somewhere; `dist` is the folder in which it keeps its data there."""
         self.dist = os.path.join(self.folder, "dist")
         os.mkdir(self.dist)
         self.program = shutil.copy(PROGRAM, self.dist)
-        self.desktop = Desktop(self.folder)
-        self.addCleanup(self.desktop.close)
 
     def start(self):
         process = subprocess.Popen([self.program], env=self.desktop.env)
