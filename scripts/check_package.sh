@@ -6,24 +6,19 @@
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 # What is mounted below is not to be seen outside and goes away with this process.
-[ "${1-}" = --unshared ] || exec unshare --mount "$0" --unshared
+[ "${1-}" = --unshared ] || exec unshare --mount scripts/check_package.sh --unshared
 source scripts/packages.sh
-InstallMissing "${RunPackages[@]}" "${CheckPackages[@]}" debootstrap dpkg-dev
+InstallMissing "${RunPackages[@]}" "${CheckPackages[@]}" debootstrap
 
-cmake --preset run
-cmake --build build/run
-MakePackage() {
-  (cd build/run && cpack --config CPackConfig.cmake "$@")
-}
 work=$(mktemp -d)
-trap 'umount "$work/root/proc" || true; rm -rf --one-file-system "$work"' EXIT
-newer=2.0.1
-MakePackage -D CPACK_DEBIAN_PACKAGE_VERSION=$newer -B "$work"
-MakePackage
+root=$work/root
+trap 'mountpoint -q "$root/proc" && umount "$root/proc"; rm -rf --one-file-system "$work"' EXIT
+scripts/package.sh -D CPACK_DEBIAN_PACKAGE_VERSION=2.0.1 -B "$work/newer"
+rm -f build/run/quillary_*.deb
+scripts/package.sh
 
 mirror=$(apt-get indextargets --format '$(SITE)' 'Codename: bookworm' 'Component: main' | head -n 1)
-debootstrap --variant=minbase bookworm "$work/root" "$mirror"
-mount -t proc proc "$work/root/proc"
-cp /etc/resolv.conf /etc/hosts "$work/root/etc/"
-python3 tests/program/package_test.py "$work/root" build/run/quillary_2.0_*.deb \
-  "$work"/quillary_"$newer"_*.deb
+debootstrap --variant=minbase bookworm "$root" "$mirror"
+mount -t proc proc "$root/proc"
+cp /etc/resolv.conf /etc/hosts "$root/etc/"
+python3 tests/program/package_test.py "$root" build/run/quillary_*.deb "$work"/newer/quillary_*.deb
