@@ -43,6 +43,7 @@ FileStamp StampOf(const struct stat& status) {
   stamp.ModifiedNs = Nanoseconds(status.st_mtim);
   stamp.ChangedNs = Nanoseconds(status.st_ctim);
   stamp.Permissions = status.st_mode & 07777U;
+  stamp.IsFolder = S_ISDIR(status.st_mode);
   return stamp;
 }
 
@@ -264,6 +265,13 @@ RunTimeError HostDisk::Close(int handle) {
   // The descriptor is free even after EINTR; a second close could hit somebody else's.
   const int result = close(handle);
   return result < 0 && errno == EINTR ? RunTimeError::None : ResultOf(result);
+}
+
+RunTimeError HostDisk::Link(const std::string& from, const std::string& to) {
+  struct stat status = {};
+  if (lstat(from.c_str(), &status) != 0) return ResultOf(-1);
+  if (!S_ISREG(status.st_mode)) return RunTimeError::PathAccess;
+  return ResultOf(link(from.c_str(), to.c_str()));
 }
 
 RunTimeError HostDisk::Rename(const std::string& from, const std::string& to) {

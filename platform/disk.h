@@ -20,6 +20,7 @@ struct FileStamp {
   std::int64_t ModifiedNs = 0;  // nanoseconds since 1970
   std::int64_t ChangedNs = 0;   // nanoseconds since 1970; cannot be set back by a program
   unsigned Permissions = 0;     // the lower twelve bits of the mode
+  bool IsFolder = false;
 
   bool operator==(const FileStamp&) const = default;
 
@@ -57,11 +58,15 @@ class Disk {
   // Returns when the file's bytes would survive a power cut.
   virtual RunTimeError Sync(int handle) = 0;
   // The same for many files of one file system, which is faster than one after the other. None of
-  // them was written before the first of the handles was made.
+  // them was written before the first of the handles was made. May be called in a thread of its own
+  // while others use the disk.
   virtual RunTimeError SyncAll(const std::vector<int>& handles) = 0;
   // Frees the handle, whatever it returns.
   virtual RunTimeError Close(int handle) = 0;
 
+  // Gives the file `from` a second name in its file system. A file of that name is an error
+  // (PathAccess); so is a file system without second names, and a link as `from`.
+  virtual RunTimeError Link(const std::string& from, const std::string& to) = 0;
   // Gives the file `from` the name `to`, in place of a file that has it.
   virtual RunTimeError Rename(const std::string& from, const std::string& to) = 0;
   virtual RunTimeError Remove(const std::string& path) = 0;
@@ -88,6 +93,7 @@ class HostDisk : public Disk {
   RunTimeError Sync(int handle) override;
   RunTimeError SyncAll(const std::vector<int>& handles) override;
   RunTimeError Close(int handle) override;
+  RunTimeError Link(const std::string& from, const std::string& to) override;
   RunTimeError Rename(const std::string& from, const std::string& to) override;
   RunTimeError Remove(const std::string& path) override;
   RunTimeError MakeFolder(const std::string& path) override;

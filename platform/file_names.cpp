@@ -7,7 +7,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <numeric>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "platform/text.h"
@@ -43,11 +46,42 @@ std::string_view NextPart(std::string_view path, const std::string& folder) {
   return path.substr(0, path.find('/'));
 }
 
-bool IsSameName(std::string_view a, std::string_view b) {
-  // Upper case first: it makes one letter of some that are otherwise two, and a path that was
-  // stored in upper case is to be found again.
-  return EqualWithoutCase(UpperCase(a), UpperCase(b));
+// What is the same for names that differ in case alone. Upper case first: it makes one letter of
+// some that are otherwise two, and a path that was stored in upper case is to be found again.
+std::string NameKey(std::string_view name) {
+  return WithoutCase(UpperCase(name));
 }
+
+bool IsSameName(std::string_view a, std::string_view b) {
+  return NameKey(a) == NameKey(b);
+}
+
+// The entries of a folder. Where it cannot be read it has none.
+class Listing {
+ public:
+  Listing(Disk& disk, std::string folder) : folder_(std::move(folder)) {
+    std::vector<std::string> names;
+    isRead_ = disk.List(folder_, names) == RunTimeError::None;
+    std::sort(names.begin(), names.end());
+    for (std::string& name : names) {
+      byKey_.try_emplace(NameKey(name), name);
+      exact_.insert(std::move(name));
+    }
+  }
+
+  bool IsRead() const { return isRead_; }
+  std::string PathOf(const std::string& name) const {
+    if (exact_.contains(name)) return Join(folder_, name);
+    const auto found = byKey_.find(NameKey(name));
+    return Join(folder_, found == byKey_.end() ? name : found->second);
+  }
+
+ private:
+  std::string folder_;
+  bool isRead_ = false;
+  std::unordered_set<std::string> exact_;
+  std::unordered_map<std::string, std::string> byKey_;  // the first in code order
+};
 
 bool Exists(Disk& disk, const std::string& path) {
   FileStamp stamp;
@@ -102,6 +136,23 @@ std::string FileNames::Find(std::string_view name) const {
     lastFolder_ = {std::string(name.substr(0, folderSize)), path.substr(0, path.rfind('/'))};
   }
   return path;
+}
+
+std::vector<std::string> FileNames::FindAll(const std::vector<std::string_view>& names) const {
+  std::vector<std::string> paths;
+  paths.reserve(names.size());
+  std::map<std::string_view, Listing> folders;
+  for (const std::string_view name : names) {
+    const std::string_view folder = name.substr(0, name.find_last_of(Separators) + 1);
+    auto listing = folders.find(folder);
+    if (listing == folders.end() && !folder.empty()) {
+      listing = folders.try_emplace(folder, disk_, Find(folder)).first;
+    }
+    const bool isListed = listing != folders.end() && listing->second.IsRead();
+    paths.push_back(isListed ? listing->second.PathOf(std::string(name.substr(folder.size())))
+                             : Find(name));
+  }
+  return paths;
 }
 
 std::string FileNames::Search(std::string_view name) const {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/disk.h"
 
@@ -22,6 +23,9 @@ class FileNames {
   // name is kept as it is written. A path that does not begin with a separator starts in the
   // program's own directory. Reads folders, changes nothing.
   std::string Find(std::string_view name) const;
+
+  // The paths that Find gives for the names of many files. Each of their folders is read once.
+  std::vector<std::string> FindAll(const std::vector<std::string_view>& names) const;
 
   // The path that `name` probably has, without a look at the disk: in the folder in which the last
   // name was found. Empty if it is in another one.

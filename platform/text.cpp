@@ -96,6 +96,10 @@ std::string UpperCase(std::string_view text) {
   return MapEach(text, AsciiUpper, u_toupper);
 }
 
+std::string WithoutCase(std::string_view text) {
+  return MapEach(text, AsciiLower, [](UChar32 c) { return u_foldCase(c, U_FOLD_CASE_DEFAULT); });
+}
+
 bool EqualWithoutCase(std::string_view a, std::string_view b) {
   std::size_t atA = 0;
   std::size_t atB = 0;

@@ -34,6 +34,8 @@ std::string LowerCase(std::string_view text);
 std::string UpperCase(std::string_view text);
 // Whether two texts are the same but for upper and lower case.
 bool EqualWithoutCase(std::string_view a, std::string_view b);
+// Equal for exactly those texts that are the same but for upper and lower case.
+std::string WithoutCase(std::string_view text);
 // The same for names of sections, keys and fields, where only the letters A to Z have case.
 inline bool EqualNames(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;

@@ -89,10 +89,11 @@ class Profile {
 
   // Copies files as they stand on the disk, each in place of one that has the name `To`, as one
   // group: durably all of them when None is returned. All `To` are in one folder; a file may be in
-  // `From` and, for another copy, in `To`. Who may read a file that is replaced stays the same; a
-  // new one is its owner's alone. On an error no file is changed, or, where the disk failed while
-  // the files were given their names, Recover goes on with it; until then nothing else may be
-  // written there. Given up (NotReady) nothing is changed. Not to be called inside a group.
+  // `From` and, for another copy, in `To`: then it is not copied, if the file system can do
+  // without, but gets the other name as it is. Who may read a file that is replaced stays the same
+  // for its copy; a new one is its owner's alone. On an error no file is changed, or, where the disk
+  // failed while the files were given their names, Recover goes on with it; until then nothing else
+  // may be written there. Given up (NotReady) nothing is changed. Not to be called inside a group.
   RunTimeError CopyFiles(const std::vector<FileCopy>& Copies, const GoesOn& goesOn = {},
                          CopyFailure* failure = nullptr);
 
@@ -134,6 +135,8 @@ class Profile {
     FileStamp Stamp;            // of From, from before it was read
     std::string TemporaryPath;  // holds the bytes, synced once Handle is closed
     int Handle = -1;
+    std::size_t Written = 0;  // bytes
+    bool IsReplaced = false;  // From is the To of another copy of the group
   };
   struct Group {
     int Depth = 0;
@@ -178,9 +181,11 @@ class Profile {
 
   // profile_copy.cpp
   RunTimeError CheckReplaceable(const std::string& path);
-  RunTimeError CopyBytes(int from, int to, const GoesOn& goesOn, bool& isReadError);
-  RunTimeError StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& isReadError);
-  RunTimeError FinishCopies(std::span<CopiedFile* const> copies);
+  RunTimeError CopyBytes(int from, CopiedFile& copy, const GoesOn& goesOn, bool& isReadError);
+  bool IsMovedOn(CopiedFile& copy, const std::string& path);
+  RunTimeError StartCopy(CopiedFile& copy, bool mayMoveOn, const GoesOn& goesOn, bool& isReadError);
+  RunTimeError SyncAll(const std::vector<int>& handles, const GoesOn& goesOn);
+  RunTimeError FinishCopies(std::span<CopiedFile* const> copies, const GoesOn& goesOn);
   void DropCopy(CopiedFile& copy);
   RunTimeError PrepareCopies(std::vector<CopiedFile>& copies, const GoesOn& goesOn,
                              CopyFailure& failure);

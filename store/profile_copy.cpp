@@ -1,5 +1,10 @@
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <future>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "platform/process.h"
@@ -11,9 +16,11 @@ namespace quillary {
 namespace {
 
 constexpr unsigned OwnerOnly = 0600;
-// Many files on their way to the disk together arrive sooner than one after the other; but no
-// events run while they arrive.
-constexpr std::size_t MostTogether = 25;
+// Many files on their way to the disk together arrive sooner than one after the other; but who
+// gives up waits until they are there. In bytes.
+constexpr std::size_t MostTogether = 4'194'304;
+constexpr std::size_t MostOpen = 500;
+constexpr std::chrono::milliseconds BetweenEvents(16);
 // Of a file that is large, for whatever reason.
 constexpr std::size_t PartSize = 1'048'576;
 // How often copying starts again because another program wrote to the same files meanwhile.
@@ -49,11 +56,11 @@ RunTimeError Profile::ListFiles(std::string_view Folder, std::string_view Extens
     if (!EqualNames(std::string_view(name).substr(dot), Extension)) continue;
     // Such a name cannot be part of a program path.
     if (name.find('\\') != std::string::npos) continue;
-    std::vector<std::string> inside;
+    FileStamp stamp;
     std::string filePath = path;
     filePath.append("/").append(name);
-    const bool isFolder = disk_.List(filePath, inside) == RunTimeError::None;
-    if (!isFolder) names.push_back(std::move(name));
+    (void)disk_.Stamp(filePath, stamp);
+    if (!stamp.IsFolder) names.push_back(std::move(name));
   }
   std::sort(names.begin(), names.end());
   return RunTimeError::None;
@@ -81,26 +88,47 @@ RunTimeError Profile::CheckReplaceable(const std::string& path) {
   const RunTimeError error = disk_.Stamp(path, stamp);
   if (IsMissing(error)) return RunTimeError::None;
   if (error != RunTimeError::None) return error;
-  std::vector<std::string> inside;
-  if (disk_.List(path, inside) != RunTimeError::PathNotFound) return RunTimeError::PathAccess;
+  if (stamp.IsFolder) return RunTimeError::PathAccess;
   constexpr unsigned AnyWrite = 0222;
   return (stamp.Permissions & AnyWrite) == 0 ? RunTimeError::PermissionDenied : RunTimeError::None;
 }
 
-RunTimeError Profile::CopyBytes(int from, int to, const GoesOn& goesOn, bool& isReadError) {
+RunTimeError Profile::CopyBytes(int from, CopiedFile& copy, const GoesOn& goesOn,
+                                bool& isReadError) {
+  // One byte more than the file has: most are read and written at once.
+  const auto part = static_cast<std::size_t>(
+      std::clamp<std::int64_t>(copy.Stamp.Size + 1, 1, std::int64_t{PartSize}));
   std::string bytes;
   while (true) {
     if (goesOn && !goesOn(false)) return GivenUp;
-    RunTimeError error = disk_.ReadPart(from, PartSize, bytes);
+    RunTimeError error = disk_.ReadPart(from, part, bytes);
     isReadError = error != RunTimeError::None;
     if (isReadError || bytes.empty()) return error;
-    error = disk_.Write(to, bytes);
+    error = disk_.Write(copy.Handle, bytes);
     if (error != RunTimeError::None) return error;
+    copy.Written += bytes.size();
   }
 }
 
+// A file that loses its name in this group anyway is not copied: it gets a second one. False where
+// that cannot be had.
+bool Profile::IsMovedOn(CopiedFile& copy, const std::string& path) {
+  RunTimeError error = disk_.Link(copy.From, path);
+  if (error == RunTimeError::PathAccess) {
+    (void)disk_.Remove(path);
+    error = disk_.Link(copy.From, path);
+  }
+  if (error != RunTimeError::None) return false;
+  copy.TemporaryPath = path;
+  // The second name is a change of the file.
+  if (disk_.Stamp(path, copy.Stamp) == RunTimeError::None) return true;
+  DropCopy(copy);
+  return false;
+}
+
 // Begins to write the file's bytes, as they are now, beside the file that they are to replace.
-RunTimeError Profile::StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& isReadError) {
+RunTimeError Profile::StartCopy(CopiedFile& copy, bool mayMoveOn, const GoesOn& goesOn,
+                                bool& isReadError) {
   DropCopy(copy);
   int from = -1;
   RunTimeError error = disk_.Open(copy.From, from, copy.Stamp);
@@ -110,6 +138,11 @@ RunTimeError Profile::StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& is
   // Another name than that of a write to the file, which may come before this one is in place.
   const std::string path =
       FolderOf(copy.To) + TemporaryName(NameOf(copy.To).append(".copy"), ProcessNumber());
+  if (error == RunTimeError::None && mayMoveOn && IsMovedOn(copy, path)) {
+    // Whoever wrote to it may not have synced it.
+    copy.Handle = from;
+    return goesOn && !goesOn(false) ? GivenUp : error;
+  }
   if (error == RunTimeError::None) {
     error = disk_.Create(path, OwnerOnly, copy.Handle);
     if (error == RunTimeError::PathAccess) {
@@ -120,17 +153,29 @@ RunTimeError Profile::StartCopy(CopiedFile& copy, const GoesOn& goesOn, bool& is
     if (error == RunTimeError::None) copy.TemporaryPath = path;
   }
   if (error == RunTimeError::None) error = disk_.CopyAccess(copy.To, copy.Handle);
-  if (error == RunTimeError::None) error = CopyBytes(from, copy.Handle, goesOn, isReadError);
+  if (error == RunTimeError::None) error = CopyBytes(from, copy, goesOn, isReadError);
   (void)disk_.Close(from);
   return error;
 }
 
+// Events run while the bytes are on their way, which takes long on a slow medium.
+RunTimeError Profile::SyncAll(const std::vector<int>& handles, const GoesOn& goesOn) {
+  if (!goesOn) return disk_.SyncAll(handles);
+  std::future<RunTimeError> syncing = std::async([&] { return disk_.SyncAll(handles); });
+  bool isGivenUp = false;
+  while (syncing.wait_for(BetweenEvents) == std::future_status::timeout) {
+    isGivenUp = !goesOn(false) || isGivenUp;
+  }
+  const RunTimeError error = syncing.get();
+  return isGivenUp ? GivenUp : error;
+}
+
 // Returns when the bytes of these copies are sure to stay.
-RunTimeError Profile::FinishCopies(std::span<CopiedFile* const> copies) {
+RunTimeError Profile::FinishCopies(std::span<CopiedFile* const> copies, const GoesOn& goesOn) {
   std::vector<int> handles;
   handles.reserve(copies.size());
   for (const CopiedFile* copy : copies) handles.push_back(copy->Handle);
-  RunTimeError error = disk_.SyncAll(handles);
+  RunTimeError error = SyncAll(handles, goesOn);
   for (CopiedFile* copy : copies) {
     const RunTimeError closeError = disk_.Close(std::exchange(copy->Handle, -1));
     if (error == RunTimeError::None) error = closeError;
@@ -143,6 +188,7 @@ void Profile::DropCopy(CopiedFile& copy) {
   copy.Handle = -1;
   if (!copy.TemporaryPath.empty()) (void)disk_.Remove(copy.TemporaryPath);
   copy.TemporaryPath.clear();
+  copy.Written = 0;
 }
 
 // Every file is beside its place, as all of them stood together.
@@ -155,15 +201,21 @@ RunTimeError Profile::PrepareCopies(std::vector<CopiedFile>& copies, const GoesO
     failure.Index = static_cast<std::size_t>(copy - copies.data());
   };
   for (int attempt = 0; attempt < MostAttempts && !due.empty(); ++attempt) {
-    for (std::size_t begin = 0; begin < due.size(); begin += MostTogether) {
-      const std::size_t end = std::min(begin + MostTogether, due.size());
-      for (std::size_t i = begin; i < end; ++i) {
-        at(due[i]);
-        const RunTimeError error = StartCopy(*due[i], goesOn, failure.IsRead);
-        if (error != RunTimeError::None) return error;
-      }
-      const RunTimeError error = FinishCopies(std::span(due).subspan(begin, end - begin));
+    std::size_t begin = 0;
+    std::size_t written = 0;
+    for (std::size_t i = 0; i < due.size(); ++i) {
+      at(due[i]);
+      // Where the first attempt did not hold, a second name may be what changes the file.
+      const bool mayMoveOn = due[i]->IsReplaced && attempt == 0;
+      RunTimeError error = StartCopy(*due[i], mayMoveOn, goesOn, failure.IsRead);
       if (error != RunTimeError::None) return error;
+      written += due[i]->Written;
+      const std::size_t end = i + 1;
+      if (written < MostTogether && end - begin < MostOpen && end < due.size()) continue;
+      error = FinishCopies(std::span(due).subspan(begin, end - begin), goesOn);
+      if (error != RunTimeError::None) return error;
+      begin = end;
+      written = 0;
     }
     due.clear();
     for (CopiedFile& copy : copies) {
@@ -220,12 +272,19 @@ RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, const GoesO
   RunTimeError error = FinishUnfinished();
   if (error != RunTimeError::None) return error;
 
-  std::vector<CopiedFile> copies;
-  copies.reserve(Copies.size());
-  for (const FileCopy& copy : Copies) {
-    copies.push_back({names_.Find(copy.From), names_.Find(copy.To), {}, {}, -1});
-    if (FolderOf(copies.back().To) != FolderOf(copies.front().To)) return RunTimeError::PathAccess;
+  std::vector<std::string_view> names;
+  names.reserve(Copies.size() * 2);
+  for (const FileCopy& copy : Copies) names.insert(names.end(), {copy.From, copy.To});
+  std::vector<std::string> paths = names_.FindAll(names);
+  std::vector<CopiedFile> copies(Copies.size());
+  std::unordered_set<std::string_view> replaced;
+  for (std::size_t i = 0; i < copies.size(); ++i) {
+    copies[i].From = std::move(paths[2 * i]);
+    copies[i].To = std::move(paths[2 * i + 1]);
+    if (FolderOf(copies[i].To) != FolderOf(copies.front().To)) return RunTimeError::PathAccess;
+    replaced.insert(copies[i].To);
   }
+  for (CopiedFile& copy : copies) copy.IsReplaced = replaced.contains(copy.From);
   error = PrepareCopies(copies, goesOn, failed);
   if (error == RunTimeError::None) {
     failed = {Copies.size(), false, false};

@@ -100,6 +100,19 @@ TEST_F(HostDiskTest, SyncsFewFilesAndManyAndTellsOfAHandleThatIsNone) {
   EXPECT_NE(disk_.SyncAll(handles), RunTimeError::None);
 }
 
+TEST_F(HostDiskTest, GivesOnlyAFileItselfASecondName) {
+  folder_.WriteFile("file", "bytes");
+  const auto link = [&](const char* from, const char* to) {
+    return disk_.Link(folder_.File(from), folder_.File(to));
+  };
+  EXPECT_EQ(link("file", "second"), RunTimeError::None);
+  EXPECT_EQ(Stamp("second"), Stamp("file"));
+  EXPECT_EQ(link("file", "second"), RunTimeError::PathAccess);
+  EXPECT_EQ(link("none", "third"), RunTimeError::FileNotFound);
+  std::filesystem::create_symlink("file", folder_.File("away"));
+  EXPECT_EQ(link("away", "third"), RunTimeError::PathAccess);
+}
+
 TEST_F(HostDiskTest, RenamesRemovesAndLists) {
   folder_.WriteFile("a", "old");
   folder_.WriteFile("b", "new");

@@ -85,6 +85,23 @@ TEST_F(FileNamesTest, ChoosesAmongSeveralMatches) {
   EXPECT_EQ(Find("own\\quilldat\\quill.DAT"), folder_.File("own/quilldat/QUILL.dat"));
 }
 
+TEST_F(FileNamesTest, FindsManyFilesWithOneLookAtTheirFolders) {
+  fs::create_directory(folder_.File("stick"));
+  for (const char* name : {"QUILL0.DAT", "Quill1.Dat", "QUILL1.dat", "İ.dat"}) {
+    folder_.WriteFile(std::string("own/quilldat/") + name, "");
+  }
+  std::vector<std::string> names{"other.ini", Program("nowhere\\QUILL.OLD")};
+  for (const char* name : {"quill0.dat", "QUILL1.DAT", "quill2.dat", "i.dat"}) {
+    names.push_back(Program("OWN/quilldat\\") + name);
+    names.push_back(Program("stick\\") + name);
+  }
+  std::vector<std::string> each;
+  for (const std::string& name : names) each.push_back(names_.Find(name));
+  disk_.Lists = 0;
+  EXPECT_EQ(names_.FindAll({names.begin(), names.end()}), each);
+  EXPECT_LT(disk_.Lists, static_cast<int>(names.size()));
+}
+
 // A data path is stored in upper case.
 TEST_F(FileNamesTest, FindsAgainWhatWasPutIntoUpperCase) {
   for (const char* name : {"Übergröße", "ışık", "ςσ", "caf\xE9"}) {

@@ -136,6 +136,28 @@ TEST_F(BackupTest, TheSameRestoreTwiceLeavesTheSafetyCopyAlone) {
   }
 }
 
+// Whoever writes to a file that stays must not write to its safety copy.
+TEST_F(BackupTest, OnlyWhatIsReplacedIsMovedToTheSafetyCopyInsteadOfCopied) {
+  World.Folder.WriteFile("quill7.dat", "stays");
+  const Files before = World.Folder.Files();
+  const auto inode = [&](const std::string& name) {
+    FileStamp stamp;
+    EXPECT_EQ(World.Machine.Stamp(World.Folder.File(name), stamp), RunTimeError::None);
+    return stamp.Inode;
+  };
+  const auto data = inode("quill0.dat");
+  ASSERT_EQ(Restore(), RunTimeError::None);
+  EXPECT_EQ(inode("QUILL0.OLD"), data);
+  for (const auto& [name, bytes] : before) {
+    const std::string copy = UpperCase(name.substr(0, name.find('.'))) + ".OLD";
+    EXPECT_EQ(World.Folder.ReadFile(copy), bytes);
+    EXPECT_NE(inode(name), inode(copy));
+  }
+  ASSERT_EQ(BackUpFiles(World.Access, World.Data, World.Data.DataPath), RunTimeError::None);
+  EXPECT_EQ(inode("QUILL0.OL2"), data);
+  EXPECT_NE(inode("quill0.dat"), inode("QUILL0.OLD"));
+}
+
 TEST_F(BackupTest, TheSafetyCopyBeforeTheLastComesBackInItsTurn) {
   const std::string folder = World.Data.DataPath;
   const auto copyAside = [&] { return BackUpFiles(World.Access, World.Data, folder); };
@@ -153,6 +175,7 @@ TEST_F(BackupTest, TheSafetyCopyBeforeTheLastComesBackInItsTurn) {
     }
   }
   for (const std::string name : {"second", "first", "third", "second"}) {
+    World.Machine.HasLinks = name != "first";
     ASSERT_EQ(RestoreFrom(folder), RunTimeError::None);
     EXPECT_EQ(notes(), name);
     for (const std::string file : {"quill.dat", "quill1.dat"}) {

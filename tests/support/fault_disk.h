@@ -28,6 +28,8 @@ class FaultDisk : public HostDisk {
   void Reset();
   int Calls() const { return calls_; }
   bool WasReached() const { return wasReached_; }
+  // Whether files can have several names, unlike on a stick.
+  bool HasLinks = true;
 
   RunTimeError Stamp(const std::string& path, FileStamp& stamp) override {
     return Try(Kind::Reads, [&] { return HostDisk::Stamp(path, stamp); });
@@ -58,6 +60,11 @@ class FaultDisk : public HostDisk {
     return Try(Kind::Writes, [&] { return HostDisk::SyncAll(handles); });
   }
   RunTimeError Close(int handle) override;
+  RunTimeError Link(const std::string& from, const std::string& to) override {
+    return Try(Kind::Writes, [&] {
+      return HasLinks ? HostDisk::Link(from, to) : RunTimeError::PermissionDenied;
+    });
+  }
   RunTimeError Rename(const std::string& from, const std::string& to) override {
     return Try(Kind::Writes, [&] { return HostDisk::Rename(from, to); });
   }
