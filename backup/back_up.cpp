@@ -43,7 +43,10 @@ void BackUp::BackUpToDisk() {
       return;
     }
     // The user does not agree.
-    if (fault == CopyFault::NotWhole || fault == CopyFault::WouldEmpty) return;
+    if (fault == CopyFault::NotWhole || fault == CopyFault::WouldEmpty ||
+        fault == CopyFault::WouldLose) {
+      return;
+    }
     if (fault == CopyFault::Data) {
       Tell(QStringLiteral("The data files could not be read: %1.\rThere is no new backup.")
                .arg(QString::fromStdString(RunTimeErrorText(error))),
@@ -73,6 +76,10 @@ RunTimeError BackUp::CopyTo(const std::string& folder, CopyFault& fault) {
   } else if (fault == CopyFault::WouldEmpty) {
     question = QStringLiteral(
         "There are no names to back up, but there is a backup with names.\r"
+        "Should I replace it?");
+  } else if (fault == CopyFault::WouldLose) {
+    question = QStringLiteral(
+        "Files with names are missing here, but there is a backup with them.\r"
         "Should I replace it?");
   } else {
     return error;

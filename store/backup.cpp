@@ -31,12 +31,13 @@ std::string In(std::string_view folder, std::string_view name) {
 }
 
 // Why the data must not be copied over what is there, or not before the user has agreed.
-CopyFault FaultOfReplacing(FileSet& data, bool isWhole, bool hasCopies, FileSet& copies,
-                           bool isAgreed) {
-  if (!isWhole && hasCopies) return CopyFault::WouldReplace;
-  if (!isWhole && !isAgreed) return CopyFault::NotWhole;
-  const bool wouldEmpty = !data.HasRecords() && copies.HasHeader() && copies.HasRecords();
-  return wouldEmpty && !isAgreed ? CopyFault::WouldEmpty : CopyFault::None;
+CopyFault FaultOfReplacing(FileSet& data, bool isWhole, FileSet& copies, bool isAgreed) {
+  if (!isWhole && copies.HasFiles()) return CopyFault::WouldReplace;
+  if (isAgreed) return CopyFault::None;
+  if (!isWhole) return CopyFault::NotWhole;
+  if (!copies.HasHeader()) return CopyFault::None;
+  if (!data.HasRecords() && copies.HasRecords()) return CopyFault::WouldEmpty;
+  return data.LacksFilesOf(copies) ? CopyFault::WouldLose : CopyFault::None;
 }
 
 // To names in capitals that end in `end`, or to those that `present` has already.
@@ -59,9 +60,9 @@ RunTimeError AppendSafetyCopy(std::vector<Profile::FileCopy>& copies, Profile& p
   FoundFiles files;
   const RunTimeError error = FindFiles(profile, folder, CopyExtension, UpperCase, files);
   if (error != RunTimeError::None) return error;
-  FileSet copy(profile, folder, files);
+  FileSet copy(profile, folder, files, goesOn);
   const bool isKept = copy.HasHeader();
-  const bool isSame = isKept && copy.Holds(dataSet, goesOn);
+  const bool isSame = isKept && copy.Holds(dataSet);
   for (const FileSet* set : {&copy, &dataSet}) {
     if (set->Error() != RunTimeError::None) return set->Error();
   }
@@ -120,13 +121,13 @@ RunTimeError BackUpFiles(Profile& profile, const StoreData& data, std::string_vi
   FoundFiles files;
   error = FindFiles(profile, data.DataPath, DataExtension, LowerCase, files);
   if (error != RunTimeError::None) return error;
-  FileSet set(profile, data.DataPath, files);
+  FileSet set(profile, data.DataPath, files, goesOn);
   const bool hasHeader = set.HasHeader();
   if (set.Error() != RunTimeError::None) return set.Error();
   // Such copies would be of no use, yet replace good ones.
   if (!hasHeader) return RunTimeError::FileNotFound;
   const bool isBeside = IsDataFolder(profile, data, Destination);
-  const bool isWhole = isBeside || set.IsWhole(goesOn);
+  const bool isWhole = isBeside || set.IsWhole();
   if (set.Error() != RunTimeError::None) return set.Error();
 
   faultAt = CopyFault::Medium;
@@ -137,7 +138,7 @@ RunTimeError BackUpFiles(Profile& profile, const StoreData& data, std::string_vi
   if (error != RunTimeError::None) return error;
   if (!isBeside) {
     FileSet copiesThere(profile, Destination, present);
-    faultAt = FaultOfReplacing(set, isWhole, !present.Names.empty(), copiesThere, isAgreed);
+    faultAt = FaultOfReplacing(set, isWhole, copiesThere, isAgreed);
     if (copiesThere.Error() != RunTimeError::None) {
       faultAt = CopyFault::Medium;
       return copiesThere.Error();
@@ -185,9 +186,9 @@ std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data
   // What was recovered may have new names.
   error = FindFiles(profile, Source, CopyExtension, UpperCase, from);
   if (error != RunTimeError::None) return error;
-  FileSet fromSet(profile, Source, from);
+  FileSet fromSet(profile, Source, from, goesOn);
   const bool hasCopy = fromSet.HasHeader();
-  const bool isWhole = hasCopy && fromSet.IsWhole(goesOn);
+  const bool isWhole = hasCopy && fromSet.IsWhole() && !fromSet.LacksFiles();
   if (fromSet.Error() != RunTimeError::None) return fromSet.Error();
   if (!hasCopy) return std::nullopt;
   if (!isWhole && !choice.EvenNotWhole) {
@@ -198,13 +199,13 @@ std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data
   std::vector<Profile::FileCopy> copies;
   if (choice.CopiesAside) {
     faultAt = CopyFault::SafetyCopy;
-    FileSet set(profile, data.DataPath, present);
+    FileSet set(profile, data.DataPath, present, goesOn);
     const bool hasHeader = set.HasHeader();
     if (set.Error() != RunTimeError::None) return set.Error();
     if (!hasHeader) return RunTimeError::FileNotFound;
     if (IsDataFolder(profile, data, Source)) {
       error = AppendTurn(copies, profile, data.DataPath, present);
-    } else if (!set.Holds(fromSet, goesOn)) {
+    } else if (!set.Holds(fromSet)) {
       error = AppendSafetyCopy(copies, profile, data.DataPath, present, set, goesOn);
     }
     if (error != RunTimeError::None) return error;

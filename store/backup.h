@@ -17,7 +17,7 @@ namespace quillary {
 //
 // A set of files is whole if it has a header as OpenDataFile would take it, and every record of its
 // lists. What is not whole replaces no backup, and takes the data's place only if the user wants
-// it.
+// it; so do copies whose lists were stored without the records of files that were missing.
 
 // The copies beside the data are the safety copy. The one before it is kept, too (NAME.OL2): a new
 // one takes its place only where the data differ from it, apart from the counter of users.
@@ -29,6 +29,7 @@ enum class CopyFault : std::uint8_t {
   NotWhole,      // what is to be copied is not whole; the user may agree to it
   WouldReplace,  // it is not whole, and there are copies already
   WouldEmpty,    // data without a record would replace a backup with some; the user may agree to it
+  WouldLose,     // data that lack files would replace a backup that has them; the user may agree
   Medium,        // the copies could not be written by a backup, or not be read for a restore
   Unfinished,    // with the copies is a backup that was stopped, which cannot be completed
   Decided,       // the data files could not all be replaced yet; the next opening goes on with it

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
-#include <unordered_set>
 #include <utility>
 
 #include "platform/numbers.h"
@@ -14,6 +13,7 @@
 namespace quillary {
 namespace {
 
+constexpr std::string_view Base = "QUILL";
 constexpr std::string_view HeaderBase = "QUILL.";
 constexpr std::string_view HeaderSection = "General Info";
 
@@ -25,6 +25,14 @@ std::string WithoutUses(const ProfileText& header) {
 }
 
 }  // namespace
+
+// One of the lists: what the header and the records have of it.
+struct FileSet::Chain {
+  std::string_view First;
+  std::string_view Count;
+  std::int32_t RecordLinks::*Next;
+  bool RecordLinks::*IsIn;
+};
 
 RunTimeError FindFiles(Profile& profile, std::string_view folder, std::string_view extension,
                        std::string (*wanted)(std::string_view), FoundFiles& files) {
@@ -46,10 +54,35 @@ bool FileSet::HasHeader() {
          !HeaderEntry("TotalNoOfRecords").empty() && !HeaderEntry("NoOfRecords").empty();
 }
 
-bool FileSet::IsWhole(const Profile::GoesOn& goesOn) {
-  return HasHeader() && IsChainWhole("NameFirstRecord", "NextName", "NoOfRecords", goesOn) &&
-         IsChainWhole("CompanyFirstRecord", "NextCompany", "NoOfRecords", goesOn) &&
-         IsChainWhole("DelFirstRecord", "NextDel", "DelNoOfRecords", goesOn);
+FileSet::FileSet(Profile& profile, std::string_view folder, const FoundFiles& files,
+                 Profile::GoesOn goesOn)
+    : snapshot_(profile),
+      folder_(folder),
+      files_(files),
+      goesOn_(std::move(goesOn)),
+      records_(profile, [this](std::int32_t number) { return PathOfRecordFile(number); }) {}
+
+RunTimeError FileSet::Error() const {
+  return snapshot_.Error() != RunTimeError::None ? snapshot_.Error() : records_.Error();
+}
+
+bool FileSet::HasFiles() const {
+  return std::any_of(files_.Names.begin(), files_.Names.end(), [](const auto& file) {
+    std::string_view number = file.first;
+    if (!number.starts_with(Base) || !number.ends_with('.')) return false;
+    number.remove_prefix(Base.size());
+    return number.find_first_not_of("0123456789") == number.size() - 1;
+  });
+}
+
+bool FileSet::IsWhole() {
+  return HasHeader() &&
+         IsChainWhole(
+             {"NameFirstRecord", "NoOfRecords", &RecordLinks::NextName, &RecordLinks::IsInNames}) &&
+         IsChainWhole({"CompanyFirstRecord", "NoOfRecords", &RecordLinks::NextCompany,
+                       &RecordLinks::IsInCompanies}) &&
+         IsChainWhole({"DelFirstRecord", "DelNoOfRecords", &RecordLinks::NextDel,
+                       &RecordLinks::IsInDeleted});
 }
 
 bool FileSet::HasRecords() {
@@ -57,15 +90,22 @@ bool FileSet::HasRecords() {
          !HeaderEntry("CompanyFirstRecord").empty();
 }
 
-bool FileSet::Holds(FileSet& other, const Profile::GoesOn& goesOn) {
+bool FileSet::LacksFilesOf(FileSet& other) {
+  const std::set<std::int32_t> files = LackingFiles();
+  const std::set<std::int32_t> noted = other.NotedFiles();
+  return std::any_of(files.begin(), files.end(), [&](std::int32_t file) {
+    return !noted.contains(file) && other.HasRecordsIn(file);
+  });
+}
+
+bool FileSet::Holds(FileSet& other) {
   for (const auto& [base, name] : other.files_.Names) {
-    if (goesOn && !goesOn(false)) return false;
+    if (!GoesOn()) return false;
     const auto own = files_.Names.find(base);
     if (own == files_.Names.end()) return false;
-    const bool isEqual =
-        base == HeaderBase
-            ? WithoutUses(*Find(base)) == WithoutUses(*other.Find(base))
-            : snapshot_.Bytes(PathOf(own->second)) == other.snapshot_.Bytes(other.PathOf(name));
+    const bool isEqual = base == HeaderBase ? WithoutUses(*Header()) == WithoutUses(*other.Header())
+                                            : snapshot_.Bytes(PathOf(own->second)) ==
+                                                  other.snapshot_.Bytes(other.PathOf(name));
     if (!isEqual) return false;
   }
   return true;
@@ -73,40 +113,54 @@ bool FileSet::Holds(FileSet& other, const Profile::GoesOn& goesOn) {
 
 // A count that is damaged proves nothing, one that is right may stand before a stray link: so every
 // link must lead to a record, but a circle is only one after all that are counted.
-bool FileSet::IsChainWhole(std::string_view first, std::string_view next, std::string_view count,
-                           const Profile::GoesOn& goesOn) {
-  const auto counted = static_cast<std::size_t>(std::max<int>(ToInt16(HeaderEntry(count)), 0));
-  std::unordered_set<std::int32_t> passed;
-  std::string link = HeaderEntry(first);
-  while (!link.empty()) {
-    if (goesOn && !goesOn(false)) return false;
-    const std::optional<std::int32_t> number = ParseRecordNumber(link);
-    const ProfileText* const file = number ? RecordFile(RecordFileNumber(link)) : nullptr;
-    if (file == nullptr) return false;
-    const ProfileText::Section record = file->Find(RecordSection(link));
-    if (!record.Exists()) return false;
-    if (!passed.insert(*number).second) return counted > 0 && passed.size() >= counted;
-    link = Trim(record.Value(next).value_or(std::string()));
+bool FileSet::IsChainWhole(const Chain& chain) {
+  const auto counted =
+      static_cast<std::size_t>(std::max<int>(ToInt16(HeaderEntry(chain.Count)), 0));
+  std::size_t passed = 0;
+  std::int32_t link = LinkedNumber(HeaderEntry(chain.First));
+  while (link != Nowhere) {
+    const std::optional<ListedRecord> record = records_.Find(link);
+    if (!record || isGivenUp_) return false;
+    if (std::exchange(record->Chained->*chain.IsIn, true)) return counted > 0 && passed >= counted;
+    ++passed;
+    link = record->Chained->*chain.Next;
   }
-  return passed.size() >= counted;
+  return passed >= counted;
+}
+
+const ProfileText* FileSet::Header() {
+  const auto name = files_.Names.find(std::string(HeaderBase));
+  return name == files_.Names.end() ? nullptr : &snapshot_.Text(PathOf(name->second));
 }
 
 std::string FileSet::HeaderEntry(std::string_view key) {
-  const ProfileText* const header = Find(HeaderBase);
+  const ProfileText* const header = Header();
   if (header == nullptr) return {};
   return std::string(Trim(header->Value(HeaderSection, key).value_or(std::string())));
 }
 
-const ProfileText* FileSet::Find(std::string_view base) {
-  const auto name = files_.Names.find(std::string(base));
-  if (name == files_.Names.end()) return nullptr;
-  return &snapshot_.Text(PathOf(name->second));
+std::string FileSet::PathOfRecordFile(std::int32_t number) {
+  isGivenUp_ = isGivenUp_ || !GoesOn();
+  const auto name = files_.Names.find(std::string(Base) + NumberText(number) + '.');
+  return isGivenUp_ || name == files_.Names.end() ? std::string() : PathOf(name->second);
 }
 
-const ProfileText* FileSet::RecordFile(std::int64_t number) {
-  const auto [place, isNew] = recordFiles_.try_emplace(number, nullptr);
-  if (isNew) place->second = Find("QUILL" + NumberText(number) + '.');
-  return place->second;
+std::set<std::int32_t> FileSet::NotedFiles() {
+  return ParseFileNumbers(HeaderEntry("MissingFiles"));
+}
+
+std::set<std::int32_t> FileSet::LackingFiles() {
+  std::set<std::int32_t> files = NotedFiles();
+  std::erase_if(files, [this](std::int32_t file) { return HasRecordsIn(file); });
+  return files;
+}
+
+bool FileSet::HasRecordsIn(std::int32_t fileNumber) {
+  const std::int32_t first = fileNumber * RecordsPerFile;
+  for (std::int32_t number = first; number < first + RecordsPerFile; ++number) {
+    if (records_.Find(number)) return true;
+  }
+  return false;
 }
 
 }  // namespace quillary

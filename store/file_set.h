@@ -2,11 +2,12 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "store/listed_records.h"
 #include "store/profile.h"
 
 namespace quillary {
@@ -27,36 +28,52 @@ RunTimeError FindFiles(Profile& profile, std::string_view folder, std::string_vi
 // not be read is missing, and in Error. Folder and files must outlive it.
 class FileSet {
  public:
-  FileSet(Profile& profile, std::string_view folder, const FoundFiles& files)
-      : snapshot_(profile), folder_(folder), files_(files) {}
+  FileSet(Profile& profile, std::string_view folder, const FoundFiles& files,
+          Profile::GoesOn goesOn = {});
+  FileSet(const FileSet&) = delete;
+  FileSet& operator=(const FileSet&) = delete;
+  ~FileSet() = default;
 
+  // Whether there is a file that has a header's or a record file's name, whatever is in it.
+  bool HasFiles() const;
   // Whether there is a header as OpenDataFile would take it.
   bool HasHeader();
   // Whether there is also every record of the three lists, each followed to its end: as many as the
-  // header counts, or more. False, too, when it is not to go on.
-  bool IsWhole(const Profile::GoesOn& goesOn);
+  // header counts, or more. False, too, when it is not to go on. To be called once.
+  bool IsWhole();
   // Whether the header leads to, or counts, any live record.
   bool HasRecords();
 
+  // Whether the lists were stored without the records of files that were missing, and still are.
+  bool LacksFiles() { return !LackingFiles().empty(); }
+  // Whether the other set has records in such a file, which its lists were not stored without.
+  bool LacksFilesOf(FileSet& other);
+
   // Whether it has every file of the other set with the same content, but for the counter of users.
   // False, too, when it is not to go on.
-  bool Holds(FileSet& other, const Profile::GoesOn& goesOn);
+  bool Holds(FileSet& other);
 
   // What kept a file from being read.
-  RunTimeError Error() const { return snapshot_.Error(); }
+  RunTimeError Error() const;
 
  private:
   std::string PathOf(std::string_view name) const { return std::string(folder_).append(name); }
-  const ProfileText* Find(std::string_view base);
-  const ProfileText* RecordFile(std::int64_t number);
+  bool GoesOn() { return !goesOn_ || goesOn_(false); }
+  const ProfileText* Header();
   std::string HeaderEntry(std::string_view key);
-  bool IsChainWhole(std::string_view first, std::string_view next, std::string_view count,
-                    const Profile::GoesOn& goesOn);
+  std::string PathOfRecordFile(std::int32_t number);
+  std::set<std::int32_t> NotedFiles();
+  std::set<std::int32_t> LackingFiles();
+  bool HasRecordsIn(std::int32_t fileNumber);
+  struct Chain;
+  bool IsChainWhole(const Chain& chain);
 
   ProfileSnapshot snapshot_;
   std::string_view folder_;
   const FoundFiles& files_;
-  std::unordered_map<std::int64_t, const ProfileText*> recordFiles_;
+  Profile::GoesOn goesOn_;
+  bool isGivenUp_ = false;
+  ListedRecords records_;
 };
 
 }  // namespace quillary

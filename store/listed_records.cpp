@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "platform/text.h"
 #include "store/line_reader.h"
@@ -13,15 +14,15 @@
 namespace quillary {
 
 std::int32_t LinkedNumber(std::string_view text) {
-  return ParseRecordNumber(text).value_or(Nowhere);
+  return ParseRecordNumber(text).value_or(Trim(text).empty() ? Nowhere : Astray);
 }
 
 // A record file as far as the lists need it. Of two sections or entries of one name the first one
 // counts.
 class ListedRecords::Block {
  public:
-  // The texts are kept in `store`.
-  Block(std::int32_t fileNumber, std::string_view bytes, TextStore& store)
+  // The texts are kept in `store`, if there is one.
+  Block(std::int32_t fileNumber, std::string_view bytes, TextStore* store)
       : first_(fileNumber * RecordsPerFile), store_(store) {
     if (bytes.starts_with(ByteOrderMark)) bytes.remove_prefix(ByteOrderMark.size());
     LineReader reader(bytes);
@@ -34,8 +35,8 @@ class ListedRecords::Block {
 
  private:
   static constexpr std::string_view Prefix = "Record";
-  static constexpr std::array<std::string_view, 4> Keys{"ShowName", "ShowCompany", "NextName",
-                                                        "NextCompany"};
+  static constexpr std::array<std::string_view, 5> Keys{"ShowName", "ShowCompany", "NextName",
+                                                        "NextCompany", "NextDel"};
 
   // The first four letters, in lower case, as one number. Characters that are no letters may look
   // like some.
@@ -83,7 +84,7 @@ class ListedRecords::Block {
     if (number < first_ || number - first_ >= RecordsPerFile) return;
     if (LinksOf(number).Number != Nowhere) return;
     LinksOf(number).Number = number;
-    TextsOf(number).RecNo = store_.Keep(digits);
+    TextsOf(number).RecNo = Kept(digits);
     current_ = number;
   }
 
@@ -111,8 +112,11 @@ class ListedRecords::Block {
       case 2:
         LinksOf(current_).NextName = WrittenLink(written);
         break;
-      default:
+      case 3:
         LinksOf(current_).NextCompany = WrittenLink(written);
+        break;
+      default:
+        LinksOf(current_).NextDel = WrittenLink(written);
     }
   }
 
@@ -127,18 +131,21 @@ class ListedRecords::Block {
     return static_cast<std::size_t>(found - Keys.begin());
   }
 
+  std::string_view Kept(std::string_view text) {
+    return store_ == nullptr ? std::string_view() : store_->Keep(text);
+  }
   std::string_view Value(std::string_view written) {
-    return store_.Keep(IsPlainValue(written) ? written : DecodeValue(written));
+    return Kept(IsPlainValue(written) ? written : DecodeValue(written));
   }
 
   // A number hardly ever needs decoding.
   static std::int32_t WrittenLink(std::string_view written) {
     const std::int32_t number = LinkedNumber(written);
-    return number != Nowhere || written.empty() ? number : LinkedNumber(DecodeValue(written));
+    return number != Astray ? number : LinkedNumber(DecodeValue(written));
   }
 
   std::int32_t first_;
-  TextStore& store_;
+  TextStore* store_;
   std::array<RecordLinks, RecordsPerFile> links_;
   std::array<RecordTexts, RecordsPerFile> texts_;
   std::int32_t current_ = Nowhere;  // the record whose section is being read
@@ -146,7 +153,14 @@ class ListedRecords::Block {
 };
 
 ListedRecords::ListedRecords(Profile& profile, std::string_view dataPath, TextStore& store)
-    : snapshot_(profile), dataPath_(dataPath), store_(store) {}
+    : snapshot_(profile),
+      pathOf_([path = std::string(dataPath)](std::int32_t fileNumber) {
+        return RecordFileName(path, fileNumber);
+      }),
+      store_(&store) {}
+
+ListedRecords::ListedRecords(Profile& profile, PathOf pathOf)
+    : snapshot_(profile), pathOf_(std::move(pathOf)) {}
 
 ListedRecords::~ListedRecords() = default;
 
@@ -155,8 +169,9 @@ std::optional<ListedRecord> ListedRecords::Find(std::int32_t number) {
   const std::int32_t fileNumber = number / RecordsPerFile;
   std::unique_ptr<Block>& block = BlockAt(fileNumber);
   if (!block) {
-    block = std::make_unique<Block>(fileNumber,
-                                    snapshot_.Bytes(RecordFileName(dataPath_, fileNumber)), store_);
+    const std::string path = pathOf_(fileNumber);
+    block = std::make_unique<Block>(
+        fileNumber, path.empty() ? std::string_view() : snapshot_.Bytes(path), store_);
   }
   const ListedRecord record = block->Find(number);
   if (record.Chained->Number == Nowhere) return std::nullopt;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +18,7 @@ namespace quillary {
 // The records as GetNamesList goes through them.
 
 inline constexpr std::int32_t Nowhere = -1;
+inline constexpr std::int32_t Astray = -2;  // where a link leads that is no record number
 
 // What the lists need of one record. The ways along the chains use little of it and go from record
 // to record in no order of the memory, so that little stands together.
@@ -24,8 +26,10 @@ struct RecordLinks {
   std::int32_t Number = Nowhere;  // none: there is no such section
   std::int32_t NextName = Nowhere;
   std::int32_t NextCompany = Nowhere;
+  std::int32_t NextDel = Nowhere;
   bool IsInNames = false;
   bool IsInCompanies = false;
+  bool IsInDeleted = false;
 };
 struct RecordTexts {
   std::string_view RecNo;
@@ -44,7 +48,7 @@ struct ListedRecord {
   RecordTexts* Shown = nullptr;
 };
 
-// The number that a link or list head names, Nowhere for none.
+// The number that a link or list head names, Nowhere for an empty one.
 std::int32_t LinkedNumber(std::string_view text);
 
 // A chain leads to and fro through the files: each is gone through once, in its own order, when the
@@ -53,8 +57,13 @@ class ListedRecords {
   static constexpr std::int32_t UsualFiles = 4096;
 
  public:
+  // The path of a record file by its number; an empty one where there is no such file.
+  using PathOf = std::function<std::string(std::int32_t fileNumber)>;
+
   // The texts are kept in `store`.
   ListedRecords(Profile& profile, std::string_view dataPath, TextStore& store);
+  // Without the texts, which are all empty. `pathOf` is called right before a file is read.
+  ListedRecords(Profile& profile, PathOf pathOf);
   ~ListedRecords();
   ListedRecords(const ListedRecords&) = delete;
   ListedRecords& operator=(const ListedRecords&) = delete;
@@ -74,8 +83,8 @@ class ListedRecords {
   std::unique_ptr<Block>& BlockAt(std::int32_t fileNumber);
 
   ProfileSnapshot snapshot_;
-  std::string dataPath_;
-  TextStore& store_;
+  PathOf pathOf_;
+  TextStore* store_ = nullptr;
   std::vector<std::unique_ptr<Block>> usual_;
   std::unordered_map<std::int32_t, std::unique_ptr<Block>> others_;
 };

@@ -336,21 +336,26 @@ TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
                                   "used.\nNothing was changed.");
 }
 
-TEST_F(BackUpTest, AsksBeforeAnEmptyBackupReplacesOneWithNames) {
+TEST_F(BackUpTest, AsksBeforeItReplacesABackupThatHasMoreNames) {
   MakeBackUp();
-  ASSERT_EQ(Store.WriteNewHeader(), RunTimeError::None);
-  const std::string backup = Medium.ReadFile("QUILL.OLD");
   Show();
-  for (const bool goesOn : {false, true}) {
+  const std::string backup = Medium.ReadFile("QUILL.OLD");
+  const auto isReplacedAfter = [&](bool goesOn, const std::string& question) {
     User user;
     user.Presses("BtnOK").Chooses(Medium.Path());
     goesOn ? user.Presses("BtnOK") : user.PressesKey(Qt::Key_Return);
     Commands.BackUpToDisk();
-    EXPECT_EQ(user.Seen.back(),
-              "Back Up|There are no names to back up, but there is a backup with names.\n"
-              "Should I replace it?");
-    EXPECT_EQ(Medium.ReadFile("QUILL.OLD") == backup, !goesOn);
-  }
+    EXPECT_EQ(user.Seen.back(), "Back Up|" + question + "\nShould I replace it?");
+    return Medium.ReadFile("QUILL.OLD") != backup;
+  };
+  Medium.WriteFile("QUILL3.OLD", "[Record300]\r\n");
+  ASSERT_EQ(Store.WriteHeaderEntry("MissingFiles", "3"), RunTimeError::None);
+  const std::string missing = "Files with names are missing here, but there is a backup with them.";
+  EXPECT_FALSE(isReplacedAfter(false, missing));
+  EXPECT_TRUE(isReplacedAfter(true, missing));
+  ASSERT_EQ(Store.WriteNewHeader(), RunTimeError::None);
+  EXPECT_TRUE(
+      isReplacedAfter(true, "There are no names to back up, but there is a backup with names."));
 }
 
 // Whichever window is open when the program is asked to end, nothing is done after it.

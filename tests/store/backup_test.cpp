@@ -1,68 +1,9 @@
-#include "store/backup.h"
-
 #include <sys/stat.h>
 
-#include <filesystem>
-#include <map>
-
-#include "tests/support/check_invariants.h"
-#include "tests/support/data_set.h"
-#include "tests/support/store_world.h"
+#include "tests/store/backup_world.h"
 
 namespace quillary::test {
 namespace {
-
-namespace fs = std::filesystem;
-
-using Files = std::map<std::string, std::string>;
-
-// A data set of two record files, an older backup of one that had other records, and programs over
-// them.
-struct BackupTest : testing::Test {
-  BackupTest() { Prepare(); }
-
-  void Prepare() {
-    for (const TempFolder* folder : {&World.Folder, &Medium}) {
-      for (const auto& entry : fs::directory_iterator(folder->Path())) fs::remove_all(entry);
-    }
-    WriteDataSet(World.Folder.Path(), {.Live = 120, .Deleted = 5});
-    const TempFolder other;
-    WriteDataSet(other.Path(), {.Live = 210});
-    for (const auto& [name, bytes] : other.Files()) {
-      Medium.WriteFile(UpperCase(name.substr(0, name.size() - 3)) + "OLD", bytes);
-    }
-    Medium.WriteFile("letter.txt", "Dear Ann");
-  }
-  // What the medium's files are to be after a backup of the data.
-  Files FilesAfterBackUp() {
-    Files files = Medium.Files();
-    for (const auto& [name, bytes] : World.Folder.Files()) {
-      files[UpperCase(name.substr(0, name.find('.'))) + ".OLD"] = bytes;
-    }
-    return files;
-  }
-  RunTimeError BackUp() { return BackUpFiles(World.Access, World.Data, Stick, &Fault); }
-  std::optional<RunTimeError> Restore() { return RestoreFrom(Stick); }
-  std::optional<RunTimeError> RestoreFrom(const std::string& source) {
-    return RestoreFiles(World.Access, World.Data, source, &Fault);
-  }
-  // The checks look for the names that the program itself gives.
-  bool DataAreWhole() {
-    for (const std::string number : {"1", "2"}) {
-      std::error_code isNoMore;
-      fs::rename(World.Folder.File("QUILL" + number + ".DAT"),
-                 World.Folder.File("quill" + number + ".dat"), isNoMore);
-    }
-    return CheckFiles(World.Folder.Path());
-  }
-  // A program that is started now.
-  Profile NewProgram() { return {World.Machine, World.Names}; }
-
-  StoreWorld World;
-  TempFolder Medium;
-  std::string Stick = ProgramPath(Medium.Path()) + "\\";
-  CopyFault Fault = CopyFault::None;
-};
 
 TEST_F(BackupTest, CopiesEveryDataFileUnderItsNameInCapitals) {
   const std::string other(3'000'000, 'o');
@@ -203,80 +144,6 @@ TEST_F(BackupTest, OfNamesThatDifferInCaseOneRemains) {
   EXPECT_EQ(World.Folder.ReadFile("QUILL0.DAT.spare2"), "another");
 }
 
-TEST_F(BackupTest, DataThatAreNotWholeReplaceNoBackup) {
-  fs::remove(World.Folder.File("quill1.dat"));
-  const Files before = Medium.Files();
-  EXPECT_NE(BackUp(), RunTimeError::None);
-  EXPECT_EQ(Fault, CopyFault::WouldReplace);
-  EXPECT_EQ(Medium.Files(), before);
-  EXPECT_NE(BackUpFiles(World.Access, World.Data, Stick, &Fault, {}, true), RunTimeError::None);
-  EXPECT_EQ(Medium.Files(), before);
-  // They are copied aside all the same, before something whole takes their place.
-  EXPECT_EQ(Restore(), RunTimeError::None);
-  EXPECT_TRUE(fs::exists(World.Folder.File("QUILL0.OLD")) && DataAreWhole());
-}
-
-// What a damaged file may have lost: a record, the way to it, the count that would tell.
-TEST_F(BackupTest, MissesARecordWhateverElseIsDamaged) {
-  const Files whole = World.Folder.Files();
-  const auto with = [](std::string bytes, const std::string& old, const std::string& now) {
-    const std::size_t at = bytes.find(old);
-    EXPECT_NE(at, std::string::npos) << old;
-    return at == std::string::npos ? bytes : bytes.replace(at, old.size(), now);
-  };
-  const std::string& header = whole.at("quill.dat");
-  const std::string& records = whole.at("quill1.dat");
-  const std::string lost = with(records, "[Record110]", "[Lost110]");
-  const std::string notCounted = with(header, "NoOfRecords=120", "NoOfRecords=?");
-  const std::string deletedFirst = "DelFirstRecord=";
-  const std::pair<std::string, std::string> damaged[] = {
-      {header, lost},
-      {notCounted, lost},
-      {header, records.substr(0, records.size() / 2)},
-      {with(header, "NameFirstRecord=", "NameFirstRecord=\r\nx="), records},
-      {with(header, deletedFirst, deletedFirst + "9"), records},
-      // A circle.
-      {header, with(records, "NextName=",
-                    "NextName=" + World.Store.ReadHeaderEntry("NameFirstRecord") + "\r\nx=")}};
-  for (const auto& [headerNow, recordsNow] : damaged) {
-    World.Folder.WriteFile("quill.dat", headerNow);
-    World.Folder.WriteFile("quill1.dat", recordsNow);
-    (void)BackUp();
-    EXPECT_EQ(Fault, CopyFault::WouldReplace) << headerNow;
-  }
-  World.Folder.WriteFile("quill1.dat", records);
-  World.Folder.WriteFile("quill.dat", notCounted);
-  EXPECT_EQ(BackUp(), RunTimeError::None) << "nothing is missing";
-}
-
-TEST_F(BackupTest, TheUserDecidesOnDataThatLack) {
-  const TempFolder empty;
-  const std::string other = ProgramPath(empty.Path()) + "\\";
-  fs::remove(World.Folder.File("quill1.dat"));
-  for (const bool isAgreed : {false, true}) {
-    (void)BackUpFiles(World.Access, World.Data, other, &Fault, {}, isAgreed);
-    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::NotWhole);
-    EXPECT_EQ(fs::exists(empty.File("QUILL0.OLD")), isAgreed);
-  }
-  Prepare();
-  ASSERT_EQ(World.Store.WriteRecordEntry("0", "Notes", "newer"), RunTimeError::None);
-  for (const bool isAgreed : {false, true}) {
-    const std::string before = World.Folder.ReadFile("quill0.dat");
-    (void)RestoreFiles(World.Access, World.Data, other, &Fault, {}, {.EvenNotWhole = isAgreed});
-    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::NotWhole);
-    EXPECT_EQ(World.Folder.ReadFile("QUILL0.OLD"), isAgreed ? before : "");
-  }
-
-  const std::string emptyHeader =
-      "[General Info]\nApplication=Quillary\nTotalNoOfRecords=0\nNoOfRecords=0\n";
-  World.Folder.WriteFile("quill.dat", emptyHeader);
-  for (const bool isAgreed : {false, true}) {
-    (void)BackUpFiles(World.Access, World.Data, Stick, &Fault, {}, isAgreed);
-    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::WouldEmpty);
-    EXPECT_EQ(Medium.ReadFile("QUILL.OLD") == emptyHeader, isAgreed);
-  }
-}
-
 TEST_F(BackupTest, GivenUpAnywhereNothingIsChanged) {
   const Files data = World.Folder.Files();
   const Files medium = Medium.Files();
@@ -303,39 +170,6 @@ TEST_F(BackupTest, GivenUpAnywhereNothingIsChanged) {
   EXPECT_EQ(decided, 7);
   EXPECT_EQ(World.Store.ReadHeaderEntry("NoOfRecords"), "210");
   EXPECT_TRUE(DataAreWhole());
-}
-
-TEST_F(BackupTest, TakesNothingButAWholeBackupOfItsOwn) {
-  const Files before = World.Folder.Files();
-  const std::string valid = Medium.ReadFile("QUILL.OLD");
-  const auto expectRefused = [&](const std::string& why) {
-    const bool isWhole = Restore() && Fault != CopyFault::NotWhole;
-    EXPECT_FALSE(isWhole) << why;
-    EXPECT_EQ(World.Folder.Files(), before) << why;
-  };
-  for (const std::string header : {"", "Application=Other\nTotalNoOfRecords=1\nNoOfRecords=1\n",
-                                   "Application=Quillary\nTotalNoOfRecords=1\n"}) {
-    Medium.WriteFile("QUILL.OLD", "[General Info]\n" + header);
-    expectRefused(header);
-  }
-  Medium.WriteFile("QUILL.OLD", valid);
-  const std::string file = Medium.ReadFile("QUILL1.OLD");
-  fs::remove(Medium.File("QUILL1.OLD"));
-  expectRefused("a record file is missing");
-  Medium.WriteFile("QUILL1.OLD", "");
-  expectRefused("a record file is empty");
-  Medium.WriteFile("QUILL1.OLD", file);
-  fs::remove(Medium.File("QUILL.OLD"));
-  expectRefused("no header");
-  fs::remove_all(Medium.Path());
-  expectRefused("no folder");
-  fs::create_directory(Medium.Path());
-  expectRefused("an empty folder");
-
-  // In capitals it is the same application.
-  Medium.WriteFile("QUILL.OLD",
-                   "[General Info]\nApplication=QUILLARY\nTotalNoOfRecords=0\nNoOfRecords=0\n");
-  EXPECT_EQ(Restore(), RunTimeError::None);
 }
 
 TEST_F(BackupTest, TellsWhoseFaultItIs) {
