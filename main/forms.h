@@ -97,6 +97,7 @@ class Forms : public Commands, public Opening {
   bool HasEnded() const override { return hasEnded_; }
 
  private:
+  void TellMissingFiles();
   NewDialog& New();
   EditDialog& Edit();
   DeleteDialog& Delete();

@@ -1,4 +1,9 @@
+#include <QStringList>
+#include <cstdint>
+#include <set>
+
 #include "main/forms.h"
+#include "store/record_reader.h"
 
 namespace quillary {
 namespace {
@@ -26,6 +31,20 @@ class MissingDataFile : public OpenDataFileHooks {
 void Tell(Forms& forms, MsgIcon icon, const QString& text) {
   forms.SingleText().ShowMsg(text, MsgButtons::Left, QStringLiteral("OK"), QString(), icon,
                              QStringLiteral("Quillary Data Files"));
+}
+
+// A few of the record files.
+QString FirstFiles(const std::set<std::int32_t>& numbers) {
+  constexpr std::size_t Most = 3;
+  QStringList names;
+  for (const std::int32_t number : numbers) {
+    if (names.size() == Most) {
+      names.append(QStringLiteral("and more"));
+      break;
+    }
+    names.append(QStringLiteral("quill%1.dat").arg(number));
+  }
+  return names.join(QStringLiteral(", "));
 }
 
 void TellError(Forms& forms, const QString& what, RunTimeError error, const QString& advice) {
@@ -60,12 +79,29 @@ void Forms::SetReadOnly() {
   Main.ShowReadOnly();
 }
 
+// Told once, and again when others are missing: the user may not be able to bring them back.
+void Forms::TellMissingFiles() {
+  constexpr std::string_view Key = "ToldMissingFiles";
+  const std::string missing = Store.ReadHeaderEntry("MissingFiles");
+  if (missing == profile_.ReadEntry(Shared.PrefsFile, Shared.PrefsSection, Key)) return;
+  // Where it cannot be written it is told again.
+  (void)profile_.WriteEntry(Shared.PrefsFile, Shared.PrefsSection, Key, missing);
+  const std::set<std::int32_t> files = ParseFileNumbers(missing);
+  if (files.empty()) return;
+  Tell(*this, MsgIcon::Exclamation,
+       QStringLiteral("Files with names are missing: %1.\r"
+                      "The names come back when the files are in the data folder again.")
+           .arg(FirstFiles(files)));
+}
+
 void Forms::TellFaults(RunTimeError countError, RunTimeError sortError, const QString& advice) {
   const bool isCounted = countError == RunTimeError::None;
   if (!isCounted) {
     TellError(*this, QStringLiteral("The data files cannot be written"), countError,
               QStringLiteral("You can look at the names but not change them."));
   }
+  if (HasEnded()) return;
+  if (!Shared.ListsIncomplete) TellMissingFiles();
   if (HasEnded()) return;
   if (Shared.ListsIncomplete) {
     Tell(*this, MsgIcon::Exclamation,

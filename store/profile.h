@@ -91,9 +91,10 @@ class Profile {
   // group: durably all of them when None is returned. All `To` are in one folder; a file may be in
   // `From` and, for another copy, in `To`: then it is not copied, if the file system can do
   // without, but gets the other name as it is. Who may read a file that is replaced stays the same
-  // for its copy; a new one is its owner's alone. On an error no file is changed, or, where the disk
-  // failed while the files were given their names, Recover goes on with it; until then nothing else
-  // may be written there. Given up (NotReady) nothing is changed. Not to be called inside a group.
+  // for its copy; a new one is its owner's alone. On an error no file is changed, or, where the
+  // disk failed while the files were given their names, Recover goes on with it; until then nothing
+  // else may be written there. Given up (NotReady) nothing is changed. Not to be called inside a
+  // group.
   RunTimeError CopyFiles(const std::vector<FileCopy>& Copies, const GoesOn& goesOn = {},
                          CopyFailure* failure = nullptr);
 

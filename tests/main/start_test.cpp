@@ -154,6 +154,30 @@ TEST_F(StartTest, DamagedDataThatCannotBeWrittenAreToldInTwoMessages) {
   EXPECT_FALSE(run.Windows.Main.findChild<QPushButton*>(QStringLiteral("BtnNew"))->isEnabled());
 }
 
+TEST_F(StartTest, TellsOfMissingFilesOnce) {
+  MakeData({.Live = 250});
+  const std::string lost = Folder.ReadFile("data/quill1.dat");
+  std::filesystem::remove(Folder.File("data/quill1.dat"));
+  const auto told = [&](const std::function<void(Session&)>& change = {}) {
+    MsgBoxAnswerer ok;
+    Session run(Folder, Machine);
+    EXPECT_TRUE(run.Start());
+    if (change) change(run);
+    run.Windows.ExitApplication();
+    return ok.Seen.empty() ? std::string() : ok.TitlesAndTexts().back();
+  };
+  // The links are stored without the names in it.
+  EXPECT_NE(
+      told([](Session& run) { EXPECT_EQ(run.Windows.Store.RestoreLinks(), RunTimeError::None); }),
+      "");
+  EXPECT_EQ(told(),
+            "Quillary Data Files|Files with names are missing: quill1.dat.\n"
+            "The names come back when the files are in the data folder again.");
+  EXPECT_EQ(told(), "");
+  Folder.WriteFile("data/quill1.dat", lost);
+  told([](Session& run) { EXPECT_EQ(run.Windows.Main.ListCount(), 250); });
+}
+
 TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataTheOrderIsNotStored) {
   MakeData({.Live = 50, .Deleted = 0, .Scrambled = true});
   std::ofstream(Folder.File("data") + "/quill.dat", std::ios::app) << "NoOfUses=1\r\n";
