@@ -17,7 +17,7 @@ class Opening {
   virtual void WarnInUse() = 0;
   // Applies InUse to every command that changes data.
   virtual void SetReadOnly() = 0;
-  // Tells the user of damaged data, once of missing files, and of what could not be written: the
+  // Tells the user of damaged data, once of missing names, and of what could not be written: the
   // counter of users, the links of the sorted lists. `advice`: a sentence for whoever is told of
   // damaged data.
   virtual void TellFaults(RunTimeError countError, RunTimeError sortError,

@@ -79,7 +79,7 @@ RunTimeError BackUp::CopyTo(const std::string& folder, CopyFault& fault) {
         "Should I replace it?");
   } else if (fault == CopyFault::WouldLose) {
     question = QStringLiteral(
-        "Files with names are missing here, but there is a backup with them.\r"
+        "Some names are missing here, but there is a backup with them.\r"
         "Should I replace it?");
   } else {
     return error;

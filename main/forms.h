@@ -97,7 +97,7 @@ class Forms : public Commands, public Opening {
   bool HasEnded() const override { return hasEnded_; }
 
  private:
-  void TellMissingFiles();
+  void TellMissingRecords();
   NewDialog& New();
   EditDialog& Edit();
   DeleteDialog& Delete();

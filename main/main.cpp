@@ -18,7 +18,7 @@ void PlaceMain(Forms& forms) {
 RunTimeError LoadNames(Forms& forms) {
   forms.Splash().SetLbl(QStringLiteral("Loading Names..."));
   // A file that comes back may hold names, whatever the count says.
-  const bool mayReturn = !forms.Store.ReadHeaderEntry("MissingRecords").empty();
+  const bool mayReturn = !forms.Store.ReadHeaderEntry(Records::MissingRecords).empty();
   if (forms.Shared.NoOfRecords <= 0 && !mayReturn) return RunTimeError::None;
   forms.Splash().SetPercnt(0);
   forms.Splash().ShowPercnt(true);

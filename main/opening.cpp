@@ -3,7 +3,7 @@
 #include <set>
 
 #include "main/forms.h"
-#include "store/record_reader.h"
+#include "store/records.h"
 
 namespace quillary {
 namespace {
@@ -80,17 +80,18 @@ void Forms::SetReadOnly() {
 }
 
 // Told once, and again when others are missing: the user may not be able to bring them back.
-void Forms::TellMissingFiles() {
-  constexpr std::string_view Key = "ToldMissingFiles";
-  const std::string missing = Store.ReadHeaderEntry("MissingFiles");
+void Forms::TellMissingRecords() {
+  constexpr std::string_view Key = "ToldMissingRecords";
+  const std::string missing = Store.ReadHeaderEntry(Records::MissingRecords);
   if (missing == profile_.ReadEntry(Shared.PrefsFile, Shared.PrefsSection, Key)) return;
   // Where it cannot be written it is told again.
   (void)profile_.WriteEntry(Shared.PrefsFile, Shared.PrefsSection, Key, missing);
-  const std::set<std::int32_t> files = ParseFileNumbers(missing);
+  std::set<std::int32_t> files;
+  for (const std::int32_t number : Store.AwaitedNumbers()) files.insert(number / RecordsPerFile);
   if (files.empty()) return;
   Tell(*this, MsgIcon::Exclamation,
-       QStringLiteral("Files with names are missing: %1.\r"
-                      "The names come back when the files are in the data folder again.")
+       QStringLiteral("Names are missing from %1.\r"
+                      "They come back when the files with them are in the data folder again.")
            .arg(FirstFiles(files)));
 }
 
@@ -101,7 +102,7 @@ void Forms::TellFaults(RunTimeError countError, RunTimeError sortError, const QS
               QStringLiteral("You can look at the names but not change them."));
   }
   if (HasEnded()) return;
-  if (!Shared.ListsIncomplete) TellMissingFiles();
+  if (!Shared.ListsIncomplete) TellMissingRecords();
   if (HasEnded()) return;
   if (Shared.ListsIncomplete) {
     Tell(*this, MsgIcon::Exclamation,

@@ -37,7 +37,7 @@ CopyFault FaultOfReplacing(FileSet& data, bool isWhole, FileSet& copies, bool is
   if (!isWhole) return CopyFault::NotWhole;
   if (!copies.HasHeader()) return CopyFault::None;
   if (!data.HasRecords() && copies.HasRecords()) return CopyFault::WouldEmpty;
-  return data.LacksFilesOf(copies) ? CopyFault::WouldLose : CopyFault::None;
+  return data.LacksRecordsOf(copies) ? CopyFault::WouldLose : CopyFault::None;
 }
 
 // To names in capitals that end in `end`, or to those that `present` has already.
@@ -188,7 +188,7 @@ std::optional<RunTimeError> RestoreFiles(Profile& profile, const StoreData& data
   if (error != RunTimeError::None) return error;
   FileSet fromSet(profile, Source, from, goesOn);
   const bool hasCopy = fromSet.HasHeader();
-  const bool isWhole = hasCopy && fromSet.IsWhole() && !fromSet.LacksFiles();
+  const bool isWhole = hasCopy && fromSet.IsWhole() && !fromSet.LacksRecords();
   if (fromSet.Error() != RunTimeError::None) return fromSet.Error();
   if (!hasCopy) return std::nullopt;
   if (!isWhole && !choice.EvenNotWhole) {

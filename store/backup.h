@@ -29,7 +29,7 @@ enum class CopyFault : std::uint8_t {
   NotWhole,      // what is to be copied is not whole; the user may agree to it
   WouldReplace,  // it is not whole, and there are copies already
   WouldEmpty,    // data without a record would replace a backup with some; the user may agree to it
-  WouldLose,     // data that lack files would replace a backup that has them; the user may agree
+  WouldLose,     // data that lack records would replace a backup with them; the user may agree
   Medium,        // the copies could not be written by a backup, or not be read for a restore
   Unfinished,    // with the copies is a backup that was stopped, which cannot be completed
   Decided,       // the data files could not all be replaced yet; the next opening goes on with it

@@ -11,6 +11,7 @@
 #include "platform/text.h"
 #include "store/chain.h"
 #include "store/listed_records.h"
+#include "store/number_ranges.h"
 #include "store/record_reader.h"
 #include "store/records.h"
 

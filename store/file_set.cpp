@@ -7,6 +7,7 @@
 
 #include "platform/numbers.h"
 #include "platform/text.h"
+#include "store/number_ranges.h"
 #include "store/record_reader.h"
 #include "store/records.h"
 
@@ -90,11 +91,11 @@ bool FileSet::HasRecords() {
          !HeaderEntry("CompanyFirstRecord").empty();
 }
 
-bool FileSet::LacksFilesOf(FileSet& other) {
-  const std::set<std::int32_t> files = LackingFiles();
-  const std::set<std::int32_t> noted = other.NotedFiles();
-  return std::any_of(files.begin(), files.end(), [&](std::int32_t file) {
-    return !noted.contains(file) && other.HasRecordsIn(file);
+bool FileSet::LacksRecordsOf(FileSet& other) {
+  const std::vector<std::int32_t> lacking = LackingRecords();
+  const std::vector<std::int32_t> awaited = other.AwaitedNumbers();
+  return std::any_of(lacking.begin(), lacking.end(), [&](std::int32_t number) {
+    return !std::binary_search(awaited.begin(), awaited.end(), number) && other.HasRecord(number);
   });
 }
 
@@ -145,22 +146,22 @@ std::string FileSet::PathOfRecordFile(std::int32_t number) {
   return isGivenUp_ || name == files_.Names.end() ? std::string() : PathOf(name->second);
 }
 
-std::set<std::int32_t> FileSet::NotedFiles() {
-  return ParseFileNumbers(HeaderEntry("MissingFiles"));
+std::vector<std::int32_t> FileSet::AwaitedNumbers() {
+  return ParseRanges(HeaderEntry(Records::MissingRecords), {0, ListedRecords::UsualNumbers});
 }
 
-std::set<std::int32_t> FileSet::LackingFiles() {
-  std::set<std::int32_t> files = NotedFiles();
-  std::erase_if(files, [this](std::int32_t file) { return HasRecordsIn(file); });
-  return files;
+std::vector<std::int32_t> FileSet::LackingRecords() {
+  std::vector<std::int32_t> numbers = AwaitedNumbers();
+  std::erase_if(numbers, [this](std::int32_t number) { return HasRecord(number); });
+  return numbers;
 }
 
-bool FileSet::HasRecordsIn(std::int32_t fileNumber) {
-  const std::int32_t first = fileNumber * RecordsPerFile;
-  for (std::int32_t number = first; number < first + RecordsPerFile; ++number) {
-    if (records_.Find(number)) return true;
-  }
-  return false;
+// A section without a display string holds links at most.
+bool FileSet::HasRecord(std::int32_t number) {
+  const std::string path = PathOfRecordFile(number / RecordsPerFile);
+  if (path.empty()) return false;
+  const auto name = snapshot_.Text(path).Value(RecordSection(NumberText(number)), "ShowName");
+  return !name.value_or(std::string()).empty();
 }
 
 }  // namespace quillary

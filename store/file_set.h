@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <map>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,10 +43,10 @@ class FileSet {
   // Whether the header leads to, or counts, any live record.
   bool HasRecords();
 
-  // Whether the lists were stored without the records of files that were missing, and still are.
-  bool LacksFiles() { return !LackingFiles().empty(); }
-  // Whether the other set has records in such a file, which its lists were not stored without.
-  bool LacksFilesOf(FileSet& other);
+  // Whether the lists were stored without records that were missing, and still are.
+  bool LacksRecords() { return !LackingRecords().empty(); }
+  // Whether the other set has such a record, and lists that were not stored without it.
+  bool LacksRecordsOf(FileSet& other);
 
   // Whether it has every file of the other set with the same content, but for the counter of users.
   // False, too, when it is not to go on.
@@ -62,9 +61,9 @@ class FileSet {
   const ProfileText* Header();
   std::string HeaderEntry(std::string_view key);
   std::string PathOfRecordFile(std::int32_t number);
-  std::set<std::int32_t> NotedFiles();
-  std::set<std::int32_t> LackingFiles();
-  bool HasRecordsIn(std::int32_t fileNumber);
+  std::vector<std::int32_t> AwaitedNumbers();
+  std::vector<std::int32_t> LackingRecords();
+  bool HasRecord(std::int32_t number);
   struct Chain;
   bool IsChainWhole(const Chain& chain);
 

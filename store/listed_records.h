@@ -37,12 +37,6 @@ struct RecordTexts {
   std::string_view ShowCompany;
 };
 
-// Record numbers from Begin up to and without End.
-struct NumberRange {
-  std::int32_t Begin = 0;
-  std::int32_t End = 0;
-};
-
 struct ListedRecord {
   RecordLinks* Chained = nullptr;
   RecordTexts* Shown = nullptr;

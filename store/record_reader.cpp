@@ -46,17 +46,6 @@ std::optional<std::int32_t> RecordOfSection(std::string_view section) {
   return digits.starts_with(' ') ? std::nullopt : ParseRecordNumber(digits);
 }
 
-std::set<std::int32_t> ParseFileNumbers(std::string_view text) {
-  std::set<std::int32_t> files;
-  while (!text.empty()) {
-    const std::size_t comma = std::min(text.find(','), text.size());
-    const auto number = ParseRecordNumber(text.substr(0, comma));
-    if (number && *number < UsualFiles) files.insert(*number);
-    text.remove_prefix(std::min(comma + 1, text.size()));
-  }
-  return files;
-}
-
 std::int64_t RecordFileNumber(std::string_view RecNo) {
   if (const auto number = ParseRecordNumber(RecNo)) return *number / RecordsPerFile;
   constexpr double Largest = 1e15;

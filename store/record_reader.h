@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,10 +24,6 @@ std::optional<std::int32_t> ParseRecordNumber(std::string_view RecNo);
 
 // The number of the record whose section has this name; nothing for any other section.
 std::optional<std::int32_t> RecordOfSection(std::string_view section);
-
-// The numbers of record files in a text that has commas between them, as the header notes files
-// that are missing. What is no number of a usual record file is left out.
-std::set<std::int32_t> ParseFileNumbers(std::string_view text);
 
 // The indices of record numbers in the order in which the records lie in the files. Many records
 // are read and written much faster in it.

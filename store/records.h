@@ -186,10 +186,14 @@ class Records {
   // Reads the display strings of the filtered records.
   void GetFilteredNamesList();
 
+  // The key under which the header notes the records that were missing when the links were last
+  // written without them; their numbers, in rising order.
+  static constexpr std::string_view MissingRecords = "MissingRecords";
+  std::vector<std::int32_t> AwaitedNumbers();
+
  private:
   static constexpr std::string_view HeaderSection = "General Info";
   static constexpr std::string_view Signature = "Quillary";
-  static constexpr std::string_view MissingRecords = "MissingRecords";
   static constexpr std::string_view ReplacedRecords = "ReplacedRecords";
 
   struct Chain;  // the names of one list's keys
@@ -233,7 +237,6 @@ class Records {
   RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos);
   RunTimeError KeepOldHeader();
   NumberRange GivenNumbers();
-  std::vector<std::int32_t> AwaitedNumbers();
   bool HasReturned();
   void NoteMissingRecords(RecordReader& reader);
   bool LinksLeadTo(const std::vector<std::int32_t>& numbers);

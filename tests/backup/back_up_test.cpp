@@ -348,9 +348,9 @@ TEST_F(BackUpTest, AsksBeforeItReplacesABackupThatHasMoreNames) {
     EXPECT_EQ(user.Seen.back(), "Back Up|" + question + "\nShould I replace it?");
     return Medium.ReadFile("QUILL.OLD") != backup;
   };
-  Medium.WriteFile("QUILL3.OLD", "[Record300]\r\n");
-  ASSERT_EQ(Store.WriteHeaderEntry("MissingFiles", "3"), RunTimeError::None);
-  const std::string missing = "Files with names are missing here, but there is a backup with them.";
+  Medium.WriteFile("QUILL3.OLD", "[Record300]\r\nShowName=Lee, Ann\r\n");
+  ASSERT_EQ(Store.WriteHeaderEntry("MissingRecords", "300"), RunTimeError::None);
+  const std::string missing = "Some names are missing here, but there is a backup with them.";
   EXPECT_FALSE(isReplacedAfter(false, missing));
   EXPECT_TRUE(isReplacedAfter(true, missing));
   ASSERT_EQ(Store.WriteNewHeader(), RunTimeError::None);

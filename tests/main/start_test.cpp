@@ -154,7 +154,7 @@ TEST_F(StartTest, DamagedDataThatCannotBeWrittenAreToldInTwoMessages) {
   EXPECT_FALSE(run.Windows.Main.findChild<QPushButton*>(QStringLiteral("BtnNew"))->isEnabled());
 }
 
-TEST_F(StartTest, TellsOfMissingFilesOnce) {
+TEST_F(StartTest, TellsOfMissingNamesOnce) {
   MakeData({.Live = 250});
   const std::string lost = Folder.ReadFile("data/quill1.dat");
   std::filesystem::remove(Folder.File("data/quill1.dat"));
@@ -171,8 +171,8 @@ TEST_F(StartTest, TellsOfMissingFilesOnce) {
       told([](Session& run) { EXPECT_EQ(run.Windows.Store.RestoreLinks(), RunTimeError::None); }),
       "");
   EXPECT_EQ(told(),
-            "Quillary Data Files|Files with names are missing: quill1.dat.\n"
-            "The names come back when the files are in the data folder again.");
+            "Quillary Data Files|Names are missing from quill1.dat.\n"
+            "They come back when the files with them are in the data folder again.");
   EXPECT_EQ(told(), "");
   Folder.WriteFile("data/quill1.dat", lost);
   told([](Session& run) { EXPECT_EQ(run.Windows.Main.ListCount(), 250); });

@@ -141,7 +141,7 @@ TEST_F(BackupTest, AsksOnceBeforeABackupWithMoreFilesIsReplaced) {
     if (isOverwritten) World.Folder.WriteFile("quill1.dat", "nothing of its own");
     World.Open();
     World.Add("Ann", "Lee");
-    ASSERT_EQ(World.Store.ReadHeaderEntry("MissingFiles"), "1");
+    ASSERT_EQ(World.Store.ReadHeaderEntry("MissingRecords"), "100-119");
     const Files before = Medium.Files();
     (void)BackUp();
     EXPECT_EQ(Fault, CopyFault::WouldLose);

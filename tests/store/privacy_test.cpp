@@ -220,7 +220,7 @@ TEST(Privacy, NothingInARecordBecomesAPath) {
     world.Open();
     for (const char* name : {"Ann", text, "Cid"}) world.Add(name, text, text);
     for (const char* key : {"NameFirstRecord", "CompanyFirstRecord", "DelFirstRecord",
-                            "MissingFiles", "ReplacedRecords"}) {
+                            "MissingRecords", "ReplacedRecords"}) {
       (void)world.Store.WriteHeaderEntry(key, text);
     }
     for (const char* key : {"NextName", "PrevName", "NextCompany", "NextDel"}) {
