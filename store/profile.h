@@ -52,10 +52,11 @@ class Profile {
   RunTimeError WriteEntries(std::string_view File, std::string_view Section,
                             std::span<const EntryValue> Entries);
 
-  // To be called before the first use of the files beside `File`: completes a group that a crash
-  // or power cut stopped after it was sure to be kept, drops one that was stopped before, and
-  // removes unfinished temporary files. An entry that another program changed since keeps what
-  // that program wrote. On an error the group stays to be completed at the next call.
+  // To be called before the first use of the files beside `File`: makes the names found there
+  // durable, completes a group that a crash or power cut stopped after it was sure to be kept,
+  // drops one that was stopped before, and removes unfinished temporary files. An entry that
+  // another program changed since keeps what that program wrote. On an error the group stays to be
+  // completed at the next call.
   RunTimeError Recover(std::string_view File);
 
   // Makes a folder that only its owner can enter; one that exists already is no error.
@@ -195,6 +196,7 @@ class Profile {
 
   // profile_recovery.cpp
   RunTimeError FinishUnfinished();
+  RunTimeError MakeSureOf(const std::string& journalPath);
   RunTimeError CompleteJournal(const std::string& folder, const GoesOn& goesOn = {});
   RunTimeError Complete(const std::string& folder, const JournalFile& entries);
   void SweepTemporaries(const std::string& folder);

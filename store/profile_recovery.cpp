@@ -23,6 +23,9 @@ RunTimeError Profile::Recover(std::string_view File) {
   FileStamp stamp;
   error = disk_.Stamp(folder, stamp);
   if (IsMissing(error)) return RunTimeError::None;
+  // Names that a program gave which was stopped right then: what is built upon them must not
+  // outlive them.
+  static_cast<void>(disk_.SyncFolder(folder));
   if (error == RunTimeError::None) error = CompleteJournal(folder);
   if (error == RunTimeError::None) SweepTemporaries(folder);
   return error;
@@ -42,6 +45,18 @@ RunTimeError Profile::FinishUnfinished() {
   return error;
 }
 
+// Who wrote the journal may have been stopped before it was sure to stay. The files must not be
+// changed by it before: a power cut could leave some of the changes, and no journal.
+RunTimeError Profile::MakeSureOf(const std::string& journalPath) {
+  int handle = -1;
+  FileStamp stamp;
+  RunTimeError error = disk_.Open(journalPath, handle, stamp);
+  if (error != RunTimeError::None) return error;
+  error = disk_.Sync(handle);
+  const RunTimeError closeError = disk_.Close(handle);
+  return error == RunTimeError::None ? closeError : error;
+}
+
 // Brings the folder's files to the state that its journal says, and removes the journal.
 RunTimeError Profile::CompleteJournal(const std::string& folder, const GoesOn& goesOn) {
   const std::string journalPath = folder + std::string(JournalName);
@@ -52,6 +67,9 @@ RunTimeError Profile::CompleteJournal(const std::string& folder, const GoesOn& g
   if (error != RunTimeError::None) return error;
   // A journal that is not whole was stopped before anything else was changed.
   if (const std::optional<Journal> journal = ParseJournal(bytes)) {
+    error = MakeSureOf(journalPath);
+    if (error == RunTimeError::None) error = disk_.SyncFolder(folder);
+    if (error != RunTimeError::None) return error;
     for (const JournalFile& entries : *journal) {
       error = Complete(folder, entries);
       if (error != RunTimeError::None) return error;
