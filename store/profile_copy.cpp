@@ -249,7 +249,10 @@ RunTimeError Profile::PutCopiesInPlace(std::vector<CopiedFile>& copies, const Go
   const std::string folder = FolderOf(copies.front().To);
   const std::string journalPath = folder + std::string(JournalName);
   isDecided = false;
-  RunTimeError error = WriteNewFile(journalPath, journal, {}, &isDecided);
+  // A journal that outlived a power cut without the files it names would pass for one that is done.
+  RunTimeError error = disk_.SyncFolder(folder);
+  if (error != RunTimeError::None) return error;
+  error = WriteNewFile(journalPath, journal, {}, &isDecided);
   if (error == RunTimeError::None) {
     error = disk_.SyncFolder(folder);
     isDecided = error == RunTimeError::None || disk_.Remove(journalPath) != RunTimeError::None;
