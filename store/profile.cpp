@@ -125,8 +125,12 @@ RunTimeError Profile::WriteEntries(std::string_view File, std::string_view Secti
 RunTimeError Profile::MakeFolder(std::string_view Folder) {
   const std::string path = names_.Find(Folder);
   FileStamp stamp;
-  if (disk_.Stamp(path, stamp) == RunTimeError::None) return RunTimeError::None;
-  return disk_.MakeFolder(path);
+  if (disk_.Stamp(path, stamp) != RunTimeError::None) {
+    const RunTimeError error = disk_.MakeFolder(path);
+    if (error != RunTimeError::None) return error;
+  }
+  // What is stored in it is sure to stay only if the folder is.
+  return disk_.SyncFolder(path.substr(0, path.rfind('/') + 1));
 }
 
 void Profile::AbandonGroup() {

@@ -59,7 +59,8 @@ class Profile {
   // completed at the next call.
   RunTimeError Recover(std::string_view File);
 
-  // Makes a folder that only its owner can enter; one that exists already is no error.
+  // Makes a folder that only its owner can enter; one that exists already is no error. It is there
+  // durably when None is returned.
   RunTimeError MakeFolder(std::string_view Folder);
 
   // Copies a file as it stands on the disk, in place of one that has the name `To`. The copy is
