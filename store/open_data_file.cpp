@@ -103,7 +103,12 @@ RunTimeError Records::KeepOldHeader() {
   const std::string name = data_.DataFile + ".kept";
   std::string free = name;
   ProfileSnapshot kept(profile_);
-  for (int number = 2; !kept.Text(free).Bytes().empty(); ++number) free = name + NumberText(number);
+  const std::string& header = kept.Text(data_.DataFile).Bytes();
+  for (int number = 2; !kept.Text(free).Bytes().empty(); ++number) {
+    // Kept by a program that was stopped before it was sure to stay.
+    if (kept.Text(free).Bytes() == header) break;
+    free = name + NumberText(number);
+  }
   if (kept.Error() != RunTimeError::None) return kept.Error();
   const RunTimeError error = profile_.CopyFile(data_.DataFile, free);
   return error == RunTimeError::FileNotFound ? RunTimeError::None : error;
