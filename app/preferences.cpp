@@ -12,6 +12,9 @@ void LoadPreferences(Profile& profile, SharedData& shared) {
     return profile.ReadEntry(shared.PrefsFile, shared.PrefsSection, key);
   };
 
+  // What a program left there that was stopped while it stored them. Should it stay, no harm.
+  static_cast<void>(profile.Recover(shared.PrefsFile));
+
   shared.Version = read(PrefsKey::Version);
   if (Val(shared.Version) < 2) {
     shared.Version = "2.0";
