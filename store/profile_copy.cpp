@@ -67,11 +67,14 @@ RunTimeError Profile::ListFiles(std::string_view Folder, std::string_view Extens
 }
 
 bool Profile::IsSameFolder(std::string_view Folder, std::string_view Other) {
+  const std::string path = names_.Find(Folder);
+  const std::string otherPath = names_.Find(Other);
+  if (path == otherPath) return true;
   FileStamp stamp;
   FileStamp other;
-  return disk_.Stamp(names_.Find(Folder), stamp) == RunTimeError::None &&
-         disk_.Stamp(names_.Find(Other), other) == RunTimeError::None &&
-         stamp.Device == other.Device && stamp.Inode == other.Inode;
+  return disk_.Stamp(path, stamp) == RunTimeError::None &&
+         disk_.Stamp(otherPath, other) == RunTimeError::None && stamp.Device == other.Device &&
+         stamp.Inode == other.Inode;
 }
 
 RunTimeError Profile::RenameFile(std::string_view File, std::string_view NewName) {
