@@ -24,14 +24,16 @@ SharingGuard::SharingGuard(Profile& profile, SharedData& shared, std::function<v
 }
 
 RunTimeError SharingGuard::IncrementUses() {
-  const RunTimeError error = WriteUses(std::max(ReadUses(), 0) + 1);
+  const RunTimeError error = ChangeUses([](int uses) { return std::max(uses, 0) + 1; });
   isCounted_ = error == RunTimeError::None;
   isToBeCounted_ = !isCounted_;
   return error;
 }
 
 void SharingGuard::CheckInUse() {
-  shared_.InUse = isToBeCounted_ || isToBeReset_ || ReadUses() >= 2;
+  const std::optional<int> uses = ReadUses();
+  const bool isInUse = uses ? *uses >= 2 : shared_.InUse;
+  shared_.InUse = isToBeCounted_ || isToBeReset_ || isInUse;
 }
 
 RunTimeError SharingGuard::ResetUses() {
@@ -54,11 +56,23 @@ RunTimeError SharingGuard::TakeOver() {
 }
 
 RunTimeError SharingGuard::DecrementUses() {
-  return WriteUses(ReadUses() - 1);
+  return ChangeUses([](int uses) { return uses - 1; });
 }
 
-int SharingGuard::ReadUses() {
-  return ToInt16(profile_.ReadEntry(shared_.DataFile, Section, Key));
+// Nothing where it cannot be read: that is not a counter of 0.
+std::optional<int> SharingGuard::ReadUses() {
+  ProfileUpdate reading(profile_);
+  const int uses = ToInt16(profile_.ReadEntry(shared_.DataFile, Section, Key));
+  if (reading.Commit() != RunTimeError::None) return std::nullopt;
+  return uses;
+}
+
+RunTimeError SharingGuard::ChangeUses(int (*change)(int)) {
+  ProfileUpdate update(profile_);
+  const std::optional<int> uses = ReadUses();
+  const RunTimeError error = uses ? WriteUses(change(*uses)) : RunTimeError::None;
+  const RunTimeError commitError = update.Commit();
+  return commitError == RunTimeError::None ? error : commitError;
 }
 
 RunTimeError SharingGuard::WriteUses(int uses) {

@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <functional>
+#include <optional>
 
 #include "app/shared_data.h"
 #include "store/profile.h"
@@ -19,10 +20,11 @@ class SharingGuard {
   // Where that fails nothing is to be changed: InUse stays true until it succeeds, which the timer
   // tries again. Where there is no header nothing is written (FileNotFound); so with the others.
   RunTimeError IncrementUses();
-  // Whether the header counts any user: before IncrementUses, another application.
-  bool HasUsers() { return ReadUses() >= 1; }
+  // Whether the header counts any user: before IncrementUses, another application. True where that
+  // cannot be read.
+  bool HasUsers() { return ReadUses().value_or(1) >= 1; }
   bool IsCounted() const { return isCounted_; }
-  // Reads the counter into InUse.
+  // Reads the counter into InUse, which stays as it is where that cannot be done.
   void CheckInUse();
   // Makes this program the only user: the counter becomes 1, InUse false. On an error both stay as
   // they are.
@@ -39,7 +41,8 @@ class SharingGuard {
 
  private:
   void InUseTimer_Timer();
-  int ReadUses();
+  std::optional<int> ReadUses();
+  RunTimeError ChangeUses(int (*change)(int));
   RunTimeError WriteUses(int uses);
 
   Profile& profile_;
