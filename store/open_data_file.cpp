@@ -28,20 +28,26 @@ bool Records::OpenDataFile(std::string_view prefsFile, std::string_view ownDirec
   // Without a data directory the name would stand for a profile in the user's configuration.
   error = data_.DataPath.empty() ? RunTimeError::None : profile_.Recover(data_.DataFile);
 
+  std::string application;
+  bool isCounted = false;
   if (!data_.DataPath.empty()) {
+    ProfileSnapshot snapshot(profile_);
+    const ProfileText::Section header = snapshot.Text(data_.DataFile).Find(HeaderSection);
+    const auto value = [&](std::string_view key) { return header.Value(key).value_or(""); };
+    application = value("Application");
+    isCounted = !value("NoOfRecords").empty() && !value("TotalNoOfRecords").empty();
     // What cannot be read is not missing.
-    ProfileSnapshot header(profile_);
-    static_cast<void>(header.Text(data_.DataFile));
-    if (header.Error() != RunTimeError::None) {
-      error = header.Error();
+    if (snapshot.Error() != RunTimeError::None) {
+      error = snapshot.Error();
       return false;
     }
   }
-  const std::string application = ReadHeaderEntry("Application");
-  const std::string count = ReadHeaderEntry("NoOfRecords");
   const bool isOurs = EqualWithoutCase(application, Signature);
+  ProfileUpdate readingCount(profile_);
   ReadNoOfRecords();
-  if (isOurs && !count.empty() && !ReadHeaderEntry("TotalNoOfRecords").empty()) {
+  const RunTimeError countError = readingCount.Commit();
+  if (isOurs && isCounted) {
+    if (error == RunTimeError::None) error = countError;
     // Over half of an unfinished change nothing must be built.
     return error == RunTimeError::None;
   }
