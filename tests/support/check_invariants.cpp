@@ -132,8 +132,7 @@ void CheckMemory(Files& files, const RecNos& chain, const std::string& key, cons
   }
 }
 
-void CheckLines(Files& files, const StoreWorld& world) {
-  const StoreData& data = world.Data;
+void CheckLines(Files& files, const StoreData& data, const RecordedLines& lines) {
   const bool isByName = data.ViewMode == 0;
   TextList texts = isByName ? data.NamesList : data.CompaniesList;
   TextList recNos = isByName ? data.NamesRecNo : data.CompaniesRecNo;
@@ -147,7 +146,7 @@ void CheckLines(Files& files, const StoreWorld& world) {
     texts.clear();
     recNos.clear();
   }
-  if (world.Lines.Texts != texts || world.Lines.RecNos != recNos) {
+  if (lines.Texts != texts || lines.RecNos != recNos) {
     files.Complain("the list box differs from the list in memory");
   }
 }
@@ -181,16 +180,20 @@ testing::AssertionResult CheckFiles(const std::string& folder) {
 }
 
 testing::AssertionResult CheckInvariants(const StoreWorld& world) {
-  Files files(world.Folder.Path());
-  const Lists lists = CheckLists(files);
-  const StoreData& data = world.Data;
-  if (static_cast<std::size_t>(data.NoOfRecords) != lists.Names.size()) {
+  return CheckInvariants(world.Folder.Path(), world.Data, world.Lines);
+}
+
+testing::AssertionResult CheckInvariants(const std::string& folder, const StoreData& data,
+                                         const RecordedLines& lines) {
+  Files files(folder);
+  const Lists chains = CheckLists(files);
+  if (static_cast<std::size_t>(data.NoOfRecords) != chains.Names.size()) {
     files.Complain("NoOfRecords in memory is ", data.NoOfRecords);
   }
-  CheckMemory(files, lists.Names, "ShowName", data.NamesList, data.NamesRecNo);
-  CheckMemory(files, lists.Companies, "ShowCompany", data.CompaniesList, data.CompaniesRecNo);
-  if (data.FilterOn) CheckFiltered(files, data, lists.Names);
-  CheckLines(files, world);
+  CheckMemory(files, chains.Names, "ShowName", data.NamesList, data.NamesRecNo);
+  CheckMemory(files, chains.Companies, "ShowCompany", data.CompaniesList, data.CompaniesRecNo);
+  if (data.FilterOn) CheckFiltered(files, data, chains.Names);
+  CheckLines(files, data, lines);
   return files.Result();
 }
 

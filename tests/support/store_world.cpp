@@ -39,6 +39,26 @@ void RecordedLines::RemoveLine(std::size_t index) {
   RecNos.erase(RecNos.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
+std::size_t RecordedLines::Line(const std::string& recNo) const {
+  const auto line = std::find(RecNos.begin(), RecNos.end(), recNo);
+  if (line == RecNos.end()) throw std::out_of_range("no line of record " + recNo);
+  return static_cast<std::size_t>(line - RecNos.begin());
+}
+
+std::vector<TextList> ListsInMemory(const StoreData& data, const RecordedLines& lines) {
+  return {data.NamesList,
+          data.NamesRecNo,
+          data.CompaniesList,
+          data.CompaniesRecNo,
+          data.FilteredNames,
+          data.FilteredNamesRecNo,
+          data.FilteredCompanies,
+          data.FilteredCompaniesRecNo,
+          lines.Texts,
+          lines.RecNos,
+          {NumberText(data.NoOfRecords), NumberText(data.FilteredCount)}};
+}
+
 StoreWorld::StoreWorld() {
   Data.DataPath = ProgramPath(Folder.Path()) + '\\';
   Data.DataFile = Data.DataPath + "quill.dat";
@@ -82,34 +102,14 @@ void StoreWorld::Filter(const std::array<std::string, 5>& criteria) {
   Store.ShowRecords();
 }
 
-std::size_t StoreWorld::Line(const std::string& recNo) const {
-  const auto line = std::find(Lines.RecNos.begin(), Lines.RecNos.end(), recNo);
-  if (line == Lines.RecNos.end()) throw std::out_of_range("no line of record " + recNo);
-  return static_cast<std::size_t>(line - Lines.RecNos.begin());
-}
-
 RunTimeError StoreWorld::Edit(const std::string& recNo) {
   ProfileUpdate update(Access);
   RunTimeError error = Store.WriteRecord(recNo);
   if (error != RunTimeError::None) return error;
   const std::string showName = Store.ReadRecordEntry(recNo, "ShowName");
   const std::string showCompany = Store.ReadRecordEntry(recNo, "ShowCompany");
-  error = Store.RelinkRecord(recNo, Line(recNo), showName, showCompany);
+  error = Store.RelinkRecord(recNo, Lines.Line(recNo), showName, showCompany);
   return error == RunTimeError::None ? update.Commit() : error;
-}
-
-std::vector<TextList> StoreWorld::Memory() const {
-  return {Data.NamesList,
-          Data.NamesRecNo,
-          Data.CompaniesList,
-          Data.CompaniesRecNo,
-          Data.FilteredNames,
-          Data.FilteredNamesRecNo,
-          Data.FilteredCompanies,
-          Data.FilteredCompaniesRecNo,
-          Lines.Texts,
-          Lines.RecNos,
-          {NumberText(Data.NoOfRecords), NumberText(Data.FilteredCount)}};
 }
 
 }  // namespace quillary::test

@@ -35,9 +35,15 @@ struct RecordedLines : ListHooks {
   void InsertLine(std::size_t index, std::string_view text, std::string_view recordNumber) override;
   void RemoveLine(std::size_t index) override;
 
+  // The line that shows the record.
+  std::size_t Line(const std::string& recNo) const;
+
   std::vector<std::string> Texts;
   std::vector<std::string> RecNos;
 };
+
+// All lists in memory and the list box, to be compared.
+std::vector<TextList> ListsInMemory(const StoreData& data, const RecordedLines& lines);
 
 // The records over the real profile layer in a folder of their own.
 struct StoreWorld {
@@ -53,13 +59,12 @@ struct StoreWorld {
                   const std::string& company = "");
   // Turns the filter on and fills the list box.
   void Filter(const std::array<std::string, 5>& criteria);
-  // The line of the list box that shows the record.
-  std::size_t Line(const std::string& recNo) const;
-  RunTimeError Delete(const std::string& recNo) { return Store.DeleteRecord(recNo, Line(recNo)); }
+  RunTimeError Delete(const std::string& recNo) {
+    return Store.DeleteRecord(recNo, Lines.Line(recNo));
+  }
   // Stores FieldValues in the record and moves it to its new place.
   RunTimeError Edit(const std::string& recNo);
-  // All lists in memory and the list box, to be compared.
-  std::vector<TextList> Memory() const;
+  std::vector<TextList> Memory() const { return ListsInMemory(Data, Lines); }
 
   TempFolder Folder;
   FaultDisk Machine;
