@@ -6,7 +6,7 @@ RunPackages=(
   fonts-dejavu-core
 )
 CheckPackages=(
-  libgtest-dev libbenchmark-dev clang-format clang-tidy
+  libgtest-dev libbenchmark-dev clang-format clang-tidy clang libclang-rt-14-dev
   libsimpleini-dev libglib2.0-dev
   xvfb xauth openbox x11-utils xdotool xclip python3
   libreoffice-writer python3-uno
