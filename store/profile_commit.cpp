@@ -23,6 +23,7 @@ std::string NameOf(std::string_view path) {
 
 std::string JournalOf(const auto& files) {
   std::vector<const JournalPart*> parts;
+  parts.reserve(files.size());
   for (const auto& pending : files) parts.push_back(&*pending.Entries);
   return JournalText(parts);
 }
