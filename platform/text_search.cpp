@@ -83,7 +83,7 @@ TextSearch::ByteClass TextSearch::ClassOf(std::string_view bytes) {
 
 // One bit for each byte of a block with which the text may begin. The byte behind the block is
 // looked at, too.
-std::uint64_t TextSearch::Candidates(const char* block) const {
+inline std::uint64_t TextSearch::Candidates(const char* block) const {
   std::uint64_t found = 0;
 #ifdef __SSE2__
   constexpr std::size_t Part = sizeof(__m128i);

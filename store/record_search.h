@@ -3,13 +3,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/text_search.h"
+#include "store/number_table.h"
 #include "store/profile.h"
 #include "store/store_data.h"
 
@@ -34,15 +35,16 @@ class RecordSearch {
   using Found = std::array<std::uint8_t, RecordsPerFile>;
 
   Found SearchFile(std::int32_t fileNumber);
-  std::uint8_t SearchSection(std::string_view lines) const;
-  std::size_t KeyOf(std::string_view line) const;
+  std::uint8_t SearchSection(std::string_view bytes, std::size_t begin, std::size_t end,
+                             std::size_t& hit) const;
+  std::size_t KeyOf(std::string_view line, std::size_t before) const;
 
   ProfileSnapshot snapshot_;
   std::string dataPath_;
   TextSearch text_;
   TextSearch written_;  // a part of the text that stands in the file as it is
   std::vector<std::string> keys_;
-  std::unordered_map<std::int32_t, Found> files_;
+  NumberTable<std::unique_ptr<const Found>> files_;
 };
 
 }  // namespace quillary
