@@ -2,10 +2,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
+#include <limits>
 #include <utility>
+#include <vector>
 
 #include "platform/text_search.h"
+#include "store/number_table.h"
 #include "store/record_reader.h"
 #include "store/record_search.h"
 #include "store/records.h"
@@ -63,25 +65,32 @@ void Records::BuildFilteredList(RunTimeError* error) {
 // The full lists have the display strings.
 void Records::GetFilteredNamesList() {
   progress_.Begin("Please wait. Getting filtered names list...", "");
-  const auto count = static_cast<std::size_t>(std::max<std::int16_t>(data_.FilteredCount, 0));
-  std::unordered_map<std::int32_t, std::size_t> filtered;  // by record number
-  for (std::size_t i = 0; i < count; ++i) filtered.emplace(Number(data_.FilteredNamesRecNo[i]), i);
+  const auto count = static_cast<std::uint16_t>(std::max<std::int16_t>(data_.FilteredCount, 0));
+  NumberTable<std::uint16_t> places;  // in the filtered lists, from 1 on
+  for (std::uint16_t i = 0; i < count; ++i) {
+    places[Number(data_.FilteredNamesRecNo[i])] = static_cast<std::uint16_t>(i + 1);
+  }
+  // For each place in the filtered lists the one in the full lists.
+  constexpr auto Nowhere = std::numeric_limits<std::size_t>::max();
+  std::vector<std::size_t> names(data_.FilteredNames.size(), Nowhere);
+  std::vector<std::size_t> companies(data_.FilteredCompanies.size(), Nowhere);
   double done = 0;
   for (std::size_t i = 0; i < data_.NamesRecNo.size(); ++i) {
-    const auto found = filtered.find(Number(data_.NamesRecNo[i]));
-    if (found == filtered.end()) continue;
-    data_.FilteredNames.set(found->second, data_.NamesList[i]);
+    const std::uint16_t place = places[Number(data_.NamesRecNo[i])];
+    if (place == 0) continue;
+    names[place - 1U] = i;
     done += 1;
-    progress_.Step(done / static_cast<double>(count) * 100);
+    progress_.Step(done / count * 100);
   }
   for (std::size_t i = 0; i < data_.CompaniesRecNo.size(); ++i) {
-    const auto found = filtered.find(Number(data_.CompaniesRecNo[i]));
-    if (found == filtered.end()) continue;
-    data_.FilteredCompanies.set(found->second, data_.CompaniesList[i]);
-    filtered.erase(found);
+    const std::uint16_t place = places[Number(data_.CompaniesRecNo[i])];
+    if (place != 0) companies[place - 1U] = i;
   }
+  data_.FilteredNames = data_.NamesList.Picked(names);
+  data_.FilteredCompanies = data_.CompaniesList.Picked(companies);
   // Where the header's count is too small, other records are listed by company than by name.
-  for (const auto& [number, i] : filtered) {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (companies[i] != Nowhere) continue;
     data_.FilteredCompanies.set(i, ReadRecordEntry(data_.FilteredNamesRecNo[i], "ShowCompany"));
   }
   progress_.End();

@@ -104,8 +104,9 @@ bool Unite(Walk& names, Walk& companies, const std::vector<ListedRecord>& strays
 
 Records::ListsInFiles Records::ReadLists(std::int16_t countInHeader, ProgressHooks* progress) {
   const auto count = static_cast<std::size_t>(std::max<std::int16_t>(countInHeader, 0));
-  const auto store = std::make_shared<TextStore>();
-  ListedRecords records(profile_, data_.DataPath, *store);
+  const auto texts = std::make_shared<TextStore>();
+  const auto recNos = std::make_shared<TextStore>();
+  ListedRecords records(profile_, data_.DataPath, *texts, *recNos);
   Walk names{&RecordLinks::NextName,
              &RecordLinks::IsInNames,
              LinkedNumber(ReadHeaderEntry(NameChain.FirstRecord)),
@@ -158,10 +159,10 @@ Records::ListsInFiles Records::ReadLists(std::int16_t countInHeader, ProgressHoo
   if (lists.Error == RunTimeError::None) lists.Error = records.Error();
   if (lists.Error == RunTimeError::None && isTooLong) lists.Error = RunTimeError::DeviceError;
   lists.Count = lists.IsIncomplete ? static_cast<std::int16_t>(names.Found.size()) : countInHeader;
-  lists.Names = MakeList(names.Found, &RecordTexts::ShowName, store);
-  lists.NamesRecNo = MakeList(names.Found, &RecordTexts::RecNo, store);
-  lists.Companies = MakeList(companies.Found, &RecordTexts::ShowCompany, store);
-  lists.CompaniesRecNo = MakeList(companies.Found, &RecordTexts::RecNo, store);
+  lists.Names = MakeList(names.Found, &RecordTexts::ShowName, texts);
+  lists.NamesRecNo = MakeList(names.Found, &RecordTexts::RecNo, recNos);
+  lists.Companies = MakeList(companies.Found, &RecordTexts::ShowCompany, texts);
+  lists.CompaniesRecNo = MakeList(companies.Found, &RecordTexts::RecNo, recNos);
   return lists;
 }
 

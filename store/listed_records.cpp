@@ -21,9 +21,9 @@ std::int32_t LinkedNumber(std::string_view text) {
 // counts.
 class ListedRecords::Block {
  public:
-  // The texts are kept in `store`, if there is one.
-  Block(std::int32_t fileNumber, std::string_view bytes, TextStore* store)
-      : first_(fileNumber * RecordsPerFile), store_(store) {
+  // The texts are kept in the stores, if there are such.
+  Block(std::int32_t fileNumber, std::string_view bytes, TextStore* texts, TextStore* recNos)
+      : first_(fileNumber * RecordsPerFile), textStore_(texts), recNos_(recNos) {
     if (bytes.starts_with(ByteOrderMark)) bytes.remove_prefix(ByteOrderMark.size());
     LineReader reader(bytes);
     std::string_view line;
@@ -84,7 +84,7 @@ class ListedRecords::Block {
     if (number < first_ || number - first_ >= RecordsPerFile) return;
     if (LinksOf(number).Number != Nowhere) return;
     LinksOf(number).Number = number;
-    TextsOf(number).RecNo = Kept(digits);
+    if (recNos_ != nullptr) TextsOf(number).RecNo = recNos_->Keep(digits);
     current_ = number;
   }
 
@@ -131,11 +131,9 @@ class ListedRecords::Block {
     return static_cast<std::size_t>(found - Keys.begin());
   }
 
-  std::string_view Kept(std::string_view text) {
-    return store_ == nullptr ? std::string_view() : store_->Keep(text);
-  }
   std::string_view Value(std::string_view written) {
-    return Kept(IsPlainValue(written) ? written : DecodeValue(written));
+    if (textStore_ == nullptr) return {};
+    return textStore_->Keep(IsPlainValue(written) ? written : DecodeValue(written));
   }
 
   // A number hardly ever needs decoding.
@@ -145,19 +143,22 @@ class ListedRecords::Block {
   }
 
   std::int32_t first_;
-  TextStore* store_;
+  TextStore* textStore_;
+  TextStore* recNos_;
   std::array<RecordLinks, RecordsPerFile> links_;
   std::array<RecordTexts, RecordsPerFile> texts_;
   std::int32_t current_ = Nowhere;  // the record whose section is being read
   std::array<bool, Keys.size()> isSet_{};
 };
 
-ListedRecords::ListedRecords(Profile& profile, std::string_view dataPath, TextStore& store)
+ListedRecords::ListedRecords(Profile& profile, std::string_view dataPath, TextStore& texts,
+                             TextStore& recNos)
     : snapshot_(profile),
       pathOf_([path = std::string(dataPath)](std::int32_t fileNumber) {
         return RecordFileName(path, fileNumber);
       }),
-      store_(&store) {}
+      texts_(&texts),
+      recNos_(&recNos) {}
 
 ListedRecords::ListedRecords(Profile& profile, PathOf pathOf)
     : snapshot_(profile), pathOf_(std::move(pathOf)) {}
@@ -167,23 +168,15 @@ ListedRecords::~ListedRecords() = default;
 std::optional<ListedRecord> ListedRecords::Find(std::int32_t number) {
   if (number < 0) return std::nullopt;
   const std::int32_t fileNumber = number / RecordsPerFile;
-  std::unique_ptr<Block>& block = BlockAt(fileNumber);
+  std::unique_ptr<Block>& block = blocks_[fileNumber];
   if (!block) {
     const std::string path = pathOf_(fileNumber);
     block = std::make_unique<Block>(
-        fileNumber, path.empty() ? std::string_view() : snapshot_.Bytes(path), store_);
+        fileNumber, path.empty() ? std::string_view() : snapshot_.Bytes(path), texts_, recNos_);
   }
   const ListedRecord record = block->Find(number);
   if (record.Chained->Number == Nowhere) return std::nullopt;
   return record;
-}
-
-// Damaged links may name any file: only the usual ones have a place in a table.
-std::unique_ptr<ListedRecords::Block>& ListedRecords::BlockAt(std::int32_t fileNumber) {
-  if (fileNumber >= UsualFiles) return others_[fileNumber];
-  const auto index = static_cast<std::size_t>(fileNumber);
-  if (index >= usual_.size()) usual_.resize(index + 1);
-  return usual_[index];
 }
 
 }  // namespace quillary

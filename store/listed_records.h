@@ -6,9 +6,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
+#include "store/number_table.h"
 #include "store/profile.h"
 #include "store/store_data.h"
 #include "store/text_list.h"
@@ -48,14 +47,13 @@ std::int32_t LinkedNumber(std::string_view text);
 // A chain leads to and fro through the files: each is gone through once, in its own order, when the
 // first of its records is met.
 class ListedRecords {
-  static constexpr std::int32_t UsualFiles = 4096;
-
  public:
   // The path of a record file by its number; an empty one where there is no such file.
   using PathOf = std::function<std::string(std::int32_t fileNumber)>;
 
-  // The texts are kept in `store`.
-  ListedRecords(Profile& profile, std::string_view dataPath, TextStore& store);
+  // The texts are kept in `texts`, the record numbers by themselves in `recNos`: they are gone
+  // through without the others.
+  ListedRecords(Profile& profile, std::string_view dataPath, TextStore& texts, TextStore& recNos);
   // Without the texts, which are all empty. `pathOf` is called right before a file is read.
   ListedRecords(Profile& profile, PathOf pathOf);
   ~ListedRecords();
@@ -69,18 +67,16 @@ class ListedRecords {
   RunTimeError Error() const { return snapshot_.Error(); }
 
   // How many record numbers, from 0 on, are looked at where chains do not lead to every record.
-  static constexpr std::int32_t UsualNumbers = UsualFiles * RecordsPerFile;
+  static constexpr std::int32_t UsualNumbers = 4096 * RecordsPerFile;
 
  private:
   class Block;
 
-  std::unique_ptr<Block>& BlockAt(std::int32_t fileNumber);
-
   ProfileSnapshot snapshot_;
   PathOf pathOf_;
-  TextStore* store_ = nullptr;
-  std::vector<std::unique_ptr<Block>> usual_;
-  std::unordered_map<std::int32_t, std::unique_ptr<Block>> others_;
+  TextStore* texts_ = nullptr;
+  TextStore* recNos_ = nullptr;
+  NumberTable<std::unique_ptr<Block>> blocks_;  // by file number
 };
 
 }  // namespace quillary

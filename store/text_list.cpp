@@ -28,6 +28,15 @@ void TextList::erase(std::size_t index) {
   views_.erase(views_.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
+TextList TextList::Picked(const std::vector<std::size_t>& places) const {
+  std::vector<std::string_view> views;
+  views.reserve(places.size());
+  for (const std::size_t place : places) {
+    views.push_back(place < views_.size() ? views_[place] : std::string_view());
+  }
+  return {store_, std::move(views)};
+}
+
 void TextList::Rearrange(const std::vector<std::size_t>& order) {
   std::vector<std::string_view> views;
   views.reserve(order.size());

@@ -54,6 +54,8 @@ class TextList {
   void erase(std::size_t index);
   void set(std::size_t index, std::string_view text) { views_[index] = store_->Keep(text); }
 
+  // The entries at these places, sharing the texts. Behind the end there are empty ones.
+  TextList Picked(const std::vector<std::size_t>& places) const;
   template <typename Predicate>
   void RemoveIf(Predicate isOut) {
     std::erase_if(views_, isOut);
