@@ -33,10 +33,10 @@ bool HurriedPresses::eventFilter(QObject* object, QEvent* event) {
 
 // Of a key that is held, X11 tells releases and presses in pairs of the same time. Qt sees that
 // they belong together only if both have arrived, which right after a change of windows they have
-// not.
+// not. While a screen reader listens, Qt tells keys without their time: those are no pairs.
 bool HurriedPresses::IsRepeated(const QKeyEvent& key) const {
   const bool isPair = key.nativeScanCode() == releasedKey_ && key.timestamp() == releasedAt_;
-  return key.isAutoRepeat() || (releasedKey_ != 0 && isPair);
+  return key.isAutoRepeat() || (releasedKey_ != 0 && releasedAt_ != 0 && isPair);
 }
 
 bool HurriedPresses::KeyPress(const QObject* window, const QKeyEvent& key) {

@@ -38,7 +38,7 @@ class HurriedPresses : public QObject {
   Press enter_;
   Press click_;
   quint32 releasedKey_ = 0;  // its scan code; 0 for one that has none
-  quint64 releasedAt_ = 0;
+  quint64 releasedAt_ = 0;   // 0 if that is not known
 };
 
 }  // namespace quillary

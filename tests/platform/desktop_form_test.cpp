@@ -262,6 +262,12 @@ TEST(HurriedPresses, AHeldKeyPressesAButtonOnce) {
   SendKey(form, QEvent::KeyPress, 530, Qt::Key_Space);
   for (quint64 at = 540; at < 600; at += 20) RepeatKey(form, at, Qt::Key_Space);
   EXPECT_EQ(form.OKs, 1);
+
+  // Pressed twice, in the way Qt tells it while a screen reader listens.
+  form.OKs = 0;
+  SendEnter(form, 0);
+  RepeatKey(form, 0);
+  EXPECT_EQ(form.OKs, 2);
 }
 
 TEST(HurriedPresses, TheSecondHalfOfADoublePressIsNotTheMainWindows) {
