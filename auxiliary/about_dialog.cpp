@@ -14,6 +14,7 @@ AboutDialog::AboutDialog(SharedData& shared, Hub& hub)
   setWindowTitle(QStringLiteral("About Quillary"));
   auto* Picture1 = new QLabel(this);
   Picture1->setObjectName(QStringLiteral("Picture1"));
+  Picture1->setAccessibleName(QStringLiteral("Quill"));
   Picture1->setFrameStyle(static_cast<int>(QFrame::Panel) | static_cast<int>(QFrame::Sunken));
   Picture1->setAlignment(Qt::AlignCenter);
   Place(*Picture1, 180, 180, 1500, 1500);

@@ -1,5 +1,7 @@
 #include "auxiliary/detail_label.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QTextDocument>
@@ -10,6 +12,7 @@
 #include <utility>
 
 #include "auxiliary/one_line.h"
+#include "platform/desktop/accessibility.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
@@ -31,12 +34,34 @@ QString WithBreaks(const QString& text) {
   return broken;
 }
 
+class AccessibleLine : public QAccessibleWidget {
+ public:
+  explicit AccessibleLine(DetailLabel& line)
+      : QAccessibleWidget(&line, QAccessible::StaticText), line_(line) {}
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.focusable = line_.HasKeyboard();
+    state.focused = line_.HasKeyboard();
+    return state;
+  }
+
+ private:
+  const DetailLabel& line_;
+};
+
+QAccessibleInterface* MakeInterface(const QString& /*type*/, QObject* object) {
+  auto* line = qobject_cast<DetailLabel*>(object);
+  return line != nullptr ? new AccessibleLine(*line) : nullptr;
+}
+
 }  // namespace
 
-DetailLabel::DetailLabel(const QString& name, const QString& accessibleName, Shape shape)
-    : shape_(shape) {
+DetailLabel::DetailLabel(const QString& name, QString heading, Shape shape)
+    : heading_(std::move(heading)), shape_(shape) {
+  QAccessible::installFactory(MakeInterface);  // one time is as good as many
   setObjectName(name);
-  setAccessibleName(accessibleName);
+  SetAccessibleText(*this, heading_, {});
   setTextFormat(Qt::PlainText);
   setMouseTracking(true);
   setSizePolicy(QSizePolicy::Expanding,
@@ -47,13 +72,18 @@ void DetailLabel::SetCaption(std::string caption) {
   caption_ = std::move(caption);
   const QString shown = shape_ == Shape::OneLine ? OneLine(caption_) : ManyLines(caption_);
   setText(shown);
-  setAccessibleDescription(shown);
+  SetAccessibleText(*this, heading_, shown);
 }
 
 void DetailLabel::SetTextColour(Colour colour) {
   if (colour_ == colour) return;
   colour_ = colour;
   update();
+}
+
+void DetailLabel::SetHasKeyboard(bool hasKeyboard) {
+  hasKeyboard_ = hasKeyboard;
+  if (hasKeyboard_) TellFocus(*this);
 }
 
 int DetailLabel::LineHeight() const {

@@ -11,6 +11,10 @@ namespace quillary {
 // same cost however long: its caption is the whole text, of which it paints what fits, with "…"
 // where there is more; then the tool tip tells it whole. While the window is disabled, and not the
 // line by itself, the text stays as it is.
+//
+// It cannot have the focus, but a panel of lines that has it may lead the keyboard from line to
+// line: to assistive technologies, which get the line's heading with its text, the focus is then on
+// that line.
 class DetailLabel : public QLabel {
   Q_OBJECT
 
@@ -19,12 +23,15 @@ class DetailLabel : public QLabel {
   // That of other labels, dark blue, red. A disabled line has that of disabled labels or is red.
   enum class Colour { Normal, Highlighted, Found };
 
-  DetailLabel(const QString& name, const QString& accessibleName, Shape shape);
+  DetailLabel(const QString& name, QString heading, Shape shape);
 
   const std::string& Caption() const { return caption_; }
   void SetCaption(std::string caption);
   Colour TextColour() const { return colour_; }
   void SetTextColour(Colour colour);
+  // Whether the keyboard has gone to this line.
+  bool HasKeyboard() const { return hasKeyboard_; }
+  void SetHasKeyboard(bool hasKeyboard);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -44,9 +51,11 @@ class DetailLabel : public QLabel {
   int LineHeight() const;
   void PaintBlock(QPainter& painter);
 
+  QString heading_;
   Shape shape_;
   std::string caption_;
   Colour colour_ = Colour::Normal;
+  bool hasKeyboard_ = false;
   bool isCut_ = false;  // what was painted last
 };
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "auxiliary/one_line.h"
+#include "platform/desktop/accessibility.h"
 #include "platform/desktop/twips.h"
 #include "platform/numbers.h"
 
@@ -112,6 +113,20 @@ void ListBox::keyboardSearch(const QString& letters) {
                                              Qt::MatchStartsWith | Qt::MatchWrap);
   if (!found.isEmpty()) setCurrentIndex(found.first());
   typedTo_ = ListIndex();
+}
+
+void ListBox::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  if (hasFocus()) {
+    QListView::currentChanged(current, previous);
+  } else {
+    // That one would tell assistive technologies that the line has the focus.
+    QAbstractItemView::currentChanged(current, previous);
+  }
+}
+
+void ListBox::focusInEvent(QFocusEvent* event) {
+  QListView::focusInEvent(event);
+  if (ListIndex() >= 0) TellFocus(*this, ListIndex());
 }
 
 void ListBox::initViewItemOption(QStyleOptionViewItem* option) const {

@@ -72,6 +72,8 @@ class ListBox : public QListView {
   void DblClick();
 
  protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void focusInEvent(QFocusEvent* event) override;
   void initViewItemOption(QStyleOptionViewItem* option) const override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

@@ -48,6 +48,7 @@ TipOfDay::TipOfDay(SharedData& shared, Profile& profile, Hub& hub, MsgBoxSnglTxt
 
   auto* Picture1 = new QLabel(panel);
   Picture1->setObjectName(QStringLiteral("Picture1"));
+  Picture1->setAccessibleName(QStringLiteral("Tip"));
   Place(*Picture1, 180, 240, 900, 900);
   Picture1->setPixmap(Picture(QStringLiteral("tip"), Picture1->size(), *this));
 
@@ -132,6 +133,8 @@ void TipOfDay::DrawTip() {
   TipIndex = static_cast<std::int16_t>(QRandomGenerator::global()->bounded(count));
   const char* text = kTipTexts.at(static_cast<std::size_t>(TipIndex));
   TxtTipTxt->SetPlainText(QString::fromLatin1(text));
+  // Who cannot see the text hears it when the button brings another one.
+  BtnNext->setAccessibleDescription(TxtTipTxt->text());
 }
 
 }  // namespace quillary

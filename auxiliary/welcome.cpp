@@ -49,6 +49,7 @@ Welcome::Welcome() : Form(QStringLiteral("Welcome")) {
 
   auto* Image1 = new QLabel(SSPanel2);
   Image1->setObjectName(QStringLiteral("Image1"));
+  Image1->setAccessibleName(QStringLiteral("Quill"));
   Image1->setGeometry(SSPanel2->contentsRect());
   Image1->setPixmap(Picture(QStringLiteral("welcome"), Image1->size(), *this));
   MakeHeading(SSPanel2, QStringLiteral("Quillary"), 3.2, 330, 840);

@@ -37,6 +37,7 @@ FileInUse::FileInUse(SharedData& shared, SharingGuard& guard, Hub& hub,
   Place(*Frame1, 180, 150, 6180, 2655);
   auto* Image1 = new QLabel(Frame1);
   Image1->setObjectName(QStringLiteral("Image1"));
+  Image1->setAccessibleName(QStringLiteral("Exclamation"));
   Image1->setPixmap(Picture(QStringLiteral("exclamation"), QSize(48, 48), *this));
   Image1->setGeometry(Px(240), Px(240), 48, 48);
 

@@ -9,6 +9,8 @@
 #include <QStyle>
 #include <utility>
 
+#include "platform/desktop/accessibility.h"
+
 namespace quillary {
 namespace {
 
@@ -62,6 +64,7 @@ DriveList::DriveList(QWidget* parent, FindVolumes findVolumes)
     : QComboBox(parent), findVolumes_(std::move(findVolumes)) {
   setObjectName(QStringLiteral("SlctDrive"));
   setAccessibleName(QStringLiteral("Drive"));
+  setAccessibleDescription(QStringLiteral("Drive"));  // where the name is the one that is chosen
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   connect(this, &QComboBox::activated, this, &DriveList::Change);
 }
@@ -136,6 +139,11 @@ void DirList::AddFolder(const QString& name, const QString& path, int depth) {
   item->setData(Qt::AccessibleTextRole, name);
 }
 
+void DirList::focusInEvent(QFocusEvent* event) {
+  QListWidget::focusInEvent(event);
+  TellFocus(*this, currentRow());
+}
+
 // Enter would otherwise be the default button's.
 void DirList::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -155,6 +163,11 @@ FileList::FileList(QWidget* parent) : QListWidget(parent) {
   });
   connect(this, &QListWidget::itemClicked, this, &FileList::Click);
   connect(this, &QListWidget::itemDoubleClicked, this, &FileList::DblClick);
+}
+
+void FileList::focusInEvent(QFocusEvent* event) {
+  QListWidget::focusInEvent(event);
+  if (!FileName().isEmpty()) TellFocus(*this, currentRow());
 }
 
 QString FileList::FileName() const {

@@ -54,6 +54,7 @@ class DirList : public QListWidget {
   void Change();
 
  protected:
+  void focusInEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
@@ -92,6 +93,9 @@ class FileList : public QListWidget {
   void DblClick();
   // SetFileName opened a folder or applied a pattern: the files listed are those of the pattern.
   void PatternChange();
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
 
  private:
   QString path_;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/desktop/accessibility.h"
 #include "platform/desktop/twips.h"
 #include "platform/numbers.h"
 
@@ -221,6 +222,8 @@ void FileToImportDialog::ChangeFileName() {
   // What is typed next takes the text's place.
   TxtFileToImport->selectAll();
   SlctDir->SetPath(SlctFile->Path());
+  // Qt has told that the folder has it.
+  TellFocus(*TxtFileToImport);
 }
 
 void FileToImportDialog::BtnOK_Click() {

@@ -168,6 +168,8 @@ void RecordsToImportDialog::ShowFieldData() {
     const QString value = OneLine(fields[i]);
     const QString shown = label.fontMetrics().elidedText(value, Qt::ElideRight, width);
     label.SetPlainText(shown);
+    CboFieldName.at(i)->setAccessibleDescription(
+        QStringLiteral("Field %1: %2").arg(i + 1).arg(value));
     const QString hint = QStringLiteral("<p>%1</p>").arg(value.toHtmlEscaped());
     label.setToolTip(shown == value ? QString() : hint);
   }

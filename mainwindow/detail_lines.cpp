@@ -88,7 +88,9 @@ void MainDialog::Label_MouseMove(int index) {
 void MainDialog::GoToLine(int index, int step) {
   for (int i = index; i >= NameLine && i <= NotesLine; i += step) {
     if (!Label.at(static_cast<std::size_t>(i))->isEnabled()) continue;
+    Label.at(static_cast<std::size_t>(keyLine_))->SetHasKeyboard(false);
     keyLine_ = i;
+    Label.at(static_cast<std::size_t>(i))->SetHasKeyboard(true);
     Label_MouseMove(i);
     return;
   }

@@ -49,9 +49,12 @@ void MainDialog::ConnectFind() {
   connect(&SearchResultTimer, &QTimer::timeout, this, [this] { Highlight(-1); });
 }
 
-void MainDialog::SetBtnFind(const QString& caption) {
+void MainDialog::SetBtnFind(const QString& caption, const QString& found) {
   BtnFind->setText(caption);
   btnFindTag_ = caption;
+  for (QWidget* control : std::initializer_list<QWidget*>{TxtFind, BtnFind, CboSrchIn}) {
+    if (control->accessibleDescription() != found) control->setAccessibleDescription(found);
+  }
 }
 
 void MainDialog::TxtFind_GotFocus() {
@@ -113,8 +116,10 @@ void MainDialog::ShowFound() {
   LstNames->SetListIndex(shared_.CurListIndex);
   // What has just been found could be read.
   static_cast<void>(LstNames_Click());
-  Label.at(foundLine_)->SetTextColour(DetailLabel::Colour::Found);
-  SetBtnFind(QStringLiteral("Find Next"));
+  DetailLabel* line = Label.at(foundLine_);
+  line->SetTextColour(DetailLabel::Colour::Found);
+  const QString name = LstNames->currentIndex().data().toString();
+  SetBtnFind(QStringLiteral("Find Next"), name + QStringLiteral(". ") + line->accessibleName());
   SearchResultTimer.start();
 }
 

@@ -176,11 +176,21 @@ bool MainDialog::MouseDown(const QObject* control, const QMouseEvent& event) {
 }
 
 void MainDialog::FocusChange(const QObject* control, const QFocusEvent& event) {
-  if (event.reason() == Qt::PopupFocusReason) return;
+  if (event.reason() == Qt::PopupFocusReason) {
+    if (control == DetailsPanel && event.gotFocus()) {
+      Label.at(static_cast<std::size_t>(keyLine_))->SetHasKeyboard(true);
+    }
+    return;
+  }
   if (control == DetailsPanel) {
     if (event.gotFocus()) {
-      GoToLine(NameLine, 1);
+      // Coming back from another window the user goes on where he was.
+      const bool isByTab =
+          event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason;
+      const bool goesOn = !isByTab && Label.at(static_cast<std::size_t>(keyLine_))->isEnabled();
+      GoToLine(goesOn ? keyLine_ : NameLine, 1);
     } else {
+      Label.at(static_cast<std::size_t>(keyLine_))->SetHasKeyboard(false);
       EndHighlight();
       SetPanel(1, QString());
     }

@@ -141,8 +141,9 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   std::string LineWithPrefix(std::size_t line) const;
 
   void ConnectFind();
-  // Its caption, which is its hint as well.
-  void SetBtnFind(const QString& caption);
+  // Its caption, which is its hint as well; and what was found, for those who cannot see it while
+  // the focus stays where they search.
+  void SetBtnFind(const QString& caption, const QString& found = {});
   void TxtFind_GotFocus();
   // The text to find, or where to search.
   void FindBox_LostFocus();

@@ -34,6 +34,7 @@ void MainDialog::MakeDetails() {
   }
   Notes = new QLabel(QStringLiteral("Notes"));
   Notes->setObjectName(QStringLiteral("Notes"));
+  Notes->setBuddy(Label[NotesLine]);
 }
 
 void MainDialog::MakeCopyBoxes() {
@@ -86,6 +87,7 @@ void MainDialog::MakeFind() {
   CboSrchIn = new QComboBox;
   CboSrchIn->setObjectName(QStringLiteral("CboSrchIn"));
   CboSrchIn->setAccessibleName(QStringLiteral("Search in"));
+  SrchInLabel->setBuddy(CboSrchIn);
   CboSrchIn->addItems({QStringLiteral("Name only"), QStringLiteral("Company only"),
                        QStringLiteral("Name, Title, & Company"), QStringLiteral("All fields")});
   CboSrchIn->setCurrentIndex(-1);

@@ -29,6 +29,7 @@ std::array<QAction*, N> AddArray(QMenu& menu, const QString& name, const QString
 QMenu* AddSubmenu(QMenu& menu, const QString& name, const QString& caption) {
   QMenu* submenu = menu.addMenu(caption);
   submenu->setObjectName(name);
+  submenu->setAccessibleName(caption);
   return submenu;
 }
 
@@ -53,6 +54,7 @@ QuillMnu::QuillMnu() {
 
 void QuillMnu::MakeNameStyle() {
   MnuNameStyle.setObjectName(QStringLiteral("MnuNameStyle"));
+  MnuNameStyle.setAccessibleName(QStringLiteral("Name style"));
   for (int i = 0; i < 4; ++i) {
     QAction* item =
         AddItem(MnuNameStyle, QStringLiteral("MnuNameStyleArray(%1)").arg(i), QString());
@@ -69,6 +71,7 @@ void QuillMnu::MakeNameStyle() {
 void QuillMnu::MakeLstNames() {
   QMenu& menu = MnuLstNames;
   menu.setObjectName(QStringLiteral("MnuLstNames"));
+  menu.setAccessibleName(QStringLiteral("Names"));
 
   MnuCopy = AddSubmenu(menu, QStringLiteral("MnuCopy"), QStringLiteral("Copy"));
   MnuCopyArray = AddArray(*MnuCopy, QStringLiteral("MnuCopyArray"),

@@ -4,8 +4,20 @@
 #include <QPainter>
 #include <QTextDocument>
 #include <QToolTip>
+#include <utility>
+
+#include "platform/desktop/accessibility.h"
 
 namespace quillary {
+
+StatusPanel::StatusPanel(QString caption) : caption_(std::move(caption)) {
+  SetText({});
+}
+
+void StatusPanel::SetText(const QString& text) {
+  setText(text);
+  SetAccessibleText(*this, caption_, text);
+}
 
 QString StatusPanel::Shown() const {
   return fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width() - 2 * margin());
@@ -29,6 +41,7 @@ void StatusPanel::paintEvent(QPaintEvent* /*event*/) {
 
 StatusBar::StatusBar(const QString& name) {
   setObjectName(name);
+  setAccessibleName(QStringLiteral("Status"));
   // It is told where the mouse is, and so are the panels, which pass it on.
   setMouseTracking(true);
   // The longest text of each panel that must always be read whole; the hint takes what is left.
@@ -37,9 +50,8 @@ StatusBar::StatusBar(const QString& name) {
   const std::array<QString, 4> names{QStringLiteral("Hint"), QStringLiteral("Position"),
                                      QStringLiteral("List order"), QStringLiteral("Filter")};
   for (std::size_t i = 0; i < panels_.size(); ++i) {
-    auto* panel = new StatusPanel;
+    auto* panel = new StatusPanel(names.at(i));
     panel->setObjectName(QStringLiteral("Panel(%1)").arg(i + 1));
-    panel->setAccessibleName(names.at(i));
     panel->setTextFormat(Qt::PlainText);
     panel->setFrameStyle(QFrame::Panel | QFrame::Sunken);
     panel->setMargin(2);
@@ -63,7 +75,7 @@ StatusBar::StatusBar(const QString& name) {
 }
 
 void StatusBar::SetPanel(int panel, const QString& text) {
-  At(panel)->setText(text);
+  At(panel)->SetText(text);
 }
 
 QString StatusBar::Panel(int panel) const {

@@ -13,7 +13,10 @@ class StatusPanel : public QLabel {
   Q_OBJECT
 
  public:
-  using QLabel::QLabel;
+  // `caption` says what it shows to those who cannot see where it stands.
+  explicit StatusPanel(QString caption);
+
+  void SetText(const QString& text);
 
  protected:
   bool event(QEvent* event) override;
@@ -22,6 +25,8 @@ class StatusPanel : public QLabel {
  private:
   // What is painted of the text.
   QString Shown() const;
+
+  QString caption_;
 };
 
 // Four panels: 1 a hint or message, 2 the position in the list, 3 the list order, 4 the filter.

@@ -88,6 +88,7 @@ QGroupBox* SetupDialog::MakePrefixFrame() {
   int label = 1;
   const auto add = [&](const QString& caption, QWidget* control) {
     auto* heading = Named(new QLabel(caption), QStringLiteral("Label%1").arg(label++));
+    heading->setBuddy(control);
     lines->addRow(heading, control);
   };
   lines->addRow(ChkUsePrefix);

@@ -4,6 +4,7 @@
 #include "auxiliary/pictures.h"
 #include "main/end_signals.h"
 #include "main/main.h"
+#include "platform/desktop/accessibility.h"
 #include "platform/desktop/raise_window.h"
 #include "platform/desktop/single_instance.h"
 #include "platform/disk.h"
@@ -61,5 +62,6 @@ int main(int argc, char* argv[]) {
   QApplication::setDesktopFileName(QStringLiteral("quillary"));
   QApplication::setWindowIcon(QuillIcon());
   QApplication::setQuitOnLastWindowClosed(false);
+  InstallAccessibleRoles();
   return Run(application, endSignals);
 }
