@@ -11,6 +11,7 @@ CheckPackages=(
   xvfb xauth openbox x11-utils xdotool xclip python3
   libreoffice-writer python3-uno
   desktop-file-utils appstream
+  dbus at-spi2-core gir1.2-atspi-2.0 python3-pyatspi
 )
 
 # Installs those of the named packages that are not there. Needs root or sudo only then.
