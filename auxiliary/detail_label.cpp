@@ -118,17 +118,19 @@ bool DetailLabel::event(QEvent* event) {
   return true;
 }
 
+QColor DetailLabel::Pen() const {
+  const bool isDark = palette().color(backgroundRole()).lightness() < 128;
+  if (colour_ == Colour::Found) return isDark ? QColor(255, 150, 150) : QColor(255, 0, 0);
+  if (colour_ == Colour::Highlighted && isEnabled()) {
+    return isDark ? QColor(160, 190, 255) : QColor(0, 0, 192);
+  }
+  const bool isGrey = !isEnabledTo(window());
+  return palette().color(isGrey ? QPalette::Disabled : QPalette::Active, foregroundRole());
+}
+
 void DetailLabel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  if (colour_ == Colour::Found) {
-    painter.setPen(QColor(255, 0, 0));
-  } else if (colour_ == Colour::Highlighted && isEnabled()) {
-    painter.setPen(QColor(0, 0, 192));
-  } else {
-    const bool isGrey = !isEnabledTo(window());
-    painter.setPen(
-        palette().color(isGrey ? QPalette::Disabled : QPalette::Active, QPalette::WindowText));
-  }
+  painter.setPen(Pen());
   if (shape_ == Shape::Block) {
     PaintBlock(painter);
     return;

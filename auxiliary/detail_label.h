@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QString>
@@ -20,7 +21,8 @@ class DetailLabel : public QLabel {
 
  public:
   enum class Shape { OneLine, Block };
-  // That of other labels, dark blue, red. A disabled line has that of disabled labels or is red.
+  // That of other labels, dark blue, red; on a dark ground the two are light ones. A disabled line
+  // has that of disabled labels or is red.
   enum class Colour { Normal, Highlighted, Found };
 
   DetailLabel(const QString& name, QString heading, Shape shape);
@@ -49,6 +51,7 @@ class DetailLabel : public QLabel {
 
  private:
   int LineHeight() const;
+  QColor Pen() const;
   void PaintBlock(QPainter& painter);
 
   QString heading_;

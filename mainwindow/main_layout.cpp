@@ -14,12 +14,7 @@ void MainDialog::MakeDetails() {
   DetailsPanel->setObjectName(QStringLiteral("DetailsPanel"));
   DetailsPanel->setAccessibleName(QStringLiteral("Details"));
   DetailsPanel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-  // The lines are black or dark blue whatever colours the desktop has.
-  QPalette white = DetailsPanel->palette();
-  white.setColor(QPalette::Window, Qt::white);
-  white.setColor(QPalette::Active, QPalette::WindowText, Qt::black);
-  white.setColor(QPalette::Inactive, QPalette::WindowText, Qt::black);
-  DetailsPanel->setPalette(white);
+  DetailsPanel->setBackgroundRole(QPalette::Base);
   DetailsPanel->setAutoFillBackground(true);
 
   for (std::size_t i = 0; i < Label.size(); ++i) {

@@ -7,6 +7,8 @@
 #include <QSignalSpy>
 #include <QToolTip>
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "tests/support/data_set.h"
 #include "tests/support_qt/main_fixture.h"
@@ -320,6 +322,43 @@ TEST_F(MainDialogTest, NamesAndDetailsAreLegibleUnderADialog) {
   EXPECT_EQ(darkest(Label(0)), detail);
   Label(0).setEnabled(false);
   EXPECT_GT(darkest(Label(0)), detail + 50);
+}
+
+TEST_F(MainDialogTest, DetailsAreLegibleOnLightAndDarkGround) {
+  // Of the ground and what differs most from it, as for the accessibility of web pages.
+  const auto contrast = [this] {
+    const auto luminance = [](QRgb rgb) {
+      const auto linear = [](int value) { return std::pow(value / 255.0, 2.2); };
+      return 0.2126 * linear(qRed(rgb)) + 0.7152 * linear(qGreen(rgb)) +
+             0.0722 * linear(qBlue(rgb));
+    };
+    const QImage image = Widget("DetailsPanel").grab(Label(0).geometry()).toImage();
+    const double ground = luminance(image.pixel(image.width() - 1, 0));
+    double most = 1;
+    for (int x = 0; x < image.width(); ++x) {
+      for (int y = 0; y < image.height(); ++y) {
+        const double text = luminance(image.pixel(x, y));
+        most = std::max(most, (std::max(text, ground) + 0.05) / (std::min(text, ground) + 0.05));
+      }
+    }
+    return most;
+  };
+  Add({{LastName, "Lee"}});
+  Show();
+  const std::array<std::pair<QColor, QColor>, 3> looks{
+      {{Qt::white, Qt::black}, {QColor(61, 61, 61), Qt::white}, {Qt::black, Qt::lightGray}}};
+  for (const auto& [ground, text] : looks) {
+    QPalette palette = Main.palette();
+    palette.setColor(QPalette::Base, ground);
+    palette.setColor(QPalette::Text, text);
+    Main.setPalette(palette);
+    EXPECT_GE(contrast(), 4.5) << ground.value();
+    Label(0).SetTextColour(DetailLabel::Colour::Highlighted);
+    EXPECT_GE(contrast(), 4.5) << ground.value();
+    Label(0).SetTextColour(DetailLabel::Colour::Found);
+    EXPECT_GE(contrast(), 3.9) << ground.value();  // that of red on white
+    Label(0).SetTextColour(DetailLabel::Colour::Normal);
+  }
 }
 
 TEST_F(MainDialogTest, TheToolTipTellsALineThatDoesNotFit) {
