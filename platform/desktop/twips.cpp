@@ -10,7 +10,11 @@
 namespace quillary {
 namespace {
 
-constexpr int kTextBoxTwips = 285;
+// A length as it was designed and as the font needs it.
+struct Measure {
+  int Twips;
+  int Pixels;
+};
 
 // A text box's own size hint, without the cost of making one at each call.
 int TextBoxHeight() {
@@ -26,6 +30,19 @@ int TextBoxHeight() {
   return style->sizeFromContents(QStyle::CT_LineEdit, &option, QSize(text, text)).height();
 }
 
+// The longest label beside a text box, up to the box less a gap.
+int LabelWidth() {
+  return QFontMetrics(QApplication::font("QLabel")).horizontalAdvance(QStringLiteral("Company"));
+}
+
+// The one that asks for more pixels for a twip: large fonts are wide for their text boxes, whose
+// frames do not grow.
+Measure Scale() {
+  const Measure textBox{285, TextBoxHeight()};
+  const Measure label{780, LabelWidth()};
+  return textBox.Pixels * label.Twips >= label.Pixels * textBox.Twips ? textBox : label;
+}
+
 // To the nearest whole number; halves away from zero.
 int Divide(int dividend, int divisor) {
   const int half = dividend < 0 ? -divisor / 2 : divisor / 2;
@@ -35,11 +52,13 @@ int Divide(int dividend, int divisor) {
 }  // namespace
 
 int Px(int twips) {
-  return Divide(twips * TextBoxHeight(), kTextBoxTwips);
+  const Measure scale = Scale();
+  return Divide(twips * scale.Pixels, scale.Twips);
 }
 
 int Twips(int pixels) {
-  return Divide(pixels * kTextBoxTwips, TextBoxHeight());
+  const Measure scale = Scale();
+  return Divide(pixels * scale.Twips, scale.Pixels);
 }
 
 void Place(QWidget& control, int left, int top, int width, int height) {

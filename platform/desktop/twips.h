@@ -6,7 +6,8 @@
 namespace quillary {
 
 // Pixels for a length in twips (1/1440 inch at design time): twips times one factor, which makes a
-// text box of 285 twips as high as the desktop's font needs. Rounded to a whole pixel.
+// text box of 285 twips at least as high, and a label of 780 twips as wide, as the desktop's font
+// needs. Rounded to a whole pixel.
 int Px(int twips);
 // The reverse.
 int Twips(int pixels);
