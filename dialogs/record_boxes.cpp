@@ -17,7 +17,7 @@ namespace {
 // All in twips, inside the frame.
 constexpr int kBoxHeight = 285;
 constexpr int kNotesHeight = 495;
-constexpr int kLabelTop = 60;  // below the top of its box, in whose middle its text is
+constexpr int kLabelTop = 60;  // of a label below the box in whose middle its text is
 
 struct BoxPlace {
   const char* AccessibleName;
@@ -93,8 +93,7 @@ void RecordBoxes::MakeLabels() {
   for (const LabelPlace& place : kLabels) {
     auto* label = new QLabel(QString::fromLatin1(place.Caption), this);
     label->setObjectName(QStringLiteral("Label%1").arg(number++));
-    Place(*label, 120, place.Top, 810, 2 * (kBoxHeight / 2 - kLabelTop));
-    label->resize(label->width(), std::max(label->height(), label->fontMetrics().height()));
+    Place(*label, 120, place.Top - kLabelTop, 810, kBoxHeight);
   }
 }
 
