@@ -31,11 +31,11 @@ AboutDialog::AboutDialog(SharedData& shared, Hub& hub)
 
   auto* BtnOK = new QPushButton(QStringLiteral("OK"), this);
   BtnOK->setObjectName(QStringLiteral("BtnOK"));
-  Place(*BtnOK, 2070, 1860, 1215, 375);
+  Place(*BtnOK, 1072, 1860, 1215, 375);
   connect(BtnOK, &QPushButton::clicked, this, &Form::Unload);
   auto* BtnCancel = new QPushButton(QStringLiteral("Cancel"), this);
   BtnCancel->setObjectName(QStringLiteral("BtnCancel"));
-  Place(*BtnCancel, 3465, 1860, 1215, 375);
+  Place(*BtnCancel, 2572, 1860, 1215, 375);
   connect(BtnCancel, &QPushButton::clicked, this, &Form::Unload);
   SetDefaultButton(BtnOK);
   SetCancelButton(BtnCancel);

@@ -72,11 +72,11 @@ TipOfDay::TipOfDay(SharedData& shared, Profile& profile, Hub& hub, MsgBoxSnglTxt
 
   BtnNext = new QPushButton(QStringLiteral("Next Tip"), this);
   BtnNext->setObjectName(QStringLiteral("BtnNext"));
-  Place(*BtnNext, 3210, 2835, 1215, 375);
+  Place(*BtnNext, 1642, 2835, 1215, 375);
   connect(BtnNext, &QPushButton::clicked, this, &TipOfDay::BtnNext_Click);
   BtnOK = new QPushButton(QStringLiteral("Close"), this);
   BtnOK->setObjectName(QStringLiteral("BtnOK"));
-  Place(*BtnOK, 4605, 2835, 1215, 375);
+  Place(*BtnOK, 3142, 2835, 1215, 375);
   connect(BtnOK, &QPushButton::clicked, this, &TipOfDay::BtnOK_Click);
 
   setTabOrder(ChkTips, BtnNext);

@@ -62,6 +62,9 @@ FilterDialog::FilterDialog(SharedData& shared, Records& records, Hub& hub, Perce
 void FilterDialog::LayOut() {
   auto* frame = new QGroupBox;
   auto* grid = new QGridLayout(frame);
+  grid->setContentsMargins(Px(120), Px(180), Px(180), Px(180));
+  grid->setHorizontalSpacing(Px(60));
+  grid->setVerticalSpacing(Px(75));
   grid->addWidget(MakeLabel(QStringLiteral("Name")), 0, 0);
   grid->addWidget(criteria_[0], 0, 1);
   grid->addWidget(criteria_[1], 0, 2);
@@ -72,19 +75,25 @@ void FilterDialog::LayOut() {
     grid->addWidget(MakeLabel(labels.at(i)), row, 0);
     grid->addWidget(criteria_.at(i + 2), row, 1, 1, 2);
   }
-  grid->setColumnMinimumWidth(1, Px(1500));
-  grid->setColumnMinimumWidth(2, Px(1500));
+  grid->setColumnMinimumWidth(0, Px(780));
+  grid->setColumnMinimumWidth(1, Px(1545));
+  grid->setColumnMinimumWidth(2, Px(1545));
 
   auto* buttons = new QHBoxLayout;
   buttons->addStretch(1);
-  buttons->addWidget(BtnOK);
-  buttons->addSpacing(Px(120));
-  buttons->addWidget(BtnCancel);
+  buttons->setSpacing(Px(285));
+  for (QPushButton* button : {BtnOK, BtnCancel}) {
+    button->setMinimumSize(Px(1215), Px(375));
+    buttons->addWidget(button);
+  }
   buttons->addStretch(1);
 
-  grid->addLayout(buttons, static_cast<int>(labels.size()) + 1, 0, 1, 3);
+  const int below = static_cast<int>(labels.size()) + 1;
+  grid->setRowMinimumHeight(below, Px(30));
+  grid->addLayout(buttons, below + 1, 0, 1, 3);
 
   auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(Px(180), Px(120), Px(180), Px(180));
   layout->addWidget(frame);
   layout->setSizeConstraint(QLayout::SetFixedSize);
 }

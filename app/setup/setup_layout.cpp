@@ -148,6 +148,7 @@ void SetupDialog::LayOut() {
   BtnCancel = Named(new QPushButton(QStringLiteral("Cancel")), QStringLiteral("BtnCancel"));
   grid->addWidget(ChkTips, 3, 0, 1, 2);
   auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(Px(285));
   buttons->addStretch(1);
   for (QPushButton* button : {BtnOK, BtnCancel}) {
     button->setMinimumSize(Px(1215), Px(375));
