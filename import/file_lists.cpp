@@ -97,7 +97,6 @@ void DriveList::showPopup() {
 DirList::DirList(QWidget* parent) : QListWidget(parent) {
   setObjectName(QStringLiteral("SlctDir"));
   setAccessibleName(QStringLiteral("Folders"));
-  setUniformItemSizes(true);
   connect(this, &QListWidget::itemDoubleClicked, this,
           [this](QListWidgetItem* item) { Open(*item); });
 }
@@ -158,6 +157,7 @@ FileList::FileList(QWidget* parent) : QListWidget(parent) {
   setObjectName(QStringLiteral("SlctFile"));
   setAccessibleName(QStringLiteral("Files"));
   setUniformItemSizes(true);
+  setTextElideMode(Qt::ElideMiddle);  // the end tells what kind of file it is
   connect(this, &QListWidget::itemSelectionChanged, this, [this] {
     if (!FileName().isEmpty()) Q_EMIT Click();
   });
