@@ -80,7 +80,7 @@ void RecordsToImportDialog::MakeInstructions() {
   Place(*frame, kMargin, 120, kWidth - 2 * kMargin, 1230);
   for (std::size_t i = 0; i < texts.size(); ++i) {
     auto* label = new PlainLabel(frame, QStringLiteral("Label%1").arg(i + 1), texts.at(i));
-    Place(*label, 180, 120 + static_cast<int>(i) * 255, kWidth - 2 * kMargin - 360, 255);
+    Place(*label, 90, 120 + static_cast<int>(i) * 255, kWidth - 2 * kMargin - 180, 255);
   }
 }
 

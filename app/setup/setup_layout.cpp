@@ -85,6 +85,7 @@ QGroupBox* SetupDialog::MakePrefixFrame() {
   auto* frame = MakeFrame(QStringLiteral("PrefixFrame"), QStringLiteral(" Prefix "));
   auto* lines = new QFormLayout(frame);
   lines->setRowWrapPolicy(QFormLayout::DontWrapRows);
+  lines->setHorizontalSpacing(Px(120));
   int label = 1;
   const auto add = [&](const QString& caption, QWidget* control) {
     auto* heading = Named(new QLabel(caption), QStringLiteral("Label%1").arg(label++));
