@@ -13,6 +13,10 @@ CheckPackages=(
   desktop-file-utils appstream
   dbus at-spi2-core gir1.2-atspi-2.0 python3-pyatspi
 )
+ScreenshotPackages=(
+  xvfb openbox x11-utils x11-xserver-utils xdotool python3
+  imagemagick qt6ct pngquant optipng
+)
 
 # Installs those of the named packages that are not there. Needs root or sudo only then.
 InstallMissing() {

@@ -37,11 +37,11 @@ FIRST_DELETED = (0.7, 0.065)
 class Desktop:
     """An X server with a window manager."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, screen="1024x768x24"):
         self.folder = folder
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1024x768x24"],
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", screen],
             pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
