@@ -57,6 +57,10 @@ RunTimeError TracedDisk::SyncAll(const std::vector<int>& handles) {
   return error;
 }
 
+RunTimeError TracedDisk::Link(const std::string& from, const std::string& to) {
+  return Note(FaultDisk::Link(from, to), {Step::Link, 0, from, to});
+}
+
 RunTimeError TracedDisk::Rename(const std::string& from, const std::string& to) {
   return Note(FaultDisk::Rename(from, to), {Step::Rename, 0, from, to});
 }
@@ -117,6 +121,8 @@ void DiskModel::Apply(const DiskChange& change) {
     }
     case Step::MakeFolder:
       return Change({FolderOf(name + '/'), {}, name + '/', 0});
+    case Step::Link:
+      return Change({FolderOf(Below(change.To)), {}, Below(change.To), now_.at(name)});
     case Step::Rename:
       return Change({FolderOf(name), name, Below(change.To), now_.at(name)});
     case Step::Remove:

@@ -13,7 +13,7 @@ namespace quillary::test {
 
 // One change that a program has made to files, or had the disk make sure of.
 struct DiskChange {
-  enum class Step { Make, Write, Sync, MakeFolder, Rename, Remove, SyncFolder };
+  enum class Step { Make, Write, Sync, MakeFolder, Link, Rename, Remove, SyncFolder };
 
   Step What;
   int File = 0;           // its number, for the first three; 0: the one at Path
@@ -31,6 +31,7 @@ class TracedDisk : public FaultDisk {
   RunTimeError Write(int handle, std::string_view bytes) override;
   RunTimeError Sync(int handle) override;
   RunTimeError SyncAll(const std::vector<int>& handles) override;
+  RunTimeError Link(const std::string& from, const std::string& to) override;
   RunTimeError Rename(const std::string& from, const std::string& to) override;
   RunTimeError Remove(const std::string& path) override;
   RunTimeError MakeFolder(const std::string& path) override;
