@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include "platform/desktop/accessibility.h"
+
 namespace quillary {
 namespace {
 
@@ -70,6 +72,7 @@ void DialList::focusInEvent(QFocusEvent* event) {
   QListWidget::focusInEvent(event);
   // The view makes the first item the current one, and the arrow keys would leave it behind.
   if (event->reason() != Qt::MouseFocusReason && selectedItems().isEmpty()) setCurrentRow(-1);
+  if (currentRow() >= 0) TellFocus(*this, currentRow());
 }
 
 void DialList::keyPressEvent(QKeyEvent* event) {

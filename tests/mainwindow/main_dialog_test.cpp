@@ -256,6 +256,10 @@ TEST_F(MainDialogTest, TheKeyboardGoesFromLineToLineAndClicks) {
   PressKey(Main, Qt::Key_Down);
   PressKey(Main, Qt::Key_Return, Qt::ShiftModifier);
   EXPECT_EQ(Clipboard(), "1");
+  // A dialog comes and goes.
+  Main.EnableMain(false);
+  Main.EnableMain(true);
+  EXPECT_EQ(Label(8).TextColour(), DetailLabel::Colour::Highlighted);
   PressKey(Main, Qt::Key_Tab);
   EXPECT_EQ(Label(8).TextColour(), DetailLabel::Colour::Normal);
   EXPECT_EQ(Panel(1), "");
