@@ -120,6 +120,7 @@ void ListBox::currentChanged(const QModelIndex& current, const QModelIndex& prev
     QListView::currentChanged(current, previous);
   } else {
     // That one would tell assistive technologies that the line has the focus.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::currentChanged(current, previous);
   }
 }

@@ -3,6 +3,8 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QPointer>
+#include <QTimer>
 
 namespace quillary {
 namespace {
@@ -36,13 +38,12 @@ void SetAccessibleText(QWidget& control, const QString& caption, const QString& 
 
 void TellFocus(QWidget& control, int child) {
   if (!QAccessible::isActive()) return;
-  const auto tell = [&control, child] {
-    if (!HasFocusWithin(control)) return;
-    QAccessibleEvent focus(&control, QAccessible::Focus);
+  QTimer::singleShot(0, [control = QPointer<QWidget>(&control), child] {
+    if (control.isNull() || !HasFocusWithin(*control)) return;
+    QAccessibleEvent focus(control, QAccessible::Focus);
     focus.setChild(child);
     QAccessible::updateAccessibility(&focus);
-  };
-  QMetaObject::invokeMethod(&control, tell, Qt::QueuedConnection);
+  });
 }
 
 }  // namespace quillary
