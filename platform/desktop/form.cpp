@@ -9,6 +9,7 @@
 
 #include "platform/desktop/menu_key.h"
 #include "platform/desktop/placement.h"
+#include "platform/desktop/raise_window.h"
 #include "platform/desktop/twips.h"
 
 namespace quillary {
@@ -82,7 +83,7 @@ void Form::ShowForm() {
   if (!isVisible()) PrepareToShow(owner_);
   show();
   raise();
-  activateWindow();
+  if (AcceptsFocus(*this)) activateWindow();
 }
 
 void Form::ShowModal() {
@@ -139,7 +140,9 @@ void Form::SetCancelButton(QPushButton* button) {
 
 void Form::MakePanel() {
   closable_ = false;
-  setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+  // Shown for a moment only, it may be hidden when the window system tells that it has the
+  // keyboard, and Qt would go on sending it what is typed.
+  setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
 }
 
 void Form::WaitUntilSeen() {

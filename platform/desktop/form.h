@@ -66,7 +66,8 @@ class Form : public QDialog {
   // take it. May be null.
   virtual QWidget* FirstControl() const;
 
-  // A window without a title bar that only the program itself can close.
+  // A window without a title bar that only the program itself can close, and that does not take the
+  // keyboard.
   void MakePanel();
   // Runs events, other than the user's and those of sockets, until the form is painted on the
   // screen, for a short time at most. For forms that are shown right before work that runs no

@@ -12,12 +12,16 @@ QWidget& InputWindow(QWidget& window) {
   for (QWidget* other : QApplication::topLevelWidgets()) {
     const QWindow* handle = other->windowHandle();
     const bool inFront = handle != nullptr && handle->transientParent() == window.windowHandle();
-    if (inFront && other->isVisible() && other->isEnabled()) return *other;
+    if (inFront && other->isVisible() && other->isEnabled() && AcceptsFocus(*other)) return *other;
   }
   return window;
 }
 
 }  // namespace
+
+bool AcceptsFocus(const QWidget& window) {
+  return !window.windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus);
+}
 
 void RaiseWindow(QWidget& window) {
   if (!window.isVisible()) return;
@@ -25,7 +29,7 @@ void RaiseWindow(QWidget& window) {
   window.raise();
   QWidget& input = InputWindow(window);
   input.raise();
-  input.activateWindow();
+  if (AcceptsFocus(input)) input.activateWindow();
 }
 
 }  // namespace quillary
