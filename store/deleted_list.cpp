@@ -56,9 +56,10 @@ class Records::DeletedList {
 
   // The next record on the way from the first one; nothing at the end, be it a proper one or not.
   std::optional<ProfileText::Section> Go(std::string& recNo) {
-    recNo = next_;
+    const std::string previous = std::exchange(recNo, next_);
     const std::optional<ProfileText::Section> record = Find(recNo);
-    if (!record || !seen_.insert(recNo).second) return std::nullopt;
+    if (!record || !Belongs(recNo, seen_.empty() ? std::string() : previous)) return std::nullopt;
+    if (!seen_.insert(recNo).second) return std::nullopt;
     next_ = Link(*record, "NextDel");
     return record;
   }
@@ -85,6 +86,23 @@ class Records::DeletedList {
       if (!live.contains(recNo) && !seen_.contains(recNo) && Find(recNo)) strays.push_back(recNo);
     }
     return strays;
+  }
+  // Whether a record that follows `previous` (empty: the first) belongs there: a link that is out
+  // of date may lead to one that has become live.
+  bool Belongs(const std::string& recNo, const std::string& previous) {
+    const std::optional<ProfileText::Section> record = Find(recNo);
+    return record && (Link(*record, "PrevDel") == previous || LooksDeleted(recNo));
+  }
+  // Whether the record has no more links of live records than of deleted ones.
+  bool LooksDeleted(const std::string& recNo) {
+    const std::optional<ProfileText::Section> record = Find(recNo);
+    const auto linked = [&](std::initializer_list<std::string_view> keys) {
+      return std::count_if(keys.begin(), keys.end(),
+                           [&](std::string_view key) { return !Link(*record, key).empty(); });
+    };
+    return record &&
+           linked({"PrevDel", "NextDel"}) >=
+               linked({NameChain.Prev, NameChain.Next, CompanyChain.Prev, CompanyChain.Next});
   }
   // How many there are besides those that were found, in files that are missing: the count tells.
   int Hidden(std::size_t found) {
@@ -150,7 +168,7 @@ void Records::ReadDeletedNamesList() {
   std::string recNo;
   const auto take = [&](const ProfileText::Section& record) {
     names.push_back({{}, record.Value(key).value_or(std::string()), recNo});
-    progress_.Step(static_cast<double>(names.size()) / data_.DelCount * 100);
+    progress_.Step(std::min(static_cast<double>(names.size()) / data_.DelCount, 1.0) * 100);
   };
   while (names.size() < count) {
     const auto record = list.Go(recNo);
@@ -160,7 +178,7 @@ void Records::ReadDeletedNamesList() {
   if (names.size() < count) {
     for (const std::string& stray : list.Strays()) {
       recNo = stray;
-      if (names.size() < count) take(*list.Find(recNo));
+      if (names.size() < MaxDeletedListed) take(*list.Find(recNo));
     }
   }
 
@@ -181,11 +199,17 @@ void Records::ReadDeletedNamesList() {
   progress_.End();
 }
 
-// Those that the list leads to; `isShort`: more are counted.
-RunTimeError Records::ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers, bool& isShort) {
+// Those that the list leads to, and, if more are counted, those that look as if they belonged to
+// it.
+RunTimeError Records::ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers) {
   DeletedList list(*this);
   for (const auto& recNo : list.Way()) numbers.insert(ToInt32(recNo));
-  isShort = list.IsShort();
+  if (list.IsShort()) {
+    const NumberRange given = GivenNumbers();
+    for (std::int32_t number = given.Begin; number < given.End; ++number) {
+      if (list.LooksDeleted(NumberText(number))) numbers.insert(number);
+    }
+  }
   return list.Error();
 }
 
@@ -196,12 +220,13 @@ std::string Records::EndOfDeletedList() {
   return list.End();
 }
 
-// All links of the deleted list anew; `end`: what follows the last record.
+// All links of the deleted records anew; `end`: what follows the last record.
 void Records::NoteDeletedLinks(const std::vector<std::string>& recNos, const std::string& end) {
   std::string previous;
   for (std::size_t i = 0; i < recNos.size(); ++i) {
     const std::array<EntryValue, 2> links{
         {{"PrevDel", previous}, {"NextDel", i + 1 < recNos.size() ? recNos[i + 1] : end}}};
+    ClearLinks(recNos[i]);
     Note(RecordFile(recNos[i]), RecordSection(recNos[i]), links);
     previous = recNos[i];
   }
@@ -212,7 +237,7 @@ void Records::NoteDeletedLinks(const std::vector<std::string>& recNos, const std
 RunTimeError Records::AddToDeletedList(const std::string& recNo, int count) {
   DeletedList list(*this);
   const std::string& first = list.First();
-  const bool isThere = first != recNo && list.Find(first);
+  const bool isThere = first != recNo && list.Belongs(first, {});
   const bool isHidden = !isThere && list.IsHidden(first);
   std::vector<std::string> strays;
   if (isThere && count < 1) {
@@ -255,7 +280,7 @@ RunTimeError Records::RemoveFromDeletedList(std::string_view RecNo) {
   NoteHeaderEntry("DelNoOfRecords", NumberText(left));
   NoteRecordEntry(recNo, "PrevDel", "");
   NoteRecordEntry(recNo, "NextDel", "");
-  if (!strays.empty()) {
+  if (!strays.empty() || list.End() != end) {
     all.erase(found);
     NoteDeletedLinks(all, end);
     return update.Commit();

@@ -56,21 +56,29 @@ void DropDeleted(Walk& walk, const Numbers& deleted) {
   });
 }
 
-// The records of the range that neither chain leads to, though they are not deleted. Where the
-// deleted list is as long as it is to be, links of it are strays.
+// Whether the way alone proves that no record is missing: it leads to as many as are counted and
+// ends there, and each is linked back to the one before.
+bool IsProven(const Walk& walk, std::size_t count, std::string_view prevKey, RecordReader& reader) {
+  if (walk.Found.size() != count || walk.At != Nowhere) return false;
+  std::string_view previous;
+  for (const ListedRecord& record : walk.Found) {
+    const std::string_view recNo = record.Shown->RecNo;
+    if (Trim(reader.Value(recNo, prevKey)) != previous) return false;
+    previous = recNo;
+  }
+  return true;
+}
+
+// The records of the range that neither chain leads to, though they are not deleted.
 std::vector<ListedRecord> FindStrays(ListedRecords& records, NumberRange range,
-                                     RecordReader& reader, const Numbers& deleted,
-                                     bool mayBeDeleted) {
+                                     const Numbers& deleted) {
   std::vector<ListedRecord> strays;
   for (std::int32_t number = range.Begin; number < range.End; ++number) {
     const std::optional<ListedRecord> record = records.Find(number);
     if (!record || record->Chained->IsInNames || record->Chained->IsInCompanies) continue;
     // A section without a display string holds links at most.
     if (record->Shown->ShowName.empty() || deleted.contains(number)) continue;
-    const std::string recNo = NumberText(number);
-    const bool isDeleted = mayBeDeleted && (!reader.Value(recNo, "PrevDel").empty() ||
-                                            !reader.Value(recNo, "NextDel").empty());
-    if (!isDeleted) strays.push_back(*record);
+    strays.push_back(*record);
   }
   return strays;
 }
@@ -130,28 +138,31 @@ Records::ListsInFiles Records::ReadLists(std::int16_t countInHeader, ProgressHoo
             std::all_of(names.Found.begin(), names.Found.end(),
                         [](const ListedRecord& record) { return record.Chained->IsInCompanies; });
 
+  // Nor is what has been deleted to be reached, as in an older copy of its file.
+  const auto deleted = records.Find(LinkedNumber(ReadHeaderEntry("DelFirstRecord")));
+  isWhole =
+      isWhole && !(deleted && (deleted->Chained->IsInNames || deleted->Chained->IsInCompanies));
+
   ListsInFiles lists;
   bool isTooLong = false;
   // What is there again brings links with it that are out of date.
   const bool hasReturned = HasReturned();
   if (!isWhole || hasReturned) {
-    Numbers deleted;
-    bool areDeletedMissing = false;
-    lists.Error = ReadDeletedNumbers(deleted, areDeletedMissing);
+    Numbers deletedNumbers;
+    lists.Error = ReadDeletedNumbers(deletedNumbers);
     while (names.Found.size() < MaxRecords && names.Go(records)) {
     }
     while (companies.Found.size() < MaxRecords && companies.Go(records)) {
     }
-    DropDeleted(names, deleted);
-    DropDeleted(companies, deleted);
-    const auto reached = static_cast<std::ptrdiff_t>(names.Found.size()) +
-                         std::count_if(companies.Found.begin(), companies.Found.end(), IsOnlyThere);
+    RecordReader reader(profile_, data_.DataPath);
     // Where none is missing, what else stands in the files was left behind on purpose.
+    const bool areAllFound =
+        !hasReturned && (IsProven(names, count, NameChain.Prev, reader) ||
+                         IsProven(companies, count, CompanyChain.Prev, reader));
+    DropDeleted(names, deletedNumbers);
+    DropDeleted(companies, deletedNumbers);
     std::vector<ListedRecord> strays;
-    if (hasReturned || reached < static_cast<std::ptrdiff_t>(count)) {
-      RecordReader reader(profile_, data_.DataPath);
-      strays = FindStrays(records, GivenNumbers(), reader, deleted, areDeletedMissing);
-    }
+    if (!areAllFound) strays = FindStrays(records, GivenNumbers(), deletedNumbers);
     // What has no place in the lists must not fall out of the chains.
     isTooLong = !Unite(names, companies, strays, comparer_);
     lists.IsIncomplete = true;

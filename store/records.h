@@ -83,10 +83,11 @@ class Records {
 
   // Reads both lists from the files into memory: exactly NoOfRecords entries of each. Where a chain
   // ends early, runs in a circle or points nowhere, or the two do not hold the same records, takes
-  // every record that either chain reaches and the deleted list does not; if those are fewer than
-  // NoOfRecords, also every other one in the files that is not deleted. Where a record is there
-  // again without which the links were written, does the same. Then both lists are sorted,
-  // NoOfRecords is their length, and ListsIncomplete is set. Changes nothing on disk.
+  // every record that either chain reaches and the deleted list does not; unless one of them,
+  // linked in both directions, has NoOfRecords, also every other one in the files that is not
+  // deleted. Where a record is there again without which the links were written, does the same.
+  // Then both lists are sorted, NoOfRecords is their length, and ListsIncomplete is set. Changes
+  // nothing on disk.
   void GetNamesList();
   // Sorts both lists (equal ones keep their order) and, if anything moved, writes every link and
   // the list heads anew as one group. On an error, and without `mayStore`, the files are as before
@@ -253,7 +254,7 @@ class Records {
                   const std::string& recNo);
   void UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position);
   RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
-  RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers, bool& isShort);
+  RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers);
   std::string EndOfDeletedList();
   void NoteDeletedLinks(const std::vector<std::string>& recNos, const std::string& end);
   RunTimeError AddToDeletedList(const std::string& recNo, int count);

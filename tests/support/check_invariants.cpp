@@ -50,6 +50,10 @@ class Files {
     std::string previous;
     const std::string next = "Next" + kind;
     for (std::string at = Header(first); !at.empty(); at = Value(at, next)) {
+      if (at.find_first_not_of("0123456789") != std::string::npos) {
+        Complain("Next", kind, " leads to ", at);
+        break;
+      }
       if (!seen.insert(at).second) {
         Complain("record ", at, " comes twice along Next", kind);
         break;
