@@ -59,15 +59,41 @@ class Records::DeletedList {
     const std::string previous = std::exchange(recNo, next_);
     const std::optional<ProfileText::Section> record = Find(recNo);
     if (!record || !Belongs(recNo, seen_.empty() ? std::string() : previous)) return std::nullopt;
-    if (!seen_.insert(recNo).second) return std::nullopt;
+    const std::int32_t number = ToInt32(recNo);
+    if (!seen_.insert(number).second) return std::nullopt;
+    passed_.push_back(number);
     next_ = Link(*record, "NextDel");
     return record;
   }
   // The link that ended the way.
   const std::string& End() const { return next_; }
-  // How many records the way has led to, and whether more are counted.
-  std::size_t Passed() const { return seen_.size(); }
-  bool IsShort() const { return seen_.size() < count_; }
+  // Whether more records are counted than the way has led to.
+  bool IsShort() const { return passed_.size() < count_; }
+  // The numbers of the records on the way, if that is the whole list; otherwise none.
+  std::vector<std::int32_t> Whole() const {
+    const bool isWhole = next_.empty() && passed_.size() == count_ && Error() == RunTimeError::None;
+    return isWhole ? passed_ : std::vector<std::int32_t>();
+  }
+  int Count() const { return static_cast<int>(count_); }
+
+  // What a record stands between; empty where there is none.
+  struct Place {
+    std::string Previous;
+    std::string Next;
+    bool IsNextHidden = false;
+  };
+  // The place of a record in the list as it was when it was whole; nothing where the count or the
+  // links there have become others.
+  std::optional<Place> FindIn(const std::vector<std::int32_t>& whole, const std::string& recNo) {
+    const auto found =
+        std::find(whole.begin(), whole.end(), ParseRecordNumber(recNo).value_or(Nowhere));
+    if (found == whole.end() || whole.size() != count_) return std::nullopt;
+    Place place;
+    if (found != whole.begin()) place.Previous = NumberText(*(found - 1));
+    if (found + 1 != whole.end()) place.Next = NumberText(*(found + 1));
+    const bool isSame = AreJoined(place.Previous, recNo) && AreJoined(recNo, place.Next);
+    return isSame ? std::optional(place) : std::nullopt;
+  }
 
   // All records from the first one on.
   std::vector<std::string> Way() {
@@ -83,7 +109,7 @@ class Records::DeletedList {
     live.insert(data_.CompaniesRecNo.begin(), data_.CompaniesRecNo.end());
     for (std::int32_t number = given_.Begin; number < given_.End; ++number) {
       const std::string recNo = NumberText(number);
-      if (!live.contains(recNo) && !seen_.contains(recNo) && Find(recNo)) strays.push_back(recNo);
+      if (!live.contains(recNo) && !seen_.contains(number) && Find(recNo)) strays.push_back(recNo);
     }
     return strays;
   }
@@ -128,6 +154,15 @@ class Records::DeletedList {
     return std::string(Trim(record.Value(key).value_or(std::string())));
   }
 
+  // Whether each of these leads to the other; empty: before the first one, behind the last one.
+  bool AreJoined(const std::string& recNo, const std::string& next) {
+    const auto leads = [&](const std::string& from, std::string_view key, const std::string& to) {
+      const std::optional<ProfileText::Section> record = Find(from);
+      return record && Link(*record, key) == to;
+    };
+    return (recNo.empty() ? first_ == next : leads(recNo, "NextDel", next)) &&
+           (next.empty() || leads(next, "PrevDel", recNo));
+  }
   // Links that are not answered are strays.
   bool IsAnswered(const std::string& recNo, const std::string& other, std::string_view back) {
     return other != recNo && ParseRecordNumber(other) && Link(reader_.Record(other), back) == recNo;
@@ -150,7 +185,8 @@ class Records::DeletedList {
   std::string next_;
   NumberRange given_;
   std::size_t count_ = 0;  // in the header
-  std::unordered_set<std::string> seen_;
+  std::vector<std::int32_t> passed_;
+  std::unordered_set<std::int32_t> seen_;  // the same
 };
 
 bool Records::EnableRestoreEntry() {
@@ -160,25 +196,27 @@ bool Records::EnableRestoreEntry() {
 void Records::ReadDeletedNamesList() {
   progress_.Begin("Please wait while getting deleted names list...", "");
   data_.DelCount = ToInt16(ReadHeaderEntry("DelNoOfRecords"));
-  const auto count = static_cast<std::size_t>(std::clamp<int>(data_.DelCount, 0, MaxDeletedListed));
   const std::string_view key = data_.ViewMode == 0 ? "ShowName" : "ShowCompany";
   std::vector<DeletedName> names;
-  names.reserve(count);
   DeletedList list(*this);
   std::string recNo;
+  int found = 0;
   const auto take = [&](const ProfileText::Section& record) {
-    names.push_back({{}, record.Value(key).value_or(std::string()), recNo});
-    progress_.Step(std::min(static_cast<double>(names.size()) / data_.DelCount, 1.0) * 100);
+    if (++found <= MaxDeletedListed) {
+      names.push_back({{}, record.Value(key).value_or(std::string()), recNo});
+    }
+    progress_.Step(std::min(static_cast<double>(found) / data_.DelCount, 1.0) * 100);
   };
-  while (names.size() < count) {
+  while (found < data_.DelCount) {
     const auto record = list.Go(recNo);
     if (!record) break;
     take(*record);
   }
-  if (names.size() < count) {
+  knownDeleted_ = list.Whole();
+  if (found < data_.DelCount) {
     for (const std::string& stray : list.Strays()) {
       recNo = stray;
-      if (names.size() < MaxDeletedListed) take(*list.Find(recNo));
+      take(*list.Find(recNo));
     }
   }
 
@@ -235,6 +273,7 @@ void Records::NoteDeletedLinks(const std::vector<std::string>& recNos, const std
 
 // Puts a record without links at the front of the deleted list.
 RunTimeError Records::AddToDeletedList(const std::string& recNo, int count) {
+  knownDeleted_.clear();
   DeletedList list(*this);
   const std::string& first = list.First();
   const bool isThere = first != recNo && list.Belongs(first, {});
@@ -267,33 +306,44 @@ RunTimeError Records::RemoveFromDeletedList(std::string_view RecNo) {
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
   const std::string recNo(Trim(RecNo));
   DeletedList list(*this);
-  std::vector<std::string> all = list.Way();
-  const std::vector<std::string> strays = list.Strays();
-  all.insert(all.end(), strays.begin(), strays.end());
-  const std::string end = list.IsHidden(list.End()) ? list.End() : std::string();
-  // The length that was found, whatever the count says; only what is hidden counts unseen.
-  const int left = static_cast<int>(all.size()) - 1 + list.Hidden(all.size());
-  if (list.Error() != RunTimeError::None) return list.Error();
-  const auto found = std::find(all.begin(), all.end(), recNo);
-  if (found == all.end()) return RunTimeError::BadRecordNumber;
+  int left = list.Count() - 1;
+  std::optional<DeletedList::Place> place = list.FindIn(knownDeleted_, recNo);
+  if (!place) {
+    std::vector<std::string> all = list.Way();
+    const std::vector<std::string> strays = list.Strays();
+    all.insert(all.end(), strays.begin(), strays.end());
+    const std::string end = list.IsHidden(list.End()) ? list.End() : std::string();
+    // The length that was found, whatever the count says; only what is hidden counts unseen.
+    left = static_cast<int>(all.size()) - 1 + list.Hidden(all.size());
+    if (list.Error() != RunTimeError::None) return list.Error();
+    const auto found = std::find(all.begin(), all.end(), recNo);
+    if (found == all.end()) return RunTimeError::BadRecordNumber;
+    knownDeleted_ = list.Whole();
+    if (strays.empty() && list.End() == end) {
+      const bool isLast = found + 1 == all.end();
+      place = {found == all.begin() ? std::string() : *(found - 1), isLast ? end : *(found + 1),
+               isLast};
+    } else {
+      all.erase(found);
+      NoteDeletedLinks(all, end);
+    }
+  }
 
   NoteHeaderEntry("DelNoOfRecords", NumberText(left));
   NoteRecordEntry(recNo, "PrevDel", "");
   NoteRecordEntry(recNo, "NextDel", "");
-  if (!strays.empty() || list.End() != end) {
-    all.erase(found);
-    NoteDeletedLinks(all, end);
-    return update.Commit();
+  if (place) {
+    if (place->Previous.empty()) {
+      NoteHeaderEntry("DelFirstRecord", place->Next);
+    } else {
+      NoteRecordEntry(place->Previous, "NextDel", place->Next);
+    }
+    if (!place->Next.empty() && !place->IsNextHidden) {
+      NoteRecordEntry(place->Next, "PrevDel", place->Previous);
+    }
   }
-  const bool isLast = found + 1 == all.end();
-  const std::string& next = isLast ? end : *(found + 1);
-  const std::string previous = found == all.begin() ? std::string() : *(found - 1);
-  if (previous.empty()) {
-    NoteHeaderEntry("DelFirstRecord", next);
-  } else {
-    NoteRecordEntry(previous, "NextDel", next);
-  }
-  if (!isLast) NoteRecordEntry(next, "PrevDel", previous);
+  std::erase(knownDeleted_, ToInt32(recNo));
+  update.OnUndo([this] { knownDeleted_.clear(); });
   return update.Commit();
 }
 

@@ -188,6 +188,7 @@ void Records::GetNamesList() {
   listsError_ = ReadListKeys(knownKeys_);
   behindNames_.clear();
   behindCompanies_.clear();
+  knownDeleted_.clear();
   progress_.Begin("Please wait while getting names list...", "Loading Names...");
   ListsInFiles lists = ReadLists(data_.NoOfRecords, &progress_);
   if (listsError_ == RunTimeError::None) listsError_ = lists.Error;

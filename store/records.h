@@ -154,7 +154,7 @@ class Records {
   // the chain breaks off, runs in a circle or leads to a record that is not deleted before all that
   // DelNoOfRecords counts are found, takes also the other records that are in no list; where there
   // are too few of them, the list is shorter. Changes nothing on disk. Reports its progress and
-  // lets events run.
+  // lets events run. A list that is found whole is not gone through again to take a record off it.
   void ReadDeletedNamesList();
   // Unlinks the record from the deleted list and clears its two keys there. Refused with
   // BadRecordNumber where the record is not in it, or not any more.
@@ -283,6 +283,9 @@ class Records {
   std::string behindCompanies_;
   // Those of the header when the lists were read, with this program's own changes since.
   ListKeys knownKeys_;
+  // The deleted list as it was last gone through, without what has been taken off it since. Empty
+  // where it is not known to be whole.
+  std::vector<std::int32_t> knownDeleted_;
 };
 
 // The display strings of the two lists. All three arguments are trimmed in place.

@@ -62,6 +62,32 @@ TEST_F(DeletedListTest, WhatIsNotInTheListIsNotRestored) {
   EXPECT_EQ(World.Store.RestoreRecord("3"), RunTimeError::Overflow);
 }
 
+TEST_F(DeletedListTest, WhatChangedSinceTheListWasReadIsNotBuiltUpon) {
+  AddDeleted({"A", "B", "C", "D", "E", "F"});  // 5, 4, 3, 2, 1, 0
+  Read();
+  Restore("3");
+  Restore("5");
+  Restore("0");
+  AddDeleted({"G"});  // 6, 4, 2, 1
+  Restore("4");
+  Read();
+  // As another program might: the list leads past 2, which is counted still.
+  Set("6", "NextDel", "1");
+  Set("1", "PrevDel", "6");
+  EXPECT_EQ(World.Store.RestoreRecord("0"), RunTimeError::BadRecordNumber);
+  Restore("2");
+  EXPECT_EQ(Header("DelNoOfRecords"), "2");
+
+  // Nor does a lost link cut off what follows.
+  AddDeleted({"H", "I"});  // 8, 7, 6, 1
+  EXPECT_EQ(Read(), (Texts{"1", "6", "7", "8"}));
+  Set("7", "NextDel", "");
+  Restore("7");
+  EXPECT_EQ(Header("DelNoOfRecords"), "3");
+  EXPECT_EQ(Value("8", "NextDel"), "1");
+  EXPECT_EQ(Read(), (Texts{"1", "6", "8"}));
+}
+
 TEST_F(DeletedListTest, BrokenChainsLoseNoRecord) {
   struct Case {
     std::string What, RecNo, Key, Value;  // an empty number is the header
