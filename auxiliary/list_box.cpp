@@ -99,7 +99,7 @@ void ListBox::RemoveLine(int index) {
 // Not the view's own search: for two equal letters that one looks for a line that begins with both,
 // and whoever presses a letter again and again goes from name to name.
 void ListBox::keyboardSearch(const QString& letters) {
-  if (ListCount() == 0 || letters.isEmpty()) return;
+  if (ListCount() == 0 || letters.isEmpty() || !letters.front().isPrint()) return;
   constexpr qint64 kQuickMs = 1000;
   const bool goesOn = sinceTyped_.isValid() && !sinceTyped_.hasExpired(kQuickMs);
   if (!goesOn || ListIndex() != typedTo_) typed_.clear();
@@ -107,12 +107,19 @@ void ListBox::keyboardSearch(const QString& letters) {
   typed_ += letters;
   const bool isRepeated =
       typed_.count(letters, Qt::CaseInsensitive) * letters.size() == typed_.size();
-  const QString& sought = isRepeated ? letters : typed_;
-  const int from = std::max(ListIndex() + (isRepeated ? 1 : 0), 0) % ListCount();
-  const QModelIndexList found = lines_.match(lines_.index(from), Qt::DisplayRole, sought, 1,
-                                             Qt::MatchStartsWith | Qt::MatchWrap);
-  if (!found.isEmpty()) setCurrentIndex(found.first());
+  if (isRepeated || !SelectNext(typed_, std::max(ListIndex(), 0))) {
+    // A word that no line begins with was not meant as one.
+    if (!isRepeated) typed_ = letters;
+    static_cast<void>(SelectNext(letters, ListIndex() + 1));
+  }
   typedTo_ = ListIndex();
+}
+
+bool ListBox::SelectNext(const QString& beginning, int from) {
+  const QModelIndexList found = lines_.match(lines_.index(from % ListCount()), Qt::DisplayRole,
+                                             beginning, 1, Qt::MatchStartsWith | Qt::MatchWrap);
+  if (!found.isEmpty()) setCurrentIndex(found.first());
+  return !found.isEmpty();
 }
 
 void ListBox::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

@@ -84,6 +84,10 @@ class ListBox : public QListView {
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
  private:
+  // Selects the first line from that one on, and from the top again, which begins so. Whether there
+  // is one.
+  bool SelectNext(const QString& beginning, int from);
+
   Lines lines_;
   QString typed_;  // in quick succession
   QElapsedTimer sinceTyped_;

@@ -152,8 +152,9 @@ void BackUp::Reload(Outcome outcome) {
   percent_.HideForm();
   if (opening_.HasEnded()) return;
 
-  // The counter came with the copy.
-  const RunTimeError countError = guard_.TakeOver();
+  // The counter came with the copy; where there is none it still counts this program.
+  const RunTimeError countError =
+      outcome == Outcome::Unchanged ? RunTimeError::None : guard_.TakeOver();
   guard_.CheckInUse();
   if (shared_.InUse && countError == RunTimeError::None) opening_.WarnInUse();
   if (opening_.HasEnded()) return;

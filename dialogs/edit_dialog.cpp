@@ -34,11 +34,12 @@ std::optional<ChangeDialog::Refusal> EditDialog::Check() {
   for (std::size_t i = 0; i < shared_.NoOfFields; ++i) {
     if (now.at(i) != stored_.at(i)) changed << QString::fromStdString(shared_.FieldKeys.at(i));
   }
-  if (changed.size() > Enough) changed = changed.mid(0, Enough) << QStringLiteral("...");
+  QString names = changed.mid(0, Enough).join(QStringLiteral(", "));
+  if (changed.size() > Enough) names += QStringLiteral(" and more");
   stored_ = now;
   return Refusal{windowTitle(), QStringLiteral("Another program has changed: %1.\rNothing was "
                                                "stored. Press OK again to overwrite it.")
-                                    .arg(changed.join(QStringLiteral(", ")))};
+                                    .arg(names)};
 }
 
 RunTimeError EditDialog::Change() {

@@ -61,7 +61,7 @@ bool Forms::OpenDataFile() {
   if (Store.OpenDataFile(Shared.PrefsFile, ownDirectory_, question, error)) return true;
   if (error != RunTimeError::None) {
     TellError(*this, QStringLiteral("The data files cannot be opened"), error,
-              QStringLiteral("Nothing was changed."));
+              QStringLiteral("It is tried again at the next start."));
   }
   return false;
 }
@@ -104,7 +104,7 @@ void Forms::TellFaults(RunTimeError countError, RunTimeError sortError, const QS
   if (HasEnded()) return;
   if (!Shared.ListsIncomplete) TellMissingRecords();
   if (HasEnded()) return;
-  if (Shared.ListsIncomplete) {
+  if (Shared.ListsIncomplete && !Shared.RecordsReturned) {
     Tell(*this, MsgIcon::Exclamation,
          QStringLiteral("The data files are damaged or cannot be read: some names may be "
                         "missing.\r") +

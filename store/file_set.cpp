@@ -147,7 +147,9 @@ std::string FileSet::PathOfRecordFile(std::int32_t number) {
 }
 
 std::vector<std::int32_t> FileSet::AwaitedNumbers() {
-  return ParseRanges(HeaderEntry(Records::MissingRecords), {0, ListedRecords::UsualNumbers});
+  const std::int32_t given = ToInt32(HeaderEntry("TotalNoOfRecords"));
+  return ParseRanges(HeaderEntry(Records::MissingRecords),
+                     {0, std::clamp(given, 0, ListedRecords::UsualNumbers)});
 }
 
 std::vector<std::int32_t> FileSet::LackingRecords() {

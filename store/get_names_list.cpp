@@ -166,6 +166,7 @@ Records::ListsInFiles Records::ReadLists(std::int16_t countInHeader, ProgressHoo
     // What has no place in the lists must not fall out of the chains.
     isTooLong = !Unite(names, companies, strays, comparer_);
     lists.IsIncomplete = true;
+    lists.HaveReturned = isWhole;
   }
   if (lists.Error == RunTimeError::None) lists.Error = records.Error();
   if (lists.Error == RunTimeError::None && isTooLong) lists.Error = RunTimeError::DeviceError;
@@ -193,6 +194,7 @@ void Records::GetNamesList() {
   ListsInFiles lists = ReadLists(data_.NoOfRecords, &progress_);
   if (listsError_ == RunTimeError::None) listsError_ = lists.Error;
   data_.ListsIncomplete = lists.IsIncomplete;
+  data_.RecordsReturned = lists.HaveReturned && listsError_ == RunTimeError::None;
   data_.NoOfRecords = lists.Count;
   data_.NamesList = std::move(lists.Names);
   data_.NamesRecNo = std::move(lists.NamesRecNo);

@@ -27,6 +27,7 @@ std::string_view WrittenPart(std::string_view text) {
 
 // False for most lines that have another key.
 bool MayHaveKey(std::string_view line, std::string_view key) {
+  if (line.empty()) return false;
   return IsBlank(line.front()) || AsciiLower(line.front()) == AsciiLower(key.front());
 }
 

@@ -212,6 +212,7 @@ class Records {
     TextList CompaniesRecNo;
     std::int16_t Count = 0;
     bool IsIncomplete = false;
+    bool HaveReturned = false;
     RunTimeError Error = RunTimeError::None;
   };
   static const Chain NameChain;

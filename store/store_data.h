@@ -50,6 +50,8 @@ struct StoreData {
   // The chains in the files did not hold together: the lists above are every record that is not
   // deleted, and the next change writes all links anew.
   bool ListsIncomplete = false;
+  // They did, but for records that were missing and are there again: the lists above have them.
+  bool RecordsReturned = false;
 
   bool FilterOn = false;
   std::array<std::string, 5> FilterCriteria;  // FirstName, LastName, Title, Company, Notes

@@ -349,6 +349,7 @@ TEST_F(BackUpTest, AsksBeforeItReplacesABackupThatHasMoreNames) {
     return Medium.ReadFile("QUILL.OLD") != backup;
   };
   Medium.WriteFile("QUILL3.OLD", "[Record300]\r\nShowName=Lee, Ann\r\n");
+  ASSERT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "301"), RunTimeError::None);
   ASSERT_EQ(Store.WriteHeaderEntry("MissingRecords", "300"), RunTimeError::None);
   const std::string missing = "Some names are missing here, but there is a backup with them.";
   EXPECT_FALSE(isReplacedAfter(false, missing));

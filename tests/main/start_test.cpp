@@ -175,7 +175,7 @@ TEST_F(StartTest, TellsOfMissingNamesOnce) {
             "They come back when the files with them are in the data folder again.");
   EXPECT_EQ(told(), "");
   Folder.WriteFile("data/quill1.dat", lost);
-  told([](Session& run) { EXPECT_EQ(run.Windows.Main.ListCount(), 250); });
+  EXPECT_EQ(told([](Session& run) { EXPECT_EQ(run.Windows.Main.ListCount(), 250); }), "");
 }
 
 TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataTheOrderIsNotStored) {

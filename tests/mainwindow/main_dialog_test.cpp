@@ -442,6 +442,12 @@ TEST_F(MainDialogTest, TypingALetterSelectsTheNextName) {
   list.SetListIndex(0);
   QTest::keyClicks(&list, QStringLiteral("bro"));
   EXPECT_EQ(Label(0).Caption(), "Bro");
+  // What is no word is letter by letter.
+  QTest::keyClick(&list, 'c');
+  EXPECT_EQ(Label(0).Caption(), "Cole");
+  QTest::keyClick(&list, Qt::Key_Backspace);
+  QTest::keyClick(&list, 'a');
+  EXPECT_EQ(Label(0).Caption(), "Aster");
   QTest::qWait(1100);
   QTest::keyClick(&list, 'b');
   EXPECT_EQ(Label(0).Caption(), "Bell");

@@ -31,7 +31,7 @@ class PlainProgram {
   const Texts& Live() const { return names_.RecNos; }
 
   std::string Add(const std::string& name) {
-    const std::string recNo = Header("TotalNoOfRecords");
+    std::string recNo = Header("TotalNoOfRecords");
     SetHeader("TotalNoOfRecords", NumberText(ToInt32(recNo) + 1));
     for (const std::string key : {"LastName", "ShowName", "ShowCompany"}) Set(recNo, key, name);
     Insert(recNo);
@@ -169,7 +169,7 @@ class DamagedData : public StoreTest {
   void MakeData() {
     ProfileUpdate update(World.Access);
     for (int file = 0; file < FileCount; ++file) {
-      SetHeader("TotalNoOfRecords", NumberText(file * RecordsPerFile));
+      SetHeader("TotalNoOfRecords", NumberText(std::int64_t{file} * RecordsPerFile));
       for (int i = 0; i < 5; ++i) Truth[World.Add("", Word())] = State::Live;
     }
     for (int i = 0; i < 5; ++i) Delete();
