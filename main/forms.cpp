@@ -1,5 +1,6 @@
 #include "main/forms.h"
 
+#include <chrono>
 #include <utility>
 
 #include "platform/desktop/make_dde_client.h"
@@ -34,6 +35,20 @@ Forms::Forms(Profile& profile, const TextComparer& comparer, Ending& ending,
   Main.Connect(
       Store, *this, Guard, [this]() -> Percent& { return Percentage(); },
       [this]() -> MsgBoxSnglTxt& { return SingleText(); });
+  // The user sees his change, then its files are written.
+  finishing_.setSingleShot(true);
+  QObject::connect(&finishing_, &QTimer::timeout, [this] { FinishChange(); });
+  profile_.FinishLater([this] { finishing_.start(0); });
+}
+
+Forms::~Forms() {
+  profile_.FinishLater({});
+}
+
+void Forms::FinishChange() {
+  // Nothing is lost while it fails, and the next change would tell why.
+  constexpr std::chrono::seconds UntilNextAttempt(2);
+  if (profile_.Finish() != RunTimeError::None) finishing_.start(UntilNextAttempt);
 }
 
 MsgBoxSnglTxt& Forms::SingleText() {
@@ -154,6 +169,7 @@ void Forms::ExitApplication() {
   Guard.InUseTimer.stop();
   // A change that is not finished is none.
   profile_.AbandonGroup();
+  static_cast<void>(profile_.Finish());
   // Whoever cannot write at the end of the program has nobody left to tell.
   if (Guard.IsCounted()) static_cast<void>(Guard.DecrementUses());
   ending_.EndProgram();

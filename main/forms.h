@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <string>
@@ -51,6 +52,9 @@ class Forms : public Commands, public Opening {
  public:
   // `ownDirectory`: the program's own directory, in which a new data set is made; a program path.
   Forms(Profile& profile, const TextComparer& comparer, Ending& ending, std::string ownDirectory);
+  ~Forms() override;
+  Forms(const Forms&) = delete;
+  Forms& operator=(const Forms&) = delete;
 
   SharedData Shared;
   MainDialog Main;
@@ -97,6 +101,7 @@ class Forms : public Commands, public Opening {
   bool HasEnded() const override { return hasEnded_; }
 
  private:
+  void FinishChange();
   void TellMissingRecords();
   NewDialog& New();
   EditDialog& Edit();
@@ -113,6 +118,7 @@ class Forms : public Commands, public Opening {
   Ending& ending_;
   std::string ownDirectory_;
   bool hasEnded_ = false;
+  QTimer finishing_;  // of a change that is sure to be kept, with its files still to be written
 
   std::unique_ptr<MsgBoxSnglTxt> msgBoxSnglTxt_;
   std::unique_ptr<MsgBoxDblTxt> msgBoxDblTxt_;

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/vfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -14,6 +15,7 @@
 #include <ctime>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace quillary {
 
@@ -126,10 +128,12 @@ RunTimeError HostDisk::Read(const std::string& path, std::string& bytes, FileSta
   struct stat status = {};
   RunTimeError error = RunTimeError::None;
   const Descriptor file(OpenToRead(path, status, error));
+  std::string read;
+  std::swap(read, bytes);
   if (error != RunTimeError::None) return error;
 
   // One byte more than the size, so that a file which did not grow needs no second buffer.
-  std::string read(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  read.resize(static_cast<std::size_t>(status.st_size) + 1);
   std::size_t length = 0;
   while (true) {
     if (length == read.size()) read.resize(length * 2);
@@ -238,6 +242,22 @@ RunTimeError HostDisk::Write(int handle, std::string_view bytes) {
   // The bytes set out for the disk now, so that Sync finds them there. Only Sync tells of failures.
   (void)sync_file_range(handle, 0, 0, SYNC_FILE_RANGE_WRITE);
   return RunTimeError::None;
+}
+
+RunTimeError HostDisk::Reserve(int handle, std::int64_t bytes) {
+  const int result = Repeat([&] { return fallocate(handle, FALLOC_FL_KEEP_SIZE, 0, bytes); });
+  if (result == 0 || errno != EOPNOTSUPP) return ResultOf(result);
+  struct statvfs status = {};
+  if (fstatvfs(handle, &status) != 0) return ResultOf(-1);
+  const auto isEnough = status.f_bavail >= static_cast<std::uint64_t>(bytes) / status.f_frsize;
+  return isEnough ? RunTimeError::None : RunTimeError::DiskFull;
+}
+
+void HostDisk::Release(const std::string& path) {
+  const Descriptor file(
+      Repeat([&] { return open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
+  struct stat status = {};
+  if (fstat(file.Number(), &status) == 0) (void)ftruncate(file.Number(), status.st_size);
 }
 
 RunTimeError HostDisk::Sync(int handle) {

@@ -38,7 +38,8 @@ class Disk {
 
   // The stamp of the file or folder at `path` (a link is followed).
   virtual RunTimeError Stamp(const std::string& path, FileStamp& stamp) = 0;
-  // The whole file, and its stamp from before the first byte was read.
+  // The whole file, and its stamp from before the first byte was read. On an error nothing is left
+  // in `bytes`.
   virtual RunTimeError Read(const std::string& path, std::string& bytes, FileStamp& stamp) = 0;
   // Opens a file for reading; the stamp is from before the first byte is read.
   virtual RunTimeError Open(const std::string& path, int& handle, FileStamp& stamp) = 0;
@@ -55,6 +56,11 @@ class Disk {
   // access: it may be another one. A missing file gives nothing, and is no error.
   virtual RunTimeError CopyAccess(const std::string& path, int handle) = 0;
   virtual RunTimeError Write(int handle, std::string_view bytes) = 0;
+  // Keeps so many bytes on the disk for the file, of which some or none are written yet; where the
+  // file system cannot, it only looks whether they are there. They are kept until Release.
+  virtual RunTimeError Reserve(int handle, std::int64_t bytes) = 0;
+  // Frees what is kept for the file beyond its end. What cannot be freed stays.
+  virtual void Release(const std::string& path) = 0;
   // Returns when the file's bytes would survive a power cut.
   virtual RunTimeError Sync(int handle) = 0;
   // The same for many files of one file system, which is faster than one after the other. None of
@@ -90,6 +96,8 @@ class HostDisk : public Disk {
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
   RunTimeError CopyAccess(const std::string& path, int handle) override;
   RunTimeError Write(int handle, std::string_view bytes) override;
+  RunTimeError Reserve(int handle, std::int64_t bytes) override;
+  void Release(const std::string& path) override;
   RunTimeError Sync(int handle) override;
   RunTimeError SyncAll(const std::vector<int>& handles) override;
   RunTimeError Close(int handle) override;

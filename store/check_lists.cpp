@@ -85,11 +85,15 @@ bool Records::IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t 
          std::find(recNos.begin(), recNos.end(), next) == recNos.end();
 }
 
-// Whether the files are joined as the lists are before the entries at these positions.
-RunTimeError Records::CheckPlace(std::size_t namePos, std::size_t companyPos) {
+// Whether the files are joined as the lists are before the entries at these positions, and before
+// those behind them: so many in each list.
+RunTimeError Records::CheckPlace(std::size_t namePos, std::size_t companyPos, std::size_t links) {
   RecordReader reader(profile_, data_.DataPath);
-  const bool isKnown =
-      IsLinkKnown(reader, NameChain, namePos) && IsLinkKnown(reader, CompanyChain, companyPos);
+  bool isKnown = true;
+  for (std::size_t i = 0; i < links && isKnown; ++i) {
+    isKnown = IsLinkKnown(reader, NameChain, namePos + i) &&
+              IsLinkKnown(reader, CompanyChain, companyPos + i);
+  }
   if (reader.Error() != RunTimeError::None) return reader.Error();
   return isKnown ? RunTimeError::None : RunTimeError::BadRecordNumber;
 }

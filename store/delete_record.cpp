@@ -26,29 +26,34 @@ void Records::UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t
 }
 
 RunTimeError Records::CheckRecord(std::string_view RecNo) {
+  std::optional<ListEntry> entry;
+  return FindChecked(Trim(RecNo), entry);
+}
+
+RunTimeError Records::FindChecked(std::string_view recNo, std::optional<ListEntry>& entry) {
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
-  const std::optional<ListEntry> entry = FindEntry(AllLists(data_), Trim(RecNo));
+  entry = FindEntry(AllLists(data_), comparer_,
+                    {std::string(recNo), ReadRecordEntry(recNo, "ShowName"),
+                     ReadRecordEntry(recNo, "ShowCompany"), lastNamePos_, lastCompanyPos_});
   if (!entry) return RunTimeError::BadRecordNumber;
-  for (const std::size_t side : {0U, 1U}) {
-    const RunTimeError error = CheckPlace(entry->NamePos + side, entry->CompanyPos + side);
-    if (error != RunTimeError::None) return error;
-  }
-  return RunTimeError::None;
+  lastNamePos_ = entry->NamePos;
+  lastCompanyPos_ = entry->CompanyPos;
+  return CheckPlace(entry->NamePos, entry->CompanyPos, 2);
 }
 
 // Takes the record out of both chains, the lists in memory and the list box. Its own links stay.
 RunTimeError Records::UnlinkRecord(ProfileUpdate& update, const std::string& recNo,
                                    std::size_t listIndex) {
-  if (const RunTimeError error = CheckRecord(recNo); error != RunTimeError::None) return error;
-  const std::optional<ListEntry> entry = FindEntry(AllLists(data_), recNo);
-  if (!entry) return RunTimeError::BadRecordNumber;
+  std::optional<ListEntry> entry;
+  const RunTimeError error = FindChecked(recNo, entry);
+  if (error != RunTimeError::None) return error;
   UnlinkFrom(NameChain, data_.NamesRecNo, entry->NamePos);
   UnlinkFrom(CompanyChain, data_.CompaniesRecNo, entry->CompanyPos);
   NoteHeaderEntry("NoOfRecords", NumberText(data_.NoOfRecords - 1));
 
   RemoveEntry(update, AllLists(data_), *entry);
   if (data_.FilterOn) {
-    const std::optional<ListEntry> filtered = FindEntry(FilteredLists(data_), recNo);
+    const std::optional<ListEntry> filtered = FindEntry(FilteredLists(data_), comparer_, *entry);
     if (!filtered) return RunTimeError::None;  // and so it has no line
     RemoveEntry(update, FilteredLists(data_), *filtered);
   }

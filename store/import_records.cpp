@@ -71,7 +71,6 @@ void Records::PrependToLists(const std::vector<NewRecord>& records) {
   const bool wasEmpty = data_.NoOfRecords < 1;
   const auto prepend = [&](TextList& list, std::string NewRecord::*text) {
     TextList longer;
-    longer.reserve(records.size() + list.size());
     for (auto record = records.rbegin(); record != records.rend(); ++record) {
       longer.push_back((*record).*text);
     }

@@ -65,7 +65,7 @@ RunTimeError Records::InsertRecord(std::string_view RecNo, std::string_view Show
   const std::size_t companyPos = Position(data_.CompaniesList, count, [&](const auto& entry) {
     return comparer_.Compare(ShowCompany, entry) > 0;
   });
-  if (const RunTimeError error = CheckPlace(namePos, companyPos); error != RunTimeError::None) {
+  if (const RunTimeError error = CheckPlace(namePos, companyPos, 1); error != RunTimeError::None) {
     return error;
   }
   ClearLinks(recNo);

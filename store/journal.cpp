@@ -108,6 +108,7 @@ JournalPart::JournalPart(std::string_view fileName, std::string_view replacement
 
 void JournalPart::Add(std::string_view section, std::string_view key,
                       const std::optional<std::string_view>& old, std::string_view value) {
+  hasEntries_ = true;
   if (section_ != section) {
     section_ = section;
     AppendLine(text_, SectionMark, section);

@@ -40,8 +40,10 @@ class JournalPart {
   void Add(std::string_view section, std::string_view key,
            const std::optional<std::string_view>& old, std::string_view value);
   const std::string& Text() const { return text_; }
+  bool HasEntries() const { return hasEntries_; }
 
  private:
+  bool hasEntries_ = false;
   std::string text_;
   std::string section_;  // of the last entry
 };

@@ -38,6 +38,24 @@ void Remove(const RecordLists& lists, const ListEntry& entry) {
   RemoveText(lists.CompaniesRecNo, entry.CompanyPos);
 }
 
+// Where the list has the record; its size if nowhere. It is found at once at the place `guess`, or
+// among the entries of that text where they are sorted.
+std::size_t Find(const TextList& recNos, const TextList& texts, const TextComparer& comparer,
+                 std::string_view recNo, std::string_view text, std::size_t guess) {
+  if (guess < recNos.size() && recNos[guess] == recNo) return guess;
+  const auto first = std::partition_point(texts.begin(), texts.end(), [&](std::string_view entry) {
+    return comparer.Compare(text, entry) > 0;
+  });
+  const auto last = std::partition_point(first, texts.end(), [&](std::string_view entry) {
+    return comparer.Compare(text, entry) >= 0;
+  });
+  const auto begin = recNos.begin() + (first - texts.begin());
+  const auto end = recNos.begin() + (last - texts.begin());
+  auto found = std::find(begin, end, recNo);
+  if (found == end) found = std::find(recNos.begin(), recNos.end(), recNo);
+  return static_cast<std::size_t>(found - recNos.begin());
+}
+
 }  // namespace
 
 RecordLists AllLists(StoreData& data) {
@@ -50,15 +68,20 @@ RecordLists FilteredLists(StoreData& data) {
           data.FilteredCompaniesRecNo, data.FilteredCount};
 }
 
-std::optional<ListEntry> FindEntry(const RecordLists& lists, std::string_view recNo) {
+std::optional<ListEntry> FindEntry(const RecordLists& lists, const TextComparer& comparer,
+                                   const ListEntry& known) {
   if (lists.Count < 1) return std::nullopt;
-  const auto name = std::find(lists.NamesRecNo.begin(), lists.NamesRecNo.end(), recNo);
-  const auto company = std::find(lists.CompaniesRecNo.begin(), lists.CompaniesRecNo.end(), recNo);
-  if (name == lists.NamesRecNo.end() || company == lists.CompaniesRecNo.end()) return std::nullopt;
-  const auto namePos = static_cast<std::size_t>(name - lists.NamesRecNo.begin());
-  const auto companyPos = static_cast<std::size_t>(company - lists.CompaniesRecNo.begin());
-  return ListEntry{std::string(recNo), std::string(lists.Names[namePos]),
-                   std::string(lists.Companies[companyPos]), namePos, companyPos};
+  ListEntry entry;
+  entry.RecNo = known.RecNo;
+  entry.NamePos =
+      Find(lists.NamesRecNo, lists.Names, comparer, known.RecNo, known.ShowName, known.NamePos);
+  entry.CompanyPos = Find(lists.CompaniesRecNo, lists.Companies, comparer, known.RecNo,
+                          known.ShowCompany, known.CompanyPos);
+  if (entry.NamePos == lists.NamesRecNo.size() || entry.CompanyPos == lists.CompaniesRecNo.size())
+    return std::nullopt;
+  entry.ShowName = lists.Names[entry.NamePos];
+  entry.ShowCompany = lists.Companies[entry.CompanyPos];
+  return entry;
 }
 
 void InsertEntry(ProfileUpdate& update, const RecordLists& lists, const ListEntry& entry) {

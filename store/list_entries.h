@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/text.h"
 #include "store/profile.h"
 #include "store/store_data.h"
 
@@ -32,8 +33,10 @@ struct ListEntry {
   std::size_t CompanyPos = 0;
 };
 
-// Nothing if the record is not in both lists.
-std::optional<ListEntry> FindEntry(const RecordLists& lists, std::string_view recNo);
+// The entry of `known`'s record; nothing if it is not in both lists. Found at once where the rest
+// of `known` holds: its places, or its texts where the lists are sorted.
+std::optional<ListEntry> FindEntry(const RecordLists& lists, const TextComparer& comparer,
+                                   const ListEntry& known);
 
 // Both are taken back if the group fails.
 void InsertEntry(ProfileUpdate& update, const RecordLists& lists, const ListEntry& entry);

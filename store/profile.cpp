@@ -29,13 +29,12 @@ RunTimeError Profile::Refresh(CachedFile& file) {
     const bool looksTheSame = file.Text && stamp == file.Stamp;
     if (looksTheSame && stamp.IsSettled(file.ReadClockNs)) return RunTimeError::None;
     const std::int64_t clockNs = disk_.ClockNs();
-    std::string bytes;
-    error = disk_.Read(file.HostPath, bytes, stamp);
+    error = disk_.Read(file.HostPath, readBuffer_, stamp);
     if (error == RunTimeError::None) {
       file.Stamp = stamp;
       file.ReadClockNs = clockNs;
-      if (!file.Text || file.Text->Bytes() != bytes) {
-        file.Text = std::make_shared<const ProfileText>(std::move(bytes));
+      if (!file.Text || file.Text->Bytes() != readBuffer_) {
+        file.Text = std::make_shared<const ProfileText>(readBuffer_);
       }
       return RunTimeError::None;
     }

@@ -59,6 +59,14 @@ class Profile {
   // completed at the next call.
   RunTimeError Recover(std::string_view File);
 
+  // From now on a group over a few files is done when it is sure to be kept. Its files are written
+  // in Finish, for which `onDue` asks: it is to be called soon, in an idle moment. Until then the
+  // group holds for every read of this object; another program reads the files as they were.
+  void FinishLater(std::function<void()> onDue) { onDue_ = std::move(onDue); }
+  // Writes the files of a group that is still to be finished, if there is one. On an error it stays
+  // to be finished: at the next call, before the next write, or by Recover at the next opening.
+  RunTimeError Finish();
+
   // Makes a folder that only its owner can enter; one that exists already is no error. It is there
   // durably when None is returned.
   RunTimeError MakeFolder(std::string_view Folder);
@@ -129,7 +137,7 @@ class Profile {
     std::optional<JournalPart> Entries;  // what becomes of them
     std::string TemporaryPath;           // holds After, synced once Handle is closed
     int Handle = -1;
-    bool IsChanged() const { return !Before || After != Before->Bytes(); }
+    bool IsChanged() const { return Entries && Entries->HasEntries(); }
   };
   // A file on its way into another's place. Paths of the host.
   struct CopiedFile {
@@ -170,8 +178,15 @@ class Profile {
   RunTimeError Commit(const ProfileChanges& changes);
   RunTimeError CommitOne(PendingFile& pending);
   bool TakeBack(const PendingFile& done);
+  RunTimeError CommitNow(std::vector<PendingFile>& files, const ProfileChanges& changes);
   RunTimeError CommitSeveral(std::vector<PendingFile>& files, const ProfileChanges& changes);
-  RunTimeError Prepare(PendingFile& pending);
+  RunTimeError CommitLater(std::vector<PendingFile>& files, const ProfileChanges& changes);
+  RunTimeError Decide(const std::vector<PendingFile>& files, std::int64_t room);
+  // Of each file one; the changes must outlive it.
+  std::vector<PendingFile> FilesOf(const ProfileChanges& changes);
+  RunTimeError ApplyChanges(PendingFile& pending);
+  static RunTimeError CheckWritable(const PendingFile& pending);
+  RunTimeError StartPrepared(PendingFile& pending);
   RunTimeError PrepareAll(std::vector<PendingFile>& files);
   RunTimeError StartNewFile(const std::string& path, std::string_view bytes,
                             const std::string& accessOf, int& handle, bool* isLeft);
@@ -196,21 +211,22 @@ class Profile {
                                 bool& isDecided);
 
   // profile_recovery.cpp
-  RunTimeError FinishUnfinished();
   RunTimeError MakeSureOf(const std::string& journalPath);
   RunTimeError CompleteJournal(const std::string& folder, const GoesOn& goesOn = {});
-  RunTimeError Complete(const std::string& folder, const JournalFile& entries);
+  RunTimeError Complete(const std::string& folder, const Journal& journal, const GoesOn& goesOn);
   void SweepTemporaries(const std::string& folder);
 
   Disk& disk_;
   const FileNames& names_;
+  std::string readBuffer_;
   TextMap<CachedFile> files_;    // by the host's path
   TextMap<CachedFile*> byName_;  // by program path
   Group group_;
-  // A group whose journal stands on the disk while its files could not all be written yet: its
-  // changes, which hold for every read, and its folder. Completed before anything else is written.
+  // A group whose journal stands on the disk while its files are not all written yet: its changes,
+  // which hold for every read, and its folder. Completed before anything else is written.
   ProfileChanges unfinished_;
   std::string unfinishedFolder_;
+  std::function<void()> onDue_;
   // A journal of a group that failed, which could not be removed. Goes before anything is written.
   std::string staleJournal_;
 };

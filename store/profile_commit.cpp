@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 #include "platform/process.h"
@@ -11,6 +13,9 @@ namespace {
 constexpr unsigned OwnerOnly = 0600;
 // How often a commit starts again because another program wrote to the same files meanwhile.
 constexpr int MostAttempts = 20;
+// Files that are written in an idle moment: more than the change of one record concerns, and so few
+// that nobody notices.
+constexpr std::size_t MostLater = 16;
 
 std::string FolderOf(std::string_view path) {
   const std::size_t slash = path.rfind('/');
@@ -26,6 +31,17 @@ std::string JournalOf(const auto& files) {
   parts.reserve(files.size());
   for (const auto& pending : files) parts.push_back(&*pending.Entries);
   return JournalText(parts);
+}
+
+// More than the files take up on the disk once the changes are made, in bytes.
+std::int64_t RoomOf(const auto& files) {
+  constexpr std::size_t Block = 4096;
+  std::size_t room = 0;
+  for (const auto& pending : files) {
+    room += pending.Entries->Text().size() + 2 * Block;
+    if (pending.Before) room += pending.Before->Bytes().size();
+  }
+  return static_cast<std::int64_t>(room);
 }
 
 }  // namespace
@@ -80,43 +96,63 @@ RunTimeError Profile::FinishPrepared(PendingFile& pending) {
   return error;
 }
 
-// Applies the changes to the file as it stands now and begins to write the result beside it.
-RunTimeError Profile::Prepare(PendingFile& pending) {
+// Applies the changes to the file as it stands now.
+RunTimeError Profile::ApplyChanges(PendingFile& pending) {
   CachedFile& file = *pending.File;
   DropTemporary(pending);
-  RunTimeError error = Refresh(file);
+  const RunTimeError error = Refresh(file);
   if (error != RunTimeError::None) return error;
   pending.Before = file.Text;
   pending.Entries.emplace(NameOf(file.HostPath));
   const ProfileText none{std::string()};
   pending.After =
       (pending.Before ? *pending.Before : none).With(*pending.Changes, &*pending.Entries);
-  if (!pending.IsChanged()) return RunTimeError::None;
-  // The new file would be writable however the old one is protected.
+  return CheckWritable(pending);
+}
+
+// The new file would be writable however the old one is protected.
+RunTimeError Profile::CheckWritable(const PendingFile& pending) {
   constexpr unsigned AnyWrite = 0222;
-  if (pending.Before && (file.Stamp.Permissions & AnyWrite) == 0) {
-    return RunTimeError::PermissionDenied;
+  const bool isProtected = pending.Before && (pending.File->Stamp.Permissions & AnyWrite) == 0;
+  return isProtected && pending.IsChanged() ? RunTimeError::PermissionDenied : RunTimeError::None;
+}
+
+std::vector<Profile::PendingFile> Profile::FilesOf(const ProfileChanges& changes) {
+  std::vector<PendingFile> files;
+  files.reserve(changes.size());
+  for (const auto& [path, fileChanges] : changes) {
+    PendingFile& pending = files.emplace_back();
+    pending.File = &FileAt(path);
+    pending.Changes = &fileChanges;
   }
-  const std::string path =
-      FolderOf(file.HostPath) + TemporaryName(NameOf(file.HostPath), ProcessNumber());
-  error = StartNewFile(path, pending.After, file.HostPath, pending.Handle, nullptr);
+  return files;
+}
+
+// Begins to write what the changes have made of the file beside it.
+RunTimeError Profile::StartPrepared(PendingFile& pending) {
+  if (!pending.IsChanged()) return RunTimeError::None;
+  const std::string& hostPath = pending.File->HostPath;
+  const std::string path = FolderOf(hostPath) + TemporaryName(NameOf(hostPath), ProcessNumber());
+  RunTimeError error = StartNewFile(path, pending.After, hostPath, pending.Handle, nullptr);
   if (error == RunTimeError::PathAccess) {
     // Left behind by an earlier program that had this program's number.
     (void)disk_.Remove(path);
-    error = StartNewFile(path, pending.After, file.HostPath, pending.Handle, nullptr);
+    error = StartNewFile(path, pending.After, hostPath, pending.Handle, nullptr);
   }
   if (error == RunTimeError::None) pending.TemporaryPath = path;
   return error;
 }
 
-// Prepares every file, again where another program wrote to it meanwhile.
+// Writes every file with its changes beside its place, again where another program wrote to it
+// meanwhile.
 RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files) {
   // Many files on their way to the disk together arrive sooner than one after the other.
   constexpr std::size_t MostTogether = 100;
   for (std::size_t begin = 0; begin < files.size(); begin += MostTogether) {
     const std::size_t end = std::min(begin + MostTogether, files.size());
     for (std::size_t i = begin; i < end; ++i) {
-      const RunTimeError error = Prepare(files[i]);
+      RunTimeError error = ApplyChanges(files[i]);
+      if (error == RunTimeError::None) error = StartPrepared(files[i]);
       if (error != RunTimeError::None) return error;
     }
     for (std::size_t i = begin; i < end; ++i) {
@@ -130,7 +166,8 @@ RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files) {
       RunTimeError error = Refresh(*pending.File);
       if (error == RunTimeError::None && pending.File->Text != pending.Before) {
         isCurrent = false;
-        error = Prepare(pending);
+        error = ApplyChanges(pending);
+        if (error == RunTimeError::None) error = StartPrepared(pending);
         if (error == RunTimeError::None) error = FinishPrepared(pending);
       }
       if (error != RunTimeError::None) return error;
@@ -183,47 +220,88 @@ bool Profile::TakeBack(const PendingFile& done) {
   return isBack;
 }
 
-// With the journal on the disk the group is decided: what cannot be done now is done before the
-// next write or at the next opening.
-RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
-                                    const ProfileChanges& changes) {
+// With the journal on the disk the group is decided.
+RunTimeError Profile::Decide(const std::vector<PendingFile>& files, std::int64_t room) {
   const std::string folder = FolderOf(files.front().File->HostPath);
-  const std::string journalPath = folder + std::string(JournalName);
-  std::string journal = JournalOf(files);
+  const std::string path = folder + std::string(JournalName);
+  int handle = -1;
   bool isLeft = false;
-  RunTimeError error = WriteNewFile(journalPath, journal, {}, &isLeft);
-  if (error == RunTimeError::PathAccess && CompleteJournal(folder) == RunTimeError::None) {
-    // Another program was stopped in the middle of a group; now its group is done, too.
-    error = PrepareAll(files);
-    if (error != RunTimeError::None) return error;
-    journal = JournalOf(files);
-    error = WriteNewFile(journalPath, journal, {}, &isLeft);
+  RunTimeError error = StartNewFile(path, JournalOf(files), {}, handle, &isLeft);
+  if (error == RunTimeError::None && room > 0) {
+    error = disk_.Reserve(handle, room);
+    if (error != RunTimeError::None) {
+      (void)disk_.Close(handle);
+      isLeft = disk_.Remove(path) != RunTimeError::None;
+    }
   }
+  if (error == RunTimeError::None) error = FinishNewFile(path, handle, &isLeft);
   if (error == RunTimeError::None) {
     error = disk_.SyncFolder(folder);
-    if (error != RunTimeError::None) isLeft = disk_.Remove(journalPath) != RunTimeError::None;
+    if (error != RunTimeError::None) isLeft = disk_.Remove(path) != RunTimeError::None;
   }
-  if (isLeft) staleJournal_ = journalPath;
+  if (isLeft) staleJournal_ = path;
+  return error;
+}
+
+RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
+                                    const ProfileChanges& changes) {
+  const RunTimeError error = Decide(files, 0);
   if (error != RunTimeError::None) return error;
+  const std::string folder = FolderOf(files.front().File->HostPath);
   bool isDone = true;
   for (PendingFile& pending : files) isDone = PutInPlace(pending) == RunTimeError::None && isDone;
   if (isDone && disk_.SyncFolder(folder) == RunTimeError::None &&
-      disk_.Remove(journalPath) == RunTimeError::None &&
+      disk_.Remove(folder + std::string(JournalName)) == RunTimeError::None &&
       disk_.SyncFolder(folder) == RunTimeError::None) {
     return RunTimeError::None;
   }
   unfinished_ = changes;
   unfinishedFolder_ = folder;
   // Nothing is lost if this fails: it is tried again before the next write.
-  (void)FinishUnfinished();
+  (void)Finish();
   return RunTimeError::None;
 }
 
+// Only the journal is written now. It keeps the room for the rest.
+RunTimeError Profile::CommitLater(std::vector<PendingFile>& files, const ProfileChanges& changes) {
+  for (PendingFile& pending : files) {
+    RunTimeError error = Refresh(*pending.File);
+    if (error != RunTimeError::None) return error;
+    pending.Before = pending.File->Text;
+    pending.Entries.emplace(NameOf(pending.File->HostPath));
+    const ProfileText none{std::string()};
+    (pending.Before ? *pending.Before : none).AddChanged(*pending.Changes, *pending.Entries);
+    error = CheckWritable(pending);
+    if (error != RunTimeError::None) return error;
+  }
+  std::erase_if(files, [](const PendingFile& pending) { return !pending.IsChanged(); });
+  if (files.empty()) return RunTimeError::None;
+  const RunTimeError error = Decide(files, RoomOf(files));
+  if (error != RunTimeError::None) return error;
+  unfinished_ = changes;
+  unfinishedFolder_ = FolderOf(files.front().File->HostPath);
+  onDue_();
+  return RunTimeError::None;
+}
+
+RunTimeError Profile::CommitNow(std::vector<PendingFile>& files, const ProfileChanges& changes) {
+  RunTimeError error = PrepareAll(files);
+  if (error == RunTimeError::None) {
+    std::erase_if(files, [](const PendingFile& pending) { return !pending.IsChanged(); });
+    if (files.size() == 1) error = CommitOne(files.front());
+    if (files.size() > 1) error = CommitSeveral(files, changes);
+  }
+  for (PendingFile& pending : files) DropTemporary(pending);
+  return error;
+}
+
 RunTimeError Profile::CopyFile(std::string_view From, std::string_view To) {
+  RunTimeError error = Finish();
+  if (error != RunTimeError::None) return error;
   std::string bytes;
   FileStamp stamp;
   const std::string from = names_.Find(From);
-  RunTimeError error = disk_.Read(from, bytes, stamp);
+  error = disk_.Read(from, bytes, stamp);
   if (error != RunTimeError::None) return error;
   const std::string path = names_.Find(To);
   const std::string beside = FolderOf(path) + TemporaryName(NameOf(path), ProcessNumber());
@@ -236,25 +314,20 @@ RunTimeError Profile::CopyFile(std::string_view From, std::string_view To) {
 
 RunTimeError Profile::Commit(const ProfileChanges& changes) {
   if (changes.empty()) return RunTimeError::None;
-  RunTimeError error = FinishUnfinished();
+  RunTimeError error = Finish();
   if (error != RunTimeError::None) return error;
 
-  std::vector<PendingFile> files;
-  files.reserve(changes.size());
   const std::string folder = FolderOf(changes.begin()->first);
-  for (const auto& [path, fileChanges] : changes) {
-    if (FolderOf(path) != folder) return RunTimeError::PathAccess;
-    PendingFile& pending = files.emplace_back();
-    pending.File = &FileAt(path);
-    pending.Changes = &fileChanges;
+  const auto isElsewhere = [&](const auto& change) { return FolderOf(change.first) != folder; };
+  if (std::any_of(changes.begin(), changes.end(), isElsewhere)) return RunTimeError::PathAccess;
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    std::vector<PendingFile> files = FilesOf(changes);
+    const bool isLater = onDue_ && files.size() > 1 && files.size() <= MostLater;
+    error = isLater ? CommitLater(files, changes) : CommitNow(files, changes);
+    if (error != RunTimeError::PathAccess) break;
+    // Another program may have been stopped in the middle of a group, which is done first.
+    if (CompleteJournal(folder) != RunTimeError::None) break;
   }
-  error = PrepareAll(files);
-  if (error == RunTimeError::None) {
-    std::erase_if(files, [](const PendingFile& pending) { return !pending.IsChanged(); });
-    if (files.size() == 1) error = CommitOne(files.front());
-    if (files.size() > 1) error = CommitSeveral(files, changes);
-  }
-  for (PendingFile& pending : files) DropTemporary(pending);
   return error;
 }
 

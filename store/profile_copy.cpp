@@ -275,7 +275,7 @@ RunTimeError Profile::CopyFiles(const std::vector<FileCopy>& Copies, const GoesO
   CopyFailure& failed = failure != nullptr ? *failure : ignored;
   failed = {Copies.size(), false, false};
   if (Copies.empty()) return RunTimeError::None;
-  RunTimeError error = FinishUnfinished();
+  RunTimeError error = Finish();
   if (error != RunTimeError::None) return error;
 
   std::vector<std::string_view> names;

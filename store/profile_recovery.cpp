@@ -18,7 +18,7 @@ RunTimeError Profile::Recover(std::string_view File) {
   const std::string path = names_.Find(File);
   const std::string folder = path.substr(0, path.rfind('/') + 1);
   // A journal that was told to be void must not be completed.
-  RunTimeError error = FinishUnfinished();
+  RunTimeError error = Finish();
   if (error != RunTimeError::None) return error;
   FileStamp stamp;
   error = disk_.Stamp(folder, stamp);
@@ -31,7 +31,7 @@ RunTimeError Profile::Recover(std::string_view File) {
   return error;
 }
 
-RunTimeError Profile::FinishUnfinished() {
+RunTimeError Profile::Finish() {
   if (!staleJournal_.empty()) {
     const RunTimeError error = disk_.Remove(staleJournal_);
     if (error != RunTimeError::None && !IsMissing(error)) return error;
@@ -70,12 +70,10 @@ RunTimeError Profile::CompleteJournal(const std::string& folder, const GoesOn& g
     error = MakeSureOf(journalPath);
     if (error == RunTimeError::None) error = disk_.SyncFolder(folder);
     if (error != RunTimeError::None) return error;
-    for (const JournalFile& entries : *journal) {
-      error = Complete(folder, entries);
-      if (error != RunTimeError::None) return error;
-      if (goesOn) goesOn(true);
-    }
-    error = disk_.SyncFolder(folder);
+    // The room that it keeps is for what is written now.
+    disk_.Release(journalPath);
+    error = Complete(folder, *journal, goesOn);
+    if (error == RunTimeError::None) error = disk_.SyncFolder(folder);
     if (error != RunTimeError::None) return error;
   }
   error = disk_.Remove(journalPath);
@@ -83,30 +81,34 @@ RunTimeError Profile::CompleteJournal(const std::string& folder, const GoesOn& g
 }
 
 // Another program may have written since: its entries stay, be it in a file that the journal names.
-RunTimeError Profile::Complete(const std::string& folder, const JournalFile& entries) {
-  CachedFile& file = FileAt(folder + entries.Name);
-  if (!entries.Replacement.empty()) {
-    file.Text.reset();
-    const RunTimeError error = disk_.Rename(folder + entries.Replacement, file.HostPath);
-    // Without the temporary file it is done already.
-    return IsMissing(error) ? RunTimeError::None : error;
+RunTimeError Profile::Complete(const std::string& folder, const Journal& journal,
+                               const GoesOn& goesOn) {
+  RunTimeError error = RunTimeError::None;
+  ProfileChanges changes;
+  for (const JournalFile& entries : journal) {
+    CachedFile& file = FileAt(folder + entries.Name);
+    if (entries.Replacement.empty()) {
+      error = Refresh(file);
+      for (const JournalEntry& entry : entries.Entries) {
+        const std::optional<std::string> now =
+            file.Text ? file.Text->Value(entry.Section, entry.Key) : std::nullopt;
+        if (now == entry.Old) changes[file.HostPath].Set(entry.Section, entry.Key, entry.New);
+      }
+    } else {
+      file.Text.reset();
+      error = disk_.Rename(folder + entries.Replacement, file.HostPath);
+      // Without the temporary file it is done already.
+      if (IsMissing(error)) error = RunTimeError::None;
+    }
+    if (error != RunTimeError::None) return error;
+    if (goesOn) goesOn(true);
   }
-  RunTimeError error = Refresh(file);
-  if (error != RunTimeError::None) return error;
-  FileChanges changes;
-  for (const JournalEntry& entry : entries.Entries) {
-    const std::optional<std::string> now =
-        file.Text ? file.Text->Value(entry.Section, entry.Key) : std::nullopt;
-    if (now == entry.Old) changes.Set(entry.Section, entry.Key, entry.New);
+  std::vector<PendingFile> files = FilesOf(changes);
+  error = PrepareAll(files);
+  for (PendingFile& pending : files) {
+    if (error == RunTimeError::None && pending.IsChanged()) error = PutInPlace(pending);
+    DropTemporary(pending);
   }
-  if (changes.Sections().empty()) return RunTimeError::None;
-  PendingFile pending;
-  pending.File = &file;
-  pending.Changes = &changes;
-  error = Prepare(pending);
-  if (error == RunTimeError::None) error = FinishPrepared(pending);
-  if (error == RunTimeError::None && pending.IsChanged()) error = PutInPlace(pending);
-  DropTemporary(pending);
   return error;
 }
 

@@ -259,6 +259,16 @@ std::optional<std::string> ProfileText::Section::Value(std::string_view key) con
   return std::nullopt;
 }
 
+void ProfileText::AddChanged(const FileChanges& changes, JournalPart& journal) const {
+  for (const auto& section : changes.Sections()) {
+    const Section now = Find(section.Name);
+    for (const auto& [key, value] : section.Entries) {
+      const std::optional<std::string> old = now.Value(key);
+      if (old != value) journal.Add(section.Name, key, old, value);
+    }
+  }
+}
+
 std::string ProfileText::With(const FileChanges& changes, JournalPart* journal) const {
   std::vector<std::pair<std::size_t, const FileChanges::SectionChanges*>> known;
   std::vector<const FileChanges::SectionChanges*> added;

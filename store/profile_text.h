@@ -46,6 +46,8 @@ class ProfileText {
   // value already, stay as they are; new entries go to the end of their section, new sections to
   // the end of the file. Entries that get another value are added to `journal`.
   std::string With(const FileChanges& changes, JournalPart* journal = nullptr) const;
+  // Only adds these entries to `journal`.
+  void AddChanged(const FileChanges& changes, JournalPart& journal) const;
 
  private:
   // Where a section stands in the bytes. Its lines end where the next heading begins.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 #include "platform/numbers.h"
@@ -14,9 +15,6 @@ namespace quillary {
 namespace {
 
 constexpr std::string_view SectionPrefix = "Record";
-
-// Damaged data may name any record file; the table of files stays small all the same.
-constexpr std::int64_t UsualFiles = 4096;
 
 }  // namespace
 
@@ -76,15 +74,14 @@ RecordReader::RecordReader(Profile& profile, std::string_view dataPath)
     : snapshot_(profile), dataPath_(dataPath) {}
 
 const ProfileText& RecordReader::File(std::int64_t fileNumber) {
-  if (fileNumber < 0 || fileNumber >= UsualFiles) {
-    return snapshot_.Text(RecordFileName(dataPath_, fileNumber));
-  }
-  const auto index = static_cast<std::size_t>(fileNumber);
-  if (index >= files_.size()) files_.resize(index + 1);
-  if (files_[index] == nullptr) {
-    files_[index] = &snapshot_.Text(RecordFileName(dataPath_, fileNumber));
-  }
-  return *files_[index];
+  const auto block = static_cast<std::uint64_t>(fileNumber) / std::tuple_size_v<Files>;
+  // Damaged data may name any record file.
+  if (block >= files_.size()) return snapshot_.Text(RecordFileName(dataPath_, fileNumber));
+  std::unique_ptr<Files>& files = files_[block];
+  if (!files) files = std::make_unique<Files>();
+  const ProfileText*& file = (*files)[static_cast<std::size_t>(fileNumber) % files->size()];
+  if (file == nullptr) file = &snapshot_.Text(RecordFileName(dataPath_, fileNumber));
+  return *file;
 }
 
 ProfileText::Section RecordReader::Record(std::string_view RecNo) {

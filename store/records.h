@@ -20,6 +20,7 @@
 namespace quillary {
 
 class RecordReader;
+struct ListEntry;
 struct NumberRange;
 
 // Asked by OpenDataFile when there is no valid header; true means "create a new data set".
@@ -236,7 +237,7 @@ class Records {
   RunTimeError CheckLists();
   RunTimeError CheckRecords();
   bool IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position);
-  RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos);
+  RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos, std::size_t links);
   RunTimeError KeepOldHeader();
   NumberRange GivenNumbers();
   bool HasReturned();
@@ -254,6 +255,7 @@ class Records {
   void LinkRecord(const Chain& chain, const TextList& recNos, std::size_t position,
                   const std::string& recNo);
   void UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position);
+  RunTimeError FindChecked(std::string_view recNo, std::optional<ListEntry>& entry);
   RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
   RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers);
   std::string EndOfDeletedList();
@@ -276,6 +278,9 @@ class Records {
   ProgressHooks& progress_;
   ListHooks& lines_;
 
+  // Where the lists had the record that was last looked for.
+  std::size_t lastNamePos_ = 0;
+  std::size_t lastCompanyPos_ = 0;
   // Why the lists in memory are not to be written over the links in the files.
   RunTimeError listsError_ = RunTimeError::None;
   // The order in memory could not be stored; what follows the listed records in the files.

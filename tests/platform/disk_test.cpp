@@ -26,7 +26,7 @@ class HostDiskTest : public testing::Test {
 
   TempFolder folder_;
   HostDisk disk_;
-  std::string bytes_ = "untouched";
+  std::string bytes_;
   FileStamp stamp_;
 };
 
@@ -55,7 +55,27 @@ TEST_F(HostDiskTest, ReadsNothingButRegularFiles) {
   EXPECT_EQ(Read("."), RunTimeError::PathAccess);
   EXPECT_EQ(disk_.Read("/dev/zero", bytes_, stamp_), RunTimeError::PathAccess);
   EXPECT_EQ(Read("missing"), RunTimeError::FileNotFound);
-  EXPECT_EQ(bytes_, "untouched");
+}
+
+TEST_F(HostDiskTest, KeepsRoomForAFileUntilItIsReleased) {
+  const std::string path = folder_.File("room");
+  const auto kept = [&] {
+    struct stat status = {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_size, 5);
+    return status.st_blocks * 512;
+  };
+  int handle = -1;
+  ASSERT_EQ(disk_.Create(path, 0600, handle), RunTimeError::None);
+  ASSERT_EQ(disk_.Write(handle, "bytes"), RunTimeError::None);
+  const auto space = static_cast<std::int64_t>(std::filesystem::space(path).available);
+  EXPECT_EQ(disk_.Reserve(handle, 2 * space), RunTimeError::DiskFull);
+  constexpr std::int64_t Room = 1'000'000;
+  ASSERT_EQ(disk_.Reserve(handle, Room), RunTimeError::None);
+  ASSERT_EQ(disk_.Close(handle), RunTimeError::None);
+  EXPECT_GE(kept(), Room);
+  disk_.Release(path);
+  EXPECT_LT(kept(), Room);
 }
 
 TEST_F(HostDiskTest, CreatesWithExactPermissionsAndNeverOverOrThroughWhatIsThere) {

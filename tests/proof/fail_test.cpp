@@ -39,15 +39,18 @@ bool FailTest::CheckFault(int call, RunTimeError fault, bool forever) {
   WriteTree(Root.Path(), Before);
   FaultDisk disk;
   Program program(Root.Path(), disk);
+  if (GetParam().IsFinishedLater) program.Access.FinishLater([] {});
   const bool isStart = GetParam().IsStart;
   if (!isStart) {
     EXPECT_EQ(program.Open(), RunTimeError::None);
+    EXPECT_EQ(program.Access.Finish(), RunTimeError::None);
     // In every other run the lists are filtered.
     if (call / 2 % 2 == 0) program.Filter("e");
   }
   const auto memory = program.Memory();
   disk.FailAt(call, fault, forever);
   const RunTimeError error = GetParam().Run(program);
+  static_cast<void>(program.Access.Finish());
   const bool wasReached = disk.WasReached();
   disk.Reset();
 

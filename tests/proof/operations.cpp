@@ -159,16 +159,21 @@ FieldArray Person(const std::string& firstName, const std::string& lastName,
 }
 
 const std::vector<Operation>& Operations() {
+  const auto later = [](Operation operation) {
+    operation.IsFinishedLater = true;
+    return operation;
+  };
   static const std::vector<Operation> operations{
-      {"CreateData", Start, ForgetDataFolder, true},
+      later({"CreateData", Start, ForgetDataFolder, true}),
       {"CreateDataOverForeignHeader", Start, LeaveForeignHeader, true},
-      {"SortAtStart", Start, MisplaceNames, true},
-      {"Add", Add},
-      {"Duplicate", Duplicate},
-      {"EditInPlace", EditInPlace},
-      {"EditAndMove", EditAndMove},
-      {"Delete", Delete},
-      {"RestoreDeleted", RestoreDeleted},
+      later({"SortAtStart", Start, MisplaceNames, true}),
+      later({"Add", Add}),
+      later({"Duplicate", Duplicate}),
+      later({"EditInPlace", EditInPlace}),
+      later({"EditAndMove", EditAndMove}),
+      {"EditAndMoveAtOnce", EditAndMove},
+      later({"Delete", Delete}),
+      later({"RestoreDeleted", RestoreDeleted}),
       {"ImportAppend", ImportAppend},
       {"ImportReplace", ImportReplace},
       {"CopyAside", CopyAside, CopyAsideTwice},

@@ -14,8 +14,9 @@ struct Operation {
   RunTimeError (*Run)(Program&);
   // Prepares the usual files for it.
   void (*SetUp)(Program&) = nullptr;
-  bool IsStart = false;        // a start of the program itself
-  bool ReplacesFiles = false;  // whole, with all that anyone has written to them
+  bool IsStart = false;          // a start of the program itself
+  bool ReplacesFiles = false;    // whole, with all that anyone has written to them
+  bool IsFinishedLater = false;  // like every change in the program with its windows
 
   friend void PrintTo(const Operation& operation, std::ostream* stream) {
     *stream << operation.Name;

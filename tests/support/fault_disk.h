@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -54,6 +55,9 @@ class FaultDisk : public HostDisk {
     return Try(Kind::Writes, [&] { return HostDisk::CopyAccess(path, handle); });
   }
   RunTimeError Write(int handle, std::string_view bytes) override;
+  RunTimeError Reserve(int handle, std::int64_t bytes) override {
+    return Try(Kind::Writes, [&] { return HostDisk::Reserve(handle, bytes); });
+  }
   RunTimeError Sync(int) override { return Try(Kind::Writes, Nothing); }
   RunTimeError SyncAll(const std::vector<int>&) override { return Try(Kind::Writes, Nothing); }
   RunTimeError Close(int handle) override;

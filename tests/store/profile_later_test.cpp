@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "platform/file_names.h"
+#include "store/profile.h"
+#include "tests/support/fault_disk.h"
+#include "tests/support/temp_folder.h"
+
+namespace quillary {
+namespace {
+
+// Groups that are finished in an idle moment.
+struct ProfileLaterTest : testing::Test {
+  ProfileLaterTest() {
+    for (const char* file : {"a.dat", "b.dat"}) {
+      EXPECT_EQ(Access.WriteEntry(file, "S", "Key", "old"), RunTimeError::None);
+      EXPECT_EQ(Access.WriteEntry(file, "S", "Other", "old"), RunTimeError::None);
+    }
+    Access.FinishLater([this] { ++Due; });
+  }
+  RunTimeError WriteBoth(const std::string& value) {
+    ProfileUpdate update(Access);
+    for (const char* file : {"a.dat", "b.dat"}) {
+      (void)Access.WriteEntry(file, "S", "Key", value);
+    }
+    return update.Commit();
+  }
+  // What another program reads.
+  std::string Seen(const char* file, const char* key = "Key") {
+    HostDisk machine;
+    FileNames names{machine, Folder.Path(), Folder.Path()};
+    return Profile(machine, names).ReadEntry(file, "S", key);
+  }
+  bool HasJournal() const { return std::filesystem::exists(Folder.File("quill.jnl")); }
+
+  test::TempFolder Folder;
+  test::FaultDisk Machine;
+  FileNames Names{Machine, Folder.Path(), Folder.Path()};
+  Profile Access{Machine, Names};
+  int Due = 0;
+};
+
+TEST_F(ProfileLaterTest, AGroupHoldsAtOnceAndReachesTheFilesInFinish) {
+  ASSERT_EQ(WriteBoth("new"), RunTimeError::None);
+  EXPECT_EQ(Due, 1);
+  EXPECT_EQ(Access.ReadEntry("a.dat", "S", "Key"), "new");
+  EXPECT_EQ(ProfileSnapshot(Access).Text("b.dat").Value("S", "Key"), "new");
+  EXPECT_EQ(Seen("a.dat"), "old");
+  EXPECT_TRUE(HasJournal());
+
+  ASSERT_EQ(Access.Finish(), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "newnew");
+  EXPECT_FALSE(HasJournal());
+  EXPECT_EQ(Access.Finish(), RunTimeError::None);
+}
+
+TEST_F(ProfileLaterTest, WhatAnotherProgramWritesMeanwhileIsSeenAndStays) {
+  ASSERT_EQ(WriteBoth("new"), RunTimeError::None);
+  {
+    HostDisk machine;
+    FileNames names{machine, Folder.Path(), Folder.Path()};
+    Profile other(machine, names);
+    ASSERT_EQ(other.WriteEntry("a.dat", "S", "Other", "theirs"), RunTimeError::None);
+    ASSERT_EQ(other.WriteEntry("b.dat", "S", "Key", "theirs"), RunTimeError::None);
+  }
+  EXPECT_EQ(Access.ReadEntry("a.dat", "S", "Other"), "theirs");
+  ASSERT_EQ(Access.Finish(), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat"), "new");
+  EXPECT_EQ(Seen("a.dat", "Other"), "theirs");
+  EXPECT_EQ(Seen("b.dat"), "theirs");
+  EXPECT_EQ(Access.ReadEntry("b.dat", "S", "Key"), "theirs");
+}
+
+TEST_F(ProfileLaterTest, WhateverComesNextComesAfterIt) {
+  ASSERT_EQ(WriteBoth("1"), RunTimeError::None);
+  ASSERT_EQ(WriteBoth("2"), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat"), "1");
+  ASSERT_EQ(Access.WriteEntry("a.dat", "S", "Other", "alone"), RunTimeError::None);
+  EXPECT_EQ(Seen("b.dat"), "2");
+
+  ASSERT_EQ(WriteBoth("3"), RunTimeError::None);
+  ASSERT_EQ(Access.CopyFile("b.dat", "copy.dat"), RunTimeError::None);
+  EXPECT_EQ(Seen("copy.dat"), "3");
+  ASSERT_EQ(WriteBoth("4"), RunTimeError::None);
+  ASSERT_EQ(Access.CopyFiles({{"b.dat", "copy.dat"}}), RunTimeError::None);
+  EXPECT_EQ(Seen("copy.dat"), "4");
+  ASSERT_EQ(WriteBoth("5"), RunTimeError::None);
+  ASSERT_EQ(Access.Recover("a.dat"), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat", "Other") + Seen("a.dat") + Seen("b.dat"), "alone55");
+}
+
+TEST_F(ProfileLaterTest, AFaultInFinishIsToldAndTheGroupStays) {
+  ASSERT_EQ(WriteBoth("new"), RunTimeError::None);
+  Machine.FailWrites(RunTimeError::DiskFull);
+  EXPECT_EQ(Access.Finish(), RunTimeError::DiskFull);
+  EXPECT_EQ(WriteBoth("newer"), RunTimeError::DiskFull);
+  EXPECT_EQ(Access.ReadEntry("b.dat", "S", "Key"), "new");
+  Machine.Reset();
+  ASSERT_EQ(Access.Finish(), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "newnew");
+}
+
+TEST_F(ProfileLaterTest, AProtectedFileIsToldBeforeAnythingIsDecided) {
+  std::filesystem::permissions(Folder.File("b.dat"), std::filesystem::perms::owner_read);
+  EXPECT_EQ(WriteBoth("new"), RunTimeError::PermissionDenied);
+  EXPECT_FALSE(HasJournal());
+  EXPECT_EQ(Access.ReadEntry("a.dat", "S", "Key"), "old");
+}
+
+}  // namespace
+}  // namespace quillary
