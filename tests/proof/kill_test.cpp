@@ -16,6 +16,8 @@
 namespace quillary::test {
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr const char* StepsKey = "Steps";
 
 // One change after the other, the same ones for everybody who begins with the same files. Each is
@@ -74,37 +76,51 @@ class KillTest : public testing::Test {
     Remember();
   }
 
-  // The child's life: as many steps as it is given time for; after each it says so.
+  // The child's life: it opens the data and makes as many steps as it is given time for. After each
+  // of these it says how many are done.
   [[noreturn]] void Work(int pipe) {
     HostDisk disk;
     Program program(folder_.Path(), disk);
+    const auto says = [&](int step) { return write(pipe, &step, sizeof step) == sizeof step; };
+    const auto done = [&] { return ToInt32(program.Store.ReadHeaderEntry(StepsKey)); };
     RunTimeError error = program.Open();
-    while (error == RunTimeError::None) {
+    while (error == RunTimeError::None && says(done())) {
       error = MakeStep(program);
-      const int step = ToInt32(program.Store.ReadHeaderEntry(StepsKey));
-      if (error == RunTimeError::None && BacksUpAfter(step)) {
+      if (error == RunTimeError::None && BacksUpAfter(done())) {
         error = BackUpFiles(program.Access, program.Data, program.Stick);
       }
-      if (error == RunTimeError::None && write(pipe, &step, sizeof step) != sizeof step) break;
     }
     _exit(1);
   }
 
-  // Lets a process work until it is killed; the last step that it said was done, or -1.
-  int KillAfter(std::chrono::microseconds time) {
+  // Lets a process work until it has spoken so often and then for some time, until it is killed;
+  // how many steps it last said were done, or -1.
+  int KillAfter(int words, std::chrono::nanoseconds time) {
     std::array<int, 2> ends{};
     EXPECT_EQ(pipe(ends.data()), 0);
+    const auto start = std::chrono::steady_clock::now();
     const pid_t child = fork();
     if (child == 0) Work(ends[1]);
     close(ends[1]);
+    int last = -1;
+    int heard = 0;
+    const auto hears = [&] {
+      if (read(ends[0], &last, sizeof last) != sizeof last) return false;
+      if (++heard == 1) {
+        opening_ = std::chrono::steady_clock::now() - start;
+      } else if (BacksUpAfter(last)) {
+        backedUp_ = last;
+      }
+      return true;
+    };
+    while (heard < words && hears()) {
+    }
     std::this_thread::sleep_for(time);
     EXPECT_EQ(kill(child, SIGKILL), 0);
     int status = 0;
     EXPECT_EQ(waitpid(child, &status, 0), child);
     EXPECT_TRUE(WIFSIGNALED(status)) << "it stopped by itself";
-    int last = -1;
-    while (read(ends[0], &last, sizeof last) == sizeof last) {
-      if (BacksUpAfter(last)) backedUp_ = last;
+    while (hears()) {
     }
     close(ends[0]);
     return last;
@@ -147,7 +163,8 @@ class KillTest : public testing::Test {
   Program twin_{twinFolder_.Path(), twinDisk_};
   std::vector<std::string> states_;  // of the data files after so many steps
   int steps_ = 0;
-  int backedUp_ = 0;  // after so many
+  int backedUp_ = 0;                    // after so many
+  std::chrono::nanoseconds opening_{};  // how long the last one took to open the data
 };
 
 // QUILLARY_KILLS says how often.
@@ -155,12 +172,20 @@ TEST_F(KillTest, KilledAtAnyMomentNothingThatWasDoneIsLost) {
   const char* const given = std::getenv("QUILLARY_KILLS");
   const int kills = given != nullptr ? std::stoi(given) : 60;
   std::mt19937 random(std::random_device{}());
+  int killedOpening = 0;
   for (int i = 0; i < kills && !HasFatalFailure(); ++i) {
     SCOPED_TRACE("kill " + std::to_string(i) + " of " + std::to_string(kills));
-    Check(KillAfter(std::chrono::microseconds(random() % 60'000)));
+    // Every fifth one is killed while it opens the data, the others in their first steps.
+    const int words = (i + 1) % 5;
+    const std::chrono::nanoseconds longest = words == 0 ? opening_ : 60ms;
+    const int last = KillAfter(words, longest * (random() % 1000) / 1000);
+    if (last < 0) ++killedOpening;
+    Check(last);
   }
-  EXPECT_GT(steps_, kills / 10);
+  // Three of five have said that one, two and three steps are done.
+  EXPECT_GE(steps_, kills / 5 * 6);
   RecordProperty("steps", steps_);
+  RecordProperty("killedOpening", killedOpening);
 }
 
 }  // namespace
