@@ -69,14 +69,13 @@ void Records::RemoveLine(ProfileUpdate& update, std::size_t index, const std::st
 
 RunTimeError Records::DeleteRecord(std::string_view RecNo, std::size_t ListIndex) {
   ProfileUpdate update(profile_);
-  const int deleted = std::max<int>(ToInt16(ReadHeaderEntry("DelNoOfRecords")), 0);
-  if (deleted >= MaxRecords) return RunTimeError::Overflow;
+  if (ToInt16(ReadHeaderEntry("DelNoOfRecords")) >= MaxRecords) return RunTimeError::Overflow;
   const std::string recNo(Trim(RecNo));
   RunTimeError error = UnlinkRecord(update, recNo, ListIndex);
   if (error != RunTimeError::None) return error;
 
   ClearLinks(recNo);
-  error = AddToDeletedList(recNo, deleted);
+  error = AddToDeletedList(recNo);
   return error == RunTimeError::None ? update.Commit() : error;
 }
 

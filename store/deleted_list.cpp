@@ -101,15 +101,17 @@ class Records::DeletedList {
     for (std::string recNo; Go(recNo);) way.push_back(recNo);
     return way;
   }
-  // Where the way has led to fewer records than are counted: the others that are in no list.
+  // Where the links do not hold together: the other records that are in no list and belong to this
+  // one.
   std::vector<std::string> Strays() {
     std::vector<std::string> strays;
-    if (!IsShort()) return strays;
+    if (!IsShort() && next_.empty() && !data_.ListsIncomplete) return strays;
     std::unordered_set<std::string_view> live(data_.NamesRecNo.begin(), data_.NamesRecNo.end());
     live.insert(data_.CompaniesRecNo.begin(), data_.CompaniesRecNo.end());
     for (std::int32_t number = given_.Begin; number < given_.End; ++number) {
       const std::string recNo = NumberText(number);
-      if (!live.contains(recNo) && !seen_.contains(number) && Find(recNo)) strays.push_back(recNo);
+      if (live.contains(recNo) || seen_.contains(number) || !Find(recNo)) continue;
+      if (IsShort() || DeletedLinks(recNo) > 0) strays.push_back(recNo);
     }
     return strays;
   }
@@ -117,18 +119,27 @@ class Records::DeletedList {
   // of date may lead to one that has become live.
   bool Belongs(const std::string& recNo, const std::string& previous) {
     const std::optional<ProfileText::Section> record = Find(recNo);
-    return record && (Link(*record, "PrevDel") == previous || LooksDeleted(recNo));
+    if (!record) return false;
+    if (previous.empty()) return DeletedLinks(recNo) >= 0;
+    // The link that leads to it is one more.
+    return Link(*record, "PrevDel") == previous || DeletedLinks(recNo) + 1 >= 0;
   }
-  // Whether the record has no more links of live records than of deleted ones.
+  // By how many more links of deleted records than of live ones a record is joined to others. A
+  // head that leads to it is one, too.
+  int DeletedLinks(const std::string& recNo) {
+    const ProfileText::Section record = reader_.Record(recNo);
+    int links = (recNo == first_) - (recNo == firstName_) - (recNo == firstCompany_);
+    for (const auto key : {"PrevDel", "NextDel"}) links += Link(record, key).empty() ? 0 : 1;
+    for (const Chain* chain : {&NameChain, &CompanyChain}) {
+      for (const auto key : {chain->Prev, chain->Next}) {
+        links -= Link(record, key).empty() ? 0 : 1;
+      }
+    }
+    return links;
+  }
+  // Whether a record that is not on the way looks as if it belonged to the list.
   bool LooksDeleted(const std::string& recNo) {
-    const std::optional<ProfileText::Section> record = Find(recNo);
-    const auto linked = [&](std::initializer_list<std::string_view> keys) {
-      return std::count_if(keys.begin(), keys.end(),
-                           [&](std::string_view key) { return !Link(*record, key).empty(); });
-    };
-    return record &&
-           linked({"PrevDel", "NextDel"}) >=
-               linked({NameChain.Prev, NameChain.Next, CompanyChain.Prev, CompanyChain.Next});
+    return Find(recNo) && DeletedLinks(recNo) >= (IsShort() ? 0 : 1);
   }
   // How many there are besides those that were found, in files that are missing: the count tells.
   int Hidden(std::size_t found) {
@@ -207,17 +218,14 @@ void Records::ReadDeletedNamesList() {
     }
     progress_.Step(std::min(static_cast<double>(found) / data_.DelCount, 1.0) * 100);
   };
-  while (found < data_.DelCount) {
-    const auto record = list.Go(recNo);
-    if (!record) break;
-    take(*record);
+  while (const auto record = list.Go(recNo)) {
+    // What is not counted is not listed.
+    if (found < data_.DelCount) take(*record);
   }
   knownDeleted_ = list.Whole();
-  if (found < data_.DelCount) {
-    for (const std::string& stray : list.Strays()) {
-      recNo = stray;
-      take(*list.Find(recNo));
-    }
+  for (const std::string& stray : list.Strays()) {
+    recNo = stray;
+    take(*list.Find(recNo));
   }
 
   progress_.Begin("Please wait while sorting deleted names list...", "");
@@ -237,16 +245,13 @@ void Records::ReadDeletedNamesList() {
   progress_.End();
 }
 
-// Those that the list leads to, and, if more are counted, those that look as if they belonged to
-// it.
+// Those that the list leads to, and those that look as if they belonged to it.
 RunTimeError Records::ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers) {
   DeletedList list(*this);
   for (const auto& recNo : list.Way()) numbers.insert(ToInt32(recNo));
-  if (list.IsShort()) {
-    const NumberRange given = GivenNumbers();
-    for (std::int32_t number = given.Begin; number < given.End; ++number) {
-      if (list.LooksDeleted(NumberText(number))) numbers.insert(number);
-    }
+  const NumberRange given = GivenNumbers();
+  for (std::int32_t number = given.Begin; number < given.End; ++number) {
+    if (list.LooksDeleted(NumberText(number))) numbers.insert(number);
   }
   return list.Error();
 }
@@ -271,10 +276,27 @@ void Records::NoteDeletedLinks(const std::vector<std::string>& recNos, const std
   NoteHeaderEntry("DelFirstRecord", recNos.empty() ? end : recNos.front());
 }
 
+// Takes into the chain what belongs to the list and is not linked. Where a file is missing it may
+// be linked from there.
+RunTimeError Records::RestoreDeletedLinks() {
+  DeletedList list(*this);
+  std::vector<std::string> all = list.Way();
+  const std::vector<std::string> strays = list.Strays();
+  const bool mayBeLinked = strays.empty() || list.IsHidden(list.End());
+  if (list.Error() != RunTimeError::None || mayBeLinked) return list.Error();
+  knownDeleted_.clear();
+  all.insert(all.end(), strays.begin(), strays.end());
+  const int count = static_cast<int>(all.size()) + list.Hidden(all.size());
+  NoteDeletedLinks(all, {});
+  NoteHeaderEntry("DelNoOfRecords", NumberText(count));
+  return RunTimeError::None;
+}
+
 // Puts a record without links at the front of the deleted list.
-RunTimeError Records::AddToDeletedList(const std::string& recNo, int count) {
+RunTimeError Records::AddToDeletedList(const std::string& recNo) {
   knownDeleted_.clear();
   DeletedList list(*this);
+  int count = list.Count();
   const std::string& first = list.First();
   const bool isThere = first != recNo && list.Belongs(first, {});
   const bool isHidden = !isThere && list.IsHidden(first);

@@ -56,6 +56,17 @@ void DropDeleted(Walk& walk, const Numbers& deleted) {
   });
 }
 
+// Whether each name is linked back to the one before, also one that is not counted any more.
+bool AreJoined(const Walk& names, ListedRecords& records) {
+  std::int32_t previous = Nowhere;
+  const auto isJoined = [&](const ListedRecord& record) {
+    return record.Chained->PrevName == std::exchange(previous, record.Chained->Number);
+  };
+  if (!std::all_of(names.Found.begin(), names.Found.end(), isJoined)) return false;
+  const std::optional<ListedRecord> next = records.Find(names.At);
+  return names.At == Nowhere || (next && isJoined(*next));
+}
+
 // Whether the way alone proves that no record is missing: it leads to as many as are counted and
 // ends there, and each is linked back to the one before.
 bool IsProven(const Walk& walk, std::size_t count, std::string_view prevKey, RecordReader& reader) {
@@ -67,6 +78,16 @@ bool IsProven(const Walk& walk, std::size_t count, std::string_view prevKey, Rec
     previous = recNo;
   }
   return true;
+}
+
+bool HaveSameRecords(const Walk& a, const Walk& b) {
+  const auto numbers = [](const Walk& walk) {
+    std::vector<std::int32_t> found;
+    for (const ListedRecord& record : walk.Found) found.push_back(record.Chained->Number);
+    std::sort(found.begin(), found.end());
+    return found;
+  };
+  return numbers(a) == numbers(b);
 }
 
 // The records of the range that neither chain leads to, though they are not deleted.
@@ -147,26 +168,35 @@ Records::ListsInFiles Records::ReadLists(std::int16_t countInHeader, ProgressHoo
   bool isTooLong = false;
   // What is there again brings links with it that are out of date.
   const bool hasReturned = HasReturned();
-  if (!isWhole || hasReturned) {
+  // With an older copy of a file the chains may lead past a record, and to another one instead.
+  const bool isJoined = AreJoined(names, records);
+  if (!isWhole || !isJoined || hasReturned) {
+    Walk allNames = names;
+    Walk allCompanies = companies;
     Numbers deletedNumbers;
     lists.Error = ReadDeletedNumbers(deletedNumbers);
-    while (names.Found.size() < MaxRecords && names.Go(records)) {
+    while (allNames.Found.size() < MaxRecords && allNames.Go(records)) {
     }
-    while (companies.Found.size() < MaxRecords && companies.Go(records)) {
+    while (allCompanies.Found.size() < MaxRecords && allCompanies.Go(records)) {
     }
     RecordReader reader(profile_, data_.DataPath);
     // Where none is missing, what else stands in the files was left behind on purpose.
     const bool areAllFound =
-        !hasReturned && (IsProven(names, count, NameChain.Prev, reader) ||
-                         IsProven(companies, count, CompanyChain.Prev, reader));
-    DropDeleted(names, deletedNumbers);
-    DropDeleted(companies, deletedNumbers);
+        !hasReturned && (IsProven(allNames, count, NameChain.Prev, reader) ||
+                         IsProven(allCompanies, count, CompanyChain.Prev, reader));
+    DropDeleted(allNames, deletedNumbers);
+    DropDeleted(allCompanies, deletedNumbers);
     std::vector<ListedRecord> strays;
     if (!areAllFound) strays = FindStrays(records, GivenNumbers(), deletedNumbers);
     // What has no place in the lists must not fall out of the chains.
-    isTooLong = !Unite(names, companies, strays, comparer_);
-    lists.IsIncomplete = true;
-    lists.HaveReturned = isWhole;
+    isTooLong = !Unite(allNames, allCompanies, strays, comparer_);
+    // A wrong link back alone does no harm.
+    lists.IsIncomplete = !isWhole || hasReturned || !HaveSameRecords(allNames, names);
+    lists.HaveReturned = isWhole && hasReturned;
+    if (lists.IsIncomplete) {
+      names = std::move(allNames);
+      companies = std::move(allCompanies);
+    }
   }
   if (lists.Error == RunTimeError::None) lists.Error = records.Error();
   if (lists.Error == RunTimeError::None && isTooLong) lists.Error = RunTimeError::DeviceError;

@@ -35,8 +35,12 @@ class ListedRecords::Block {
 
  private:
   static constexpr std::string_view Prefix = "Record";
-  static constexpr std::array<std::string_view, 5> Keys{"ShowName", "ShowCompany", "NextName",
-                                                        "NextCompany", "NextDel"};
+  // The two texts, then the links.
+  static constexpr std::array<std::string_view, 6> Keys{"ShowName",    "ShowCompany", "NextName",
+                                                        "NextCompany", "PrevName",    "NextDel"};
+  static constexpr std::array<std::int32_t RecordLinks::*, 4> Links{
+      &RecordLinks::NextName, &RecordLinks::NextCompany, &RecordLinks::PrevName,
+      &RecordLinks::NextDel};
 
   // The first four letters, in lower case, as one number. Characters that are no letters may look
   // like some.
@@ -48,15 +52,16 @@ class ListedRecords::Block {
 
   // Most lines are told by their first character to be neither headings nor wanted entries.
   static bool MayMatter(char first) {
-    return first == '[' || first == 'S' || first == 'N' || first == 's' || first == 'n' ||
-           IsBlank(first);
+    return first == '[' || first == 'S' || first == 'P' || first == 'N' || first == 's' ||
+           first == 'p' || first == 'n' || IsBlank(first);
   }
 
   // False for most of the other lines with other keys.
   static bool MayBeWanted(std::string_view line) {
-    if (line.size() < sizeof(std::uint32_t)) return false;
+    if (line.size() <= sizeof(std::uint32_t)) return false;
     const std::uint32_t beginning = Beginning(line.data());
-    return beginning == Beginning("show") || beginning == Beginning("next");
+    return beginning == Beginning("show") || beginning == Beginning("next") ||
+           (beginning == Beginning("prev") && (line[4] == 'N' || line[4] == 'n'));
   }
 
   RecordLinks& LinksOf(std::int32_t number) {
@@ -102,21 +107,12 @@ class ListedRecords::Block {
     }
     if (isSet_[key]) return;
     isSet_[key] = true;
-    switch (key) {
-      case 0:
-        TextsOf(current_).ShowName = Value(written);
-        break;
-      case 1:
-        TextsOf(current_).ShowCompany = Value(written);
-        break;
-      case 2:
-        LinksOf(current_).NextName = WrittenLink(written);
-        break;
-      case 3:
-        LinksOf(current_).NextCompany = WrittenLink(written);
-        break;
-      default:
-        LinksOf(current_).NextDel = WrittenLink(written);
+    if (key == 0) {
+      TextsOf(current_).ShowName = Value(written);
+    } else if (key == 1) {
+      TextsOf(current_).ShowCompany = Value(written);
+    } else {
+      LinksOf(current_).*Links[key - 2] = WrittenLink(written);
     }
   }
 

@@ -23,6 +23,7 @@ inline constexpr std::int32_t Astray = -2;  // where a link leads that is no rec
 // to record in no order of the memory, so that little stands together.
 struct RecordLinks {
   std::int32_t Number = Nowhere;  // none: there is no such section
+  std::int32_t PrevName = Nowhere;
   std::int32_t NextName = Nowhere;
   std::int32_t NextCompany = Nowhere;
   std::int32_t NextDel = Nowhere;

@@ -86,9 +86,9 @@ class Records {
   // ends early, runs in a circle or points nowhere, or the two do not hold the same records, takes
   // every record that either chain reaches and the deleted list does not; unless one of them,
   // linked in both directions, has NoOfRecords, also every other one in the files that is not
-  // deleted. Where a record is there again without which the links were written, does the same.
-  // Then both lists are sorted, NoOfRecords is their length, and ListsIncomplete is set. Changes
-  // nothing on disk.
+  // deleted. Where a record is there again without which the links were written, or other records
+  // are found where a name is not linked back to the one before, does the same. Then both lists are
+  // sorted, NoOfRecords is their length, and ListsIncomplete is set. Changes nothing on disk.
   void GetNamesList();
   // Sorts both lists (equal ones keep their order) and, if anything moved, writes every link and
   // the list heads anew as one group. On an error, and without `mayStore`, the files are as before
@@ -104,10 +104,11 @@ class Records {
     return error == RunTimeError::BadRecordNumber || listsError_ != RunTimeError::None;
   }
   // To be called at the start of a group that reads or changes links. If the links in the files are
-  // not those of the lists in memory, writes all of them anew; records that are missing then are
-  // noted in the header. Fails, so that nothing is written, where the data files are gone or a part
-  // of them could not be read, and with BadRecordNumber where the header is not any more that of
-  // the lists in memory, or all links are to be written and the files have other records.
+  // not those of the lists in memory, writes all of them anew, and those of the deleted list where
+  // records fell out of it; records that are missing then are noted in the header. Fails, so that
+  // nothing is written, where the data files are gone or a part of them could not be read, and with
+  // BadRecordNumber where the header is not any more that of the lists in memory, or all links are
+  // to be written and the files have other records.
   RunTimeError RestoreLinks();
   // To be called at the start of a group that changes a listed record, also where its place in the
   // lists stays: RestoreLinks, and BadRecordNumber where the files do not have the record there.
@@ -154,8 +155,10 @@ class Records {
   // that ViewMode chooses (equal ones keep their order), MaxDeletedListed entries at most. Where
   // the chain breaks off, runs in a circle or leads to a record that is not deleted before all that
   // DelNoOfRecords counts are found, takes also the other records that are in no list; where there
-  // are too few of them, the list is shorter. Changes nothing on disk. Reports its progress and
-  // lets events run. A list that is found whole is not gone through again to take a record off it.
+  // are too few of them, the list is shorter. Where it does so behind them, or ListsIncomplete is
+  // set, takes those of the others that have links of deleted records. Changes nothing on disk.
+  // Reports its progress and lets events run. A list that is found whole is not gone through again
+  // to take a record off it.
   void ReadDeletedNamesList();
   // Unlinks the record from the deleted list and clears its two keys there. Refused with
   // BadRecordNumber where the record is not in it, or not any more.
@@ -260,7 +263,8 @@ class Records {
   RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers);
   std::string EndOfDeletedList();
   void NoteDeletedLinks(const std::vector<std::string>& recNos, const std::string& end);
-  RunTimeError AddToDeletedList(const std::string& recNo, int count);
+  RunTimeError RestoreDeletedLinks();
+  RunTimeError AddToDeletedList(const std::string& recNo);
   void AddToFilteredLists(ProfileUpdate& update, const std::string& recNo,
                           std::string_view showName, std::string_view showCompany);
   void KeepLists(ProfileUpdate& update);

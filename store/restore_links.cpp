@@ -78,6 +78,9 @@ RunTimeError Records::RestoreLinks() {
     NoteHeaderEntry("TotalNoOfRecords", NumberText(number));
   }
   NoteLinks(behindNames_, behindCompanies_, nullptr);
+  if (data_.ListsIncomplete) {
+    if (const RunTimeError error = RestoreDeletedLinks(); error != RunTimeError::None) return error;
+  }
   update.OnUndo([this, wasIncomplete = data_.ListsIncomplete, wereOutdated = linksOutdated_] {
     data_.ListsIncomplete = wasIncomplete;
     linksOutdated_ = wereOutdated;

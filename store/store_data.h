@@ -62,7 +62,7 @@ struct StoreData {
   TextList FilteredCompaniesRecNo{""};
 
   // Deleted records as the restore dialog lists them; valid while it is open.
-  std::int16_t DelCount = 0;  // DelNoOfRecords, which may be more than are listed
+  std::int16_t DelCount = 0;  // DelNoOfRecords, not always as many as are listed
   TextList DelNamesList;
   TextList DelRecNo;
   std::string CurDelRecordNo;  // the entry selected there

@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <numeric>
 #include <random>
 #include <set>
 #include <sstream>
@@ -218,6 +219,14 @@ class DamagedData : public StoreTest {
     return chain;
   }
 
+  // The only live or deleted one of its time may have no links: then nobody can tell which it was.
+  bool IsLinked(const std::string& recNo) {
+    return std::any_of(Links.begin(), Links.end(),
+                       [&](const std::string& key) { return !Value(recNo, key).empty(); }) ||
+           std::any_of(Heads.begin(), Heads.end(),
+                       [&](const std::string& key) { return Header(key) == recNo; });
+  }
+
   // --- What happens to the files.
 
   // One link or head; no other until that one is written anew.
@@ -228,10 +237,8 @@ class DamagedData : public StoreTest {
     if (!Damaged.Key.empty() && value() == Damaged.Value) return;
     RecNos all;
     for (const auto& [recNo, content] : Contents()) all.insert(recNo);
-    const Texts links{"PrevName", "NextName", "PrevCompany", "NextCompany", "PrevDel", "NextDel"};
-    const Texts heads{"NameFirstRecord", "CompanyFirstRecord", "DelFirstRecord"};
     Damaged.RecNo = OneIn(8) ? "" : AnyOf(all);
-    Damaged.Key = AnyOf(Damaged.RecNo.empty() ? heads : links);
+    Damaged.Key = AnyOf(Damaged.RecNo.empty() ? Heads : Links);
     Damaged.Value = AnyOf(Texts{"", "77", "999999", "x", AnyOf(all), AnyOf(all)});
     Log("damage " + Damaged.RecNo + "." + Damaged.Key + "=" + Damaged.Value);
     if (Damaged.Value == value()) {
@@ -373,6 +380,10 @@ class DamagedData : public StoreTest {
       const bool isInList = isLive || isDeleted || chain.contains(recNo);
       EXPECT_TRUE(isInList) << recNo << " is in no list";
       EXPECT_FALSE(isLive && isDeleted) << recNo << " is in both lists";
+      if (!IsLinked(recNo)) {
+        Truth[recNo] = State::Unknown;
+        continue;
+      }
       EXPECT_FALSE(isLive && state == State::Deleted) << recNo << " has become live";
       EXPECT_FALSE(isDeleted && state == State::Live) << recNo << " has become deleted";
     }
@@ -433,6 +444,8 @@ class DamagedData : public StoreTest {
     std::string Value;
   };
   static constexpr int FileCount = 3;
+  const Texts Links{"PrevName", "NextName", "PrevCompany", "NextCompany", "PrevDel", "NextDel"};
+  const Texts Heads{"NameFirstRecord", "CompanyFirstRecord", "DelFirstRecord"};
   std::map<std::string, State> Truth;
   std::map<int, std::vector<OldCopy>> Copies;
   std::map<int, std::string> Away;  // what a file held before it was hidden or replaced
@@ -444,16 +457,20 @@ class DamagedData : public StoreTest {
   DamagedLink Damaged;
 };
 
-// The same runs each time: where copies of several ages are mixed, some state can be found that
-// tells nobody what is right. QUILLARY_TEST_SEED and QUILLARY_TEST_RUNS make others and more.
+// Each of these runs has found a fault of its own. QUILLARY_TEST_SEED and QUILLARY_TEST_RUNS make
+// others and more: where copies of several ages are mixed, some state can be found that tells
+// nobody what is right.
 TEST(DamageTest, NoSequenceOfDamagesLosesARecordOrMovesItToAnotherList) {
-  const char* const givenSeed = std::getenv("QUILLARY_TEST_SEED");
-  const char* const givenRuns = std::getenv("QUILLARY_TEST_RUNS");
-  unsigned long seed = givenSeed != nullptr ? std::stoul(givenSeed) : 1;
-  const unsigned long end = seed + (givenRuns != nullptr ? std::stoul(givenRuns) : 2);
-  for (; seed < end && !testing::Test::HasFailure(); ++seed) {
-    SCOPED_TRACE("QUILLARY_TEST_SEED=" + std::to_string(seed) + " QUILLARY_TEST_RUNS=1");
+  std::vector<unsigned long> seeds{474, 3153, 70024, 70217, 70333, 70366, 70933};
+  if (const char* const seed = std::getenv("QUILLARY_TEST_SEED"); seed != nullptr) {
+    const char* const runs = std::getenv("QUILLARY_TEST_RUNS");
+    seeds.resize(runs != nullptr ? std::stoul(runs) : 1);
+    std::iota(seeds.begin(), seeds.end(), std::stoul(seed));
+  }
+  for (const unsigned long seed : seeds) {
+    SCOPED_TRACE("QUILLARY_TEST_SEED=" + std::to_string(seed));
     DamagedData().Run(seed);
+    if (HasFailure()) return;
   }
 }
 
