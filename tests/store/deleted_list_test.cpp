@@ -88,57 +88,6 @@ TEST_F(DeletedListTest, WhatChangedSinceTheListWasReadIsNotBuiltUpon) {
   EXPECT_EQ(Read(), (Texts{"1", "6", "8"}));
 }
 
-TEST_F(DeletedListTest, BrokenChainsLoseNoRecord) {
-  struct Case {
-    std::string What, RecNo, Key, Value;  // an empty number is the header
-  };
-  const Texts deleted{"2", "3", "4", "5"};
-  // The list is 5, 4, 3, 2; 0 and 1 are live.
-  for (const Case& c :
-       std::initializer_list<Case>{{"ends early", "4", "NextDel", ""},
-                                   {"circle", "3", "NextDel", "5"},
-                                   {"circle of one", "3", "NextDel", "3"},
-                                   {"circle behind the first", "2", "NextDel", "4"},
-                                   {"deleted with a live link", "4", "NextName", "0"},
-                                   {"leads to a live record", "4", "NextDel", "0"},
-                                   {"leads to the last live record", "4", "NextDel", "1"},
-                                   {"leads nowhere", "5", "NextDel", "77"},
-                                   {"no number", "5", "NextDel", "4x"},
-                                   {"way back lost", "3", "PrevDel", ""},
-                                   {"way back to a live record", "3", "PrevDel", "1"},
-                                   {"head with a way back", "5", "PrevDel", "2"},
-                                   {"no head", "", "DelFirstRecord", ""},
-                                   {"a live head", "", "DelFirstRecord", "1"},
-                                   {"head nowhere", "", "DelFirstRecord", "x"}}) {
-    SCOPED_TRACE(c.What);
-    StoreWorld world;
-    ASSERT_EQ(world.Store.WriteNewHeader(), RunTimeError::None);
-    for (const std::string name : {"M", "N", "A", "B", "C", "D"}) world.Add("", name);
-    for (const auto& recNo : deleted) ASSERT_EQ(world.Delete(recNo), RunTimeError::None);
-    ASSERT_EQ(c.RecNo.empty() ? world.Store.WriteHeaderEntry(c.Key, c.Value)
-                              : world.Store.WriteRecordEntry(c.RecNo, c.Key, c.Value),
-              RunTimeError::None);
-    world.Store.ReadDeletedNamesList();
-    EXPECT_EQ(world.Data.DelRecNo, deleted);
-    EXPECT_EQ(world.Data.DelCount, 4);
-    // One more does not hide the others.
-    ASSERT_EQ(world.Delete("0"), RunTimeError::None);
-    world.Store.ReadDeletedNamesList();
-    EXPECT_EQ(world.Data.DelRecNo.size(), 5U);
-    // Each of them can be restored, and the live one stays as it is.
-    for (const std::string recNo : {"2", "0", "3", "4", "5"}) {
-      EXPECT_EQ(world.Store.RestoreRecord(recNo), RunTimeError::None) << recNo;
-    }
-    EXPECT_EQ(world.Data.NoOfRecords, 6);
-    EXPECT_EQ(world.Store.ReadHeaderEntry("DelFirstRecord"), "");
-    EXPECT_FALSE(world.Store.EnableRestoreEntry());
-    const TextList names = world.Data.NamesList;
-    world.Open();
-    EXPECT_FALSE(world.Data.ListsIncomplete);
-    EXPECT_EQ(world.Data.NamesList, names);
-  }
-}
-
 TEST_F(DeletedListTest, AWrongCountIsPutRightWithTheNextRestore) {
   AddDeleted({"A", "B", "C", "D"});
   for (const auto& [count, listed] :
