@@ -219,10 +219,15 @@ class DamagedData : public StoreTest {
     return chain;
   }
 
-  // The only live or deleted one of its time may have no links: then nobody can tell which it was.
+  // The only live or deleted one of its time may have no links, or only the damaged one: then
+  // nobody can tell which it was.
   bool IsLinked(const std::string& recNo) {
-    return std::any_of(Links.begin(), Links.end(),
-                       [&](const std::string& key) { return !Value(recNo, key).empty(); }) ||
+    const auto isLink = [&](const std::string& key) {
+      const std::string value = Value(recNo, key);
+      const bool isDamaged = recNo == Damaged.RecNo && key == Damaged.Key && value == Damaged.Value;
+      return !value.empty() && !isDamaged;
+    };
+    return std::any_of(Links.begin(), Links.end(), isLink) ||
            std::any_of(Heads.begin(), Heads.end(),
                        [&](const std::string& key) { return Header(key) == recNo; });
   }
