@@ -196,8 +196,9 @@ TEST_F(MainDialogTest, TheMouseHighlightsLinesAndTellsWhatAClickDoes) {
   Show();
   QTest::mouseMove(&Label(1));
   QTest::mouseMove(&Label(4));
-  for (int i = 0; i < 13; ++i)
+  for (int i = 0; i < 13; ++i) {
     EXPECT_EQ(Label(i).TextColour() == DetailLabel::Colour::Highlighted, i >= 3 && i <= 7) << i;
+  }
   EXPECT_EQ(Panel(1), "Click to copy the Address to the Clipboard.");
   Main.SetPanel(1, QStringLiteral("Dial a number."));
   QTest::mouseMove(&Label(8));
