@@ -70,8 +70,6 @@ int DialList::HeightOf(int items) const {
 
 void DialList::focusInEvent(QFocusEvent* event) {
   QListWidget::focusInEvent(event);
-  // The view makes the first item the current one, and the arrow keys would leave it behind.
-  if (event->reason() != Qt::MouseFocusReason && selectedItems().isEmpty()) setCurrentRow(-1);
   if (currentRow() >= 0) TellFocus(*this, currentRow());
 }
 
@@ -79,6 +77,12 @@ void DialList::keyPressEvent(QKeyEvent* event) {
   // The view would copy the item over what the user has copied.
   if (event->matches(QKeySequence::Copy)) {
     event->ignore();
+    return;
+  }
+  // With the focus the view marks the first item; the arrow keys would leave it behind.
+  const bool isArrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+  if (isArrow && selectedItems().isEmpty() && currentItem() != nullptr) {
+    currentItem()->setSelected(true);
     return;
   }
   QListWidget::keyPressEvent(event);

@@ -106,6 +106,9 @@ TEST_F(DialDialogTest, OffersTheNumbersOfTheSelectedRecord) {
   EXPECT_FALSE(CanDial());
 
   PressKey(*Dialog, Qt::Key_Tab);
+  // Where the keyboard is can be seen, but nothing is chosen yet.
+  EXPECT_EQ(List().currentRow(), 0);
+  EXPECT_FALSE(CanDial());
   for (const char* number : {"555-1111", "555-3333"}) {
     PressKey(*Dialog, Qt::Key_Down);
     EXPECT_EQ(Number().text(), QLatin1String(number));
