@@ -81,8 +81,12 @@ void MainDialog::EndHighlight() {
 
 void MainDialog::Label_MouseMove(int index) {
   Highlight(index);
-  // What dialling says stays until it is over.
-  if (!IsNumber(index) || Panel(1) != QStringLiteral("Dial a number.")) SetPanel(1, Hint(index));
+  if (!IsNumber(index) || !IsDialling()) SetPanel(1, Hint(index));
+}
+
+// What dialling says stays until it is over.
+bool MainDialog::IsDialling() const {
+  return Panel(1) == QStringLiteral("Dial a number.");
 }
 
 void MainDialog::GoToLine(int index, int step) {

@@ -192,7 +192,7 @@ void MainDialog::FocusChange(const QObject* control, const QFocusEvent& event) {
     } else {
       Label.at(static_cast<std::size_t>(keyLine_))->SetHasKeyboard(false);
       EndHighlight();
-      SetPanel(1, QString());
+      if (!IsDialling()) SetPanel(1, QString());
     }
   }
   // The control still has the focus of its window.

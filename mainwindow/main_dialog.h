@@ -123,6 +123,7 @@ class MainDialog : public QMainWindow, public Hub, public ListHooks {
   RunTimeError LstNames_Click();
   void Label_MouseDown(int index, const QMouseEvent& event);
   void Label_MouseMove(int index);
+  bool IsDialling() const;
   // Highlights a line, or all lines of the address, and gives all others the normal colour; -1 for
   // none.
   void Highlight(int index);

@@ -264,6 +264,11 @@ TEST_F(MainDialogTest, TheKeyboardGoesFromLineToLineAndClicks) {
   PressKey(Main, Qt::Key_Tab);
   EXPECT_EQ(Label(8).TextColour(), DetailLabel::Colour::Normal);
   EXPECT_EQ(Panel(1), "");
+  // The keyboard leaves for what tells why it cannot be dialled.
+  PressKey(Main, Qt::Key_Backtab, Qt::ShiftModifier);
+  Main.SetPanel(1, QStringLiteral("Dial a number."));
+  PressKey(Main, Qt::Key_Tab);
+  EXPECT_EQ(Panel(1), "Dial a number.");
 }
 
 TEST_F(MainDialogTest, TellsOnceThatRecordsCannotBeRead) {
