@@ -6,6 +6,8 @@
 #include <QString>
 #include <functional>
 
+#include "platform/desktop/twips.h"
+
 namespace quillary {
 
 // A button that can do more with the mouse than be clicked.
@@ -22,6 +24,12 @@ class CommandButton : public QPushButton {
   // Called when the left mouse button goes down on it; true means that this was all: the button
   // looks pressed as long as the mouse is held, but is not clicked.
   std::function<bool(const QMouseEvent&)> MouseDown;
+
+  QSize sizeHint() const override {
+    constexpr int kMargins = 240;  // twips; the style's own do not grow with the font
+    const int width = fontMetrics().size(Qt::TextShowMnemonic, text()).width() + Px(kMargins);
+    return QPushButton::sizeHint().expandedTo(QSize(width, 0));
+  }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {

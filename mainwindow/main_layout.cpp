@@ -76,7 +76,10 @@ void MainDialog::MakeFind() {
   TxtFind->setObjectName(QStringLiteral("TxtFind"));
   TxtFind->setAccessibleName(QStringLiteral("Text to find"));
   KeepToOneLine(*TxtFind);
-  BtnFind = new CommandButton(QStringLiteral("BtnFind"), QStringLiteral("Find"));
+  BtnFind = new CommandButton(QStringLiteral("BtnFind"), QStringLiteral("Find Next"));
+  // So that nothing moves when the caption becomes the longer one.
+  BtnFind->setMinimumWidth(BtnFind->sizeHint().width());
+  BtnFind->setText(QStringLiteral("Find"));
   SrchInLabel = new QLabel(QStringLiteral("Search In:"));
   SrchInLabel->setObjectName(QStringLiteral("SrchInLabel"));
   CboSrchIn = new QComboBox;
