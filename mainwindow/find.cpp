@@ -99,7 +99,6 @@ void MainDialog::BtnFind_Click() {
 
 RunTimeError MainDialog::FindFunction(std::int16_t Count, bool& Found) {
   TextList recordNos;
-  recordNos.reserve(static_cast<std::size_t>(Count));
   for (int i = 0; i < Count; ++i) recordNos.push_back(NumberText(LstNames->ItemData(i)));
   const std::vector<Field> fields = SearchedFields(CboSrchIn->currentIndex());
   RunTimeError error = RunTimeError::None;

@@ -40,11 +40,9 @@ struct Walk {
 
 TextList MakeList(const std::vector<ListedRecord>& found, std::string_view RecordTexts::*text,
                   const std::shared_ptr<TextStore>& store) {
-  std::vector<std::string_view> texts;
-  texts.reserve(std::max<std::size_t>(found.size(), 1));
-  for (const ListedRecord& record : found) texts.push_back(record.Shown->*text);
-  if (texts.empty()) texts.emplace_back();
-  return {store, std::move(texts)};
+  return {store, std::max<std::size_t>(found.size(), 1), [&](std::size_t i) {
+            return i < found.size() ? found[i].Shown->*text : std::string_view();
+          }};
 }
 
 using Numbers = std::unordered_set<std::int32_t>;

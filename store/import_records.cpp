@@ -140,7 +140,7 @@ RunTimeError Records::ImportRecords(std::size_t count,
   // Sorting writes no links where the lists are in order already.
   NoteLinks(behindNames, behindCompanies, nullptr);
   error = SortNamesList();
-  return error == RunTimeError::None ? update.Commit() : error;
+  return error == RunTimeError::None ? update.Commit(EventsRun()) : error;
 }
 
 }  // namespace quillary

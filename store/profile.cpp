@@ -164,7 +164,7 @@ void ProfileUpdate::OnUndo(std::function<void()> step) {
   profile_.group_.UndoSteps.push_back(std::move(step));
 }
 
-RunTimeError ProfileUpdate::Commit() {
+RunTimeError ProfileUpdate::Commit(const Profile::GoesOn& goesOn) {
   isDecided_ = true;
   Profile::Group& group = profile_.group_;
   if (group.Depth != 1) {
@@ -175,7 +175,7 @@ RunTimeError ProfileUpdate::Commit() {
   if (error == RunTimeError::None) {
     const ProfileChanges changes = std::move(group.Changes);
     group.Changes.clear();
-    error = profile_.Commit(changes);
+    error = profile_.Commit(changes, goesOn);
   }
   profile_.EndGroup(error != RunTimeError::None);
   return error;

@@ -175,10 +175,11 @@ class Profile {
   void EndGroup(bool undo);
 
   // profile_commit.cpp: writing
-  RunTimeError Commit(const ProfileChanges& changes);
+  RunTimeError Commit(const ProfileChanges& changes, const GoesOn& goesOn);
   RunTimeError CommitOne(PendingFile& pending);
   bool TakeBack(const PendingFile& done);
-  RunTimeError CommitNow(std::vector<PendingFile>& files, const ProfileChanges& changes);
+  RunTimeError CommitNow(std::vector<PendingFile>& files, const ProfileChanges& changes,
+                         const GoesOn& goesOn);
   RunTimeError CommitSeveral(std::vector<PendingFile>& files, const ProfileChanges& changes);
   RunTimeError CommitLater(std::vector<PendingFile>& files, const ProfileChanges& changes);
   RunTimeError Decide(const std::vector<PendingFile>& files, std::int64_t room);
@@ -187,7 +188,7 @@ class Profile {
   RunTimeError ApplyChanges(PendingFile& pending);
   static RunTimeError CheckWritable(const PendingFile& pending);
   RunTimeError StartPrepared(PendingFile& pending);
-  RunTimeError PrepareAll(std::vector<PendingFile>& files);
+  RunTimeError PrepareAll(std::vector<PendingFile>& files, const GoesOn& goesOn);
   RunTimeError StartNewFile(const std::string& path, std::string_view bytes,
                             const std::string& accessOf, int& handle, bool* isLeft);
   RunTimeError FinishNewFile(const std::string& path, int& handle, bool* isLeft);
@@ -250,8 +251,9 @@ class ProfileUpdate {
   void OnUndo(std::function<void()> step);
 
   // May be called once. On an error nothing on disk has changed and, for the outermost group, the
-  // undo steps have run.
-  RunTimeError Commit();
+  // undo steps have run. For the outermost group `goesOn` is called while many files are written;
+  // given up (NotReady) nothing is changed.
+  RunTimeError Commit(const Profile::GoesOn& goesOn = {});
 
  private:
   Profile& profile_;

@@ -145,7 +145,8 @@ RunTimeError Profile::StartPrepared(PendingFile& pending) {
 
 // Writes every file with its changes beside its place, again where another program wrote to it
 // meanwhile.
-RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files) {
+RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files, const GoesOn& goesOn) {
+  const auto isGivenUp = [&] { return goesOn && !goesOn(false); };
   // Many files on their way to the disk together arrive sooner than one after the other.
   constexpr std::size_t MostTogether = 100;
   for (std::size_t begin = 0; begin < files.size(); begin += MostTogether) {
@@ -154,10 +155,12 @@ RunTimeError Profile::PrepareAll(std::vector<PendingFile>& files) {
       RunTimeError error = ApplyChanges(files[i]);
       if (error == RunTimeError::None) error = StartPrepared(files[i]);
       if (error != RunTimeError::None) return error;
+      if (isGivenUp()) return RunTimeError::NotReady;
     }
     for (std::size_t i = begin; i < end; ++i) {
       const RunTimeError error = FinishPrepared(files[i]);
       if (error != RunTimeError::None) return error;
+      if (isGivenUp()) return RunTimeError::NotReady;
     }
   }
   for (int attempt = 0; attempt < MostAttempts; ++attempt) {
@@ -284,8 +287,9 @@ RunTimeError Profile::CommitLater(std::vector<PendingFile>& files, const Profile
   return RunTimeError::None;
 }
 
-RunTimeError Profile::CommitNow(std::vector<PendingFile>& files, const ProfileChanges& changes) {
-  RunTimeError error = PrepareAll(files);
+RunTimeError Profile::CommitNow(std::vector<PendingFile>& files, const ProfileChanges& changes,
+                                const GoesOn& goesOn) {
+  RunTimeError error = PrepareAll(files, goesOn);
   if (error == RunTimeError::None) {
     std::erase_if(files, [](const PendingFile& pending) { return !pending.IsChanged(); });
     if (files.size() == 1) error = CommitOne(files.front());
@@ -312,7 +316,7 @@ RunTimeError Profile::CopyFile(std::string_view From, std::string_view To) {
   return error == RunTimeError::None ? disk_.SyncFolder(FolderOf(path)) : error;
 }
 
-RunTimeError Profile::Commit(const ProfileChanges& changes) {
+RunTimeError Profile::Commit(const ProfileChanges& changes, const GoesOn& goesOn) {
   if (changes.empty()) return RunTimeError::None;
   RunTimeError error = Finish();
   if (error != RunTimeError::None) return error;
@@ -323,7 +327,7 @@ RunTimeError Profile::Commit(const ProfileChanges& changes) {
   for (int attempt = 0; attempt < 2; ++attempt) {
     std::vector<PendingFile> files = FilesOf(changes);
     const bool isLater = onDue_ && files.size() > 1 && files.size() <= MostLater;
-    error = isLater ? CommitLater(files, changes) : CommitNow(files, changes);
+    error = isLater ? CommitLater(files, changes) : CommitNow(files, changes, goesOn);
     if (error != RunTimeError::PathAccess) break;
     // Another program may have been stopped in the middle of a group, which is done first.
     if (CompleteJournal(folder) != RunTimeError::None) break;

@@ -104,7 +104,7 @@ RunTimeError Profile::Complete(const std::string& folder, const Journal& journal
     if (goesOn) goesOn(true);
   }
   std::vector<PendingFile> files = FilesOf(changes);
-  error = PrepareAll(files);
+  error = PrepareAll(files, {});
   for (PendingFile& pending : files) {
     if (error == RunTimeError::None && pending.IsChanged()) error = PutInPlace(pending);
     DropTemporary(pending);

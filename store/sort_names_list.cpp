@@ -73,7 +73,7 @@ RunTimeError Records::SortNamesList(bool mayStore) {
     update.OnUndo([this] { linksOutdated_ = true; });
     NoteLinks(behindNames_, behindCompanies_, &progress_);
     linksOutdated_ = false;
-    error = update.Commit();
+    error = update.Commit(EventsRun());
   }
   progress_.End();
   return error;

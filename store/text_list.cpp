@@ -59,12 +59,9 @@ void TextList::erase(std::size_t index) {
 }
 
 TextList TextList::Picked(const std::vector<std::size_t>& places) const {
-  TextList picked(places.size());
-  picked.store_ = store_;
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    if (places[i] < size_) picked.At(i) = (*this)[places[i]];
-  }
-  return picked;
+  return {store_, places.size(), [&](std::size_t i) {
+            return places[i] < size_ ? (*this)[places[i]] : std::string_view();
+          }};
 }
 
 bool operator==(const TextList& a, const TextList& b) {

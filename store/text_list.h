@@ -42,6 +42,13 @@ class TextList {
   TextList(const std::vector<std::string>& texts);  // NOLINT(google-explicit-constructor)
   // So many empty texts.
   explicit TextList(std::size_t size) { Resize(size); }
+  // So many texts that stand in `store`: `viewAt(i)` is the one at index i.
+  template <typename ViewAt>
+  TextList(std::shared_ptr<TextStore> store, std::size_t size, ViewAt viewAt)
+      : store_(std::move(store)) {
+    Resize(size);
+    for (std::size_t i = 0; i < size; ++i) At(i) = viewAt(i);
+  }
 
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }

@@ -42,8 +42,9 @@ TEST_F(FormsTest, EveryCommandOpensItsWindow) {
   menus.MnuExchange->close();
   EXPECT_EQ(Opened(run, [&] { menus.MnuExchangeArray[3]->trigger(); }), "RestoreDialog");
   EXPECT_EQ(click("BtnDelete", Qt::ShiftModifier), "");
-  EXPECT_EQ(Header("NoOfRecords") + Header("DelNoOfRecords"), "22");
   EXPECT_EQ(main.ListCount(), 2);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Header("NoOfRecords") + Header("DelNoOfRecords"), "22");
   EXPECT_TRUE(main.isEnabled());
   EXPECT_TRUE(CheckFiles(Folder.File("data")));
 }

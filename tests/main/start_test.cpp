@@ -188,6 +188,8 @@ TEST_F(StartTest, WhileAnotherApplicationHoldsTheDataTheOrderIsNotStored) {
   EXPECT_EQ(run.Windows.Main.ListCount(), 50);
   EXPECT_EQ(Folder.ReadFile("data/quill0.dat"), records);
   ASSERT_EQ(run.Windows.Store.RestoreLinks(), RunTimeError::None);
+  // At the end of the program at the latest.
+  run.Windows.ExitApplication();
   EXPECT_TRUE(test::CheckFiles(Folder.File("data")));
 }
 
