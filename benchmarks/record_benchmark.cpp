@@ -1,5 +1,4 @@
-// Searches, the deleted list, and changes of one record among few and among many, on the disk that
-// TMPDIR names.
+// Searches and the deleted list, on the disk that TMPDIR names.
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -17,17 +16,11 @@ namespace {
 
 using benchmarks::Program;
 
-constexpr int Few = 100;
 constexpr int Full = MaxRecords;
-constexpr int Changes = 40;
 
 const std::vector<Field> AllFields{Sal,      FirstName, LastName, Title,    Company,  Address1,
                                    Address2, Address3,  Address4, Address5, Address6, Phone1,
                                    Phone2,   Fax,       EMail,    Notes};
-
-void Expect(RunTimeError error) {
-  if (error != RunTimeError::None) std::abort();
-}
 
 // A search over full data, each time as the first one after the start of the program.
 template <typename Search>
@@ -111,65 +104,6 @@ void ReadDeletedNamesList(benchmark::State& state) {
   }
 }
 BENCHMARK(ReadDeletedNamesList)->UseRealTime()->Unit(benchmark::kMillisecond);
-
-// `change` one record after the other, from all over the list, among so many live ones and so many
-// deleted ones.
-template <typename Change>
-void Changing(benchmark::State& state, Change change) {
-  Program program(
-      {.Live = static_cast<int>(state.range(0)), .Deleted = static_cast<int>(state.range(1))});
-  program.Store.GetNamesList();
-  program.Store.ReadDeletedNamesList();
-  std::size_t number = 0;
-  for (auto _ : state) {
-    const std::size_t index = ++number * 7919 % program.Data.NamesRecNo.size();
-    change(program, std::string(program.Data.NamesRecNo[index]), index);
-  }
-}
-
-void DeleteRecord(benchmark::State& state) {
-  Changing(state, [](Program& program, const std::string& recNo, std::size_t index) {
-    Expect(program.Store.DeleteRecord(recNo, index));
-  });
-}
-void RestoreRecord(benchmark::State& state) {
-  std::size_t number = 0;
-  Changing(state, [&](Program& program, const std::string&, std::size_t) {
-    Expect(program.Store.RestoreRecord(program.Data.DelRecNo[number++]));
-  });
-}
-void ChangeNotes(benchmark::State& state) {
-  Changing(state, [](Program& program, const std::string& recNo, std::size_t index) {
-    Expect(program.Store.ReadRecord(recNo));
-    program.Data.FieldValues[Notes] = "Changed " + std::to_string(index);
-    Expect(program.Store.WriteRecord(recNo));
-  });
-}
-void ChangeName(benchmark::State& state) {
-  int number = 0;
-  Changing(state, [&](Program& program, const std::string& recNo, std::size_t index) {
-    Expect(program.Store.ReadRecord(recNo));
-    ProfileUpdate update(program.Access);
-    const std::string name = std::string(1, static_cast<char>('A' + ++number * 7 % 26)) + "nders";
-    program.Data.FieldValues = {"", "", name, "", name};
-    Expect(program.Store.WriteRecord(recNo));
-    Expect(program.Store.RelinkRecord(recNo, index, name, "( " + name + " )"));
-    Expect(update.Commit());
-  });
-}
-
-void AmongFewAndMany(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Args({Few, Changes})
-      ->Args({Few, Full - Few})
-      ->Args({Full - Changes, Changes})
-      ->Iterations(Changes)
-      ->UseRealTime()
-      ->Unit(benchmark::kMillisecond);
-}
-BENCHMARK(DeleteRecord)->Apply(AmongFewAndMany);
-BENCHMARK(RestoreRecord)->Apply(AmongFewAndMany);
-BENCHMARK(ChangeNotes)->Apply(AmongFewAndMany);
-BENCHMARK(ChangeName)->Apply(AmongFewAndMany);
 
 }  // namespace
 }  // namespace quillary

@@ -20,8 +20,6 @@ using benchmarks::Program;
 using test::DataSetShape;
 
 constexpr int Full = MaxRecords;
-constexpr int Few = 100;
-constexpr int Insertions = 40;
 
 std::string ReadWhole(HostDisk& disk, const std::string& path) {
   std::string bytes;
@@ -132,33 +130,6 @@ void SortNamesList(benchmark::State& state) {
   }
 }
 BENCHMARK(SortNamesList)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
-
-// Into so many records, among so many deleted ones, without the writing of the new record's fields.
-void InsertRecord(benchmark::State& state) {
-  Program program(
-      {.Live = static_cast<int>(state.range(0)), .Deleted = static_cast<int>(state.range(1))});
-  program.Store.GetNamesList();
-  int number = 0;
-  for (auto _ : state) {
-    state.PauseTiming();
-    // Names that fall all over the list.
-    const std::string name = std::string(1, static_cast<char>('A' + number * 7 % 26)) + "nderson";
-    std::string recNo;
-    if (program.Store.NextRecordNumber(recNo) != RunTimeError::None) std::abort();
-    program.Data.FieldValues[LastName] = name;
-    if (program.Store.WriteRecord(recNo) != RunTimeError::None) std::abort();
-    ++number;
-    state.ResumeTiming();
-    if (program.Store.InsertRecord(recNo, name, name) != RunTimeError::None) std::abort();
-  }
-}
-BENCHMARK(InsertRecord)
-    ->Args({Few, 0})
-    ->Args({Few, Full - Few})
-    ->Args({Full - Insertions, 0})
-    ->Iterations(Insertions)
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace quillary

@@ -37,6 +37,14 @@ def medians(build, program):
     return times
 
 
+def change_figures(build):
+    """Medians in milliseconds of the changes of a record, by what and among how many."""
+    out = subprocess.run(
+        [os.path.join(build, "benchmarks/change_benchmark"), "--benchmark_format=json"],
+        check=True, capture_output=True).stdout
+    return next(row for row in json.loads(out)["benchmarks"] if row["aggregate_name"] == "median")
+
+
 def start_figures(build, count):
     """Medians of the milliseconds to the painted list and of the megabytes used by then."""
     folder = tempfile.mkdtemp(prefix="quillary-start-")
@@ -81,15 +89,6 @@ def main():
     empty_ms, empty_mb = start_figures(build, 0)
     full_ms, full_mb = start_figures(build, FULL)
 
-    def among(live, name, deleted_above=-1):
-        """By the live and the deleted records that the benchmark's name ends with."""
-        for key, time in times.items():
-            what, *counts = key.split("/")
-            if what == name and (int(counts[0]) > 100) == (live > 100) \
-                    and int(counts[1]) > deleted_above:
-                return time
-        raise KeyError(name)
-
     rows = [("read an entry of an unchanged file", times["ReadEntry"] * 1000, "us", "2 us",
              times["ReadEntry"] * 1000, 2)]
     peers = [
@@ -106,12 +105,14 @@ def main():
     for what, name, peer_name, peer_what, limit in peers:
         rows.append((what, times[name], "ms", f"{limit} x {peer_what}",
                      times[name] / times[peer_name], limit))
+    changes = change_figures(build)
     for name in ["InsertRecord", "DeleteRecord", "RestoreRecord", "ChangeNotes", "ChangeName"]:
-        many = among(FULL, name)
-        rows.append((f"{name} among {FULL}", many, "ms", "1.2 x among 100 in one file",
-                     many / among(100, name), 1.2))
-        rows.append(("", many, "ms", "1.2 x among 100 in as many files",
-                     many / among(100, name, deleted_above=1000), 1.2))
+        many = changes[name + " many"]
+        rows.append((f"{name} among {FULL}", many, "ms", "1.2 x among 100",
+                     many / changes[name + " few"], 1.2))
+        rows.append((f"... files after it: {changes['finish ' + name + ' many']:.2f} ms", many, "ms",
+                     "1.2 x among 100 in as many files",
+                     many / changes[name + " few in many files"], 1.2))
     rows.append(("import 500 lines", times["Import/500"], "ms", "1/8 of importing 8000",
                  times["Import/500"] / times["Import/8000"] * 8, 1))
     for name in [key for key in times if "grep " + key in times]:

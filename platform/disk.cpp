@@ -257,7 +257,8 @@ void HostDisk::Release(const std::string& path) {
   const Descriptor file(
       Repeat([&] { return open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
   struct stat status = {};
-  if (fstat(file.Number(), &status) == 0) (void)ftruncate(file.Number(), status.st_size);
+  if (fstat(file.Number(), &status) != 0) return;
+  static_cast<void>(ResultOf(ftruncate(file.Number(), status.st_size)));
 }
 
 RunTimeError HostDisk::Sync(int handle) {

@@ -38,6 +38,10 @@ void Remove(const RecordLists& lists, const ListEntry& entry) {
   RemoveText(lists.CompaniesRecNo, entry.CompanyPos);
 }
 
+std::size_t Index(const TextList& list, const TextList::const_iterator& place) {
+  return static_cast<std::size_t>(place - list.begin());
+}
+
 // Where the list has the record; its size if nowhere. It is found at once at the place `guess`, or
 // among the entries of that text where they are sorted.
 std::size_t Find(const TextList& recNos, const TextList& texts, const TextComparer& comparer,
@@ -46,14 +50,15 @@ std::size_t Find(const TextList& recNos, const TextList& texts, const TextCompar
   const auto first = std::partition_point(texts.begin(), texts.end(), [&](std::string_view entry) {
     return comparer.Compare(text, entry) > 0;
   });
+  const auto begin = recNos.begin() + (first - texts.begin());
+  if (begin != recNos.end() && *begin == recNo) return Index(recNos, begin);
   const auto last = std::partition_point(first, texts.end(), [&](std::string_view entry) {
     return comparer.Compare(text, entry) >= 0;
   });
-  const auto begin = recNos.begin() + (first - texts.begin());
   const auto end = recNos.begin() + (last - texts.begin());
   auto found = std::find(begin, end, recNo);
   if (found == end) found = std::find(recNos.begin(), recNos.end(), recNo);
-  return static_cast<std::size_t>(found - recNos.begin());
+  return Index(recNos, found);
 }
 
 }  // namespace

@@ -77,7 +77,8 @@ bool GiveAccessList(const std::string& path) {
 gid_t OtherGroup() {
   if (geteuid() == 0) return 1;
   std::vector<gid_t> groups(static_cast<std::size_t>(std::max(getgroups(0, nullptr), 0)));
-  (void)getgroups(static_cast<int>(groups.size()), groups.data());
+  const int count = getgroups(static_cast<int>(groups.size()), groups.data());
+  groups.resize(static_cast<std::size_t>(std::max(count, 0)));
   std::erase(groups, getegid());
   return groups.empty() ? 0 : groups.front();
 }
