@@ -14,6 +14,7 @@ import statistics
 import subprocess
 import sys
 import tempfile
+import time
 
 STARTS = 9
 FULL = 32767
@@ -21,7 +22,8 @@ FULL = 32767
 
 def medians(build, program):
     """Medians in milliseconds, by the benchmark's name without its settings."""
-    # The copies delete many files, which may slow down those who come later.
+    # The programs before deleted many files, which may slow down those who come soon.
+    time.sleep(6)
     in_turns = "true" if program == "backup_benchmark" else "false"
     out = subprocess.run(
         [os.path.join(build, "benchmarks", program), "--benchmark_format=json",
@@ -39,6 +41,7 @@ def medians(build, program):
 
 def change_figures(build):
     """Medians in milliseconds of the changes of a record, by what and among how many."""
+    time.sleep(6)
     out = subprocess.run(
         [os.path.join(build, "benchmarks/change_benchmark"), "--benchmark_format=json"],
         check=True, capture_output=True).stdout

@@ -244,12 +244,20 @@ RunTimeError HostDisk::Write(int handle, std::string_view bytes) {
   return RunTimeError::None;
 }
 
-RunTimeError HostDisk::Reserve(int handle, std::int64_t bytes) {
-  const int result = Repeat([&] { return fallocate(handle, FALLOC_FL_KEEP_SIZE, 0, bytes); });
-  if (result == 0 || errno != EOPNOTSUPP) return ResultOf(result);
-  struct statvfs status = {};
-  if (fstatvfs(handle, &status) != 0) return ResultOf(-1);
-  const auto isEnough = status.f_bavail >= static_cast<std::uint64_t>(bytes) / status.f_frsize;
+RunTimeError HostDisk::Reserve(int handle, std::int64_t bytes, std::size_t files) {
+  // Where a file system does not know a figure it says 0 of all.
+  struct statvfs room = {};
+  if (fstatvfs(handle, &room) == 0 && room.f_files > 0 && room.f_favail < files) {
+    return RunTimeError::DiskFull;
+  }
+  struct stat status = {};
+  if (fstat(handle, &status) != 0) return ResultOf(-1);
+  const int result =
+      Repeat([&] { return fallocate(handle, FALLOC_FL_KEEP_SIZE, status.st_size, bytes); });
+  if (result == 0) return RunTimeError::None;
+  if (const RunTimeError error = ResultOf(result); error == RunTimeError::DiskFull) return error;
+  const bool isEnough = room.f_blocks == 0 || room.f_bavail >= static_cast<std::uint64_t>(bytes) /
+                                                                   std::max(room.f_frsize, 1UL);
   return isEnough ? RunTimeError::None : RunTimeError::DiskFull;
 }
 

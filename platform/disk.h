@@ -56,9 +56,9 @@ class Disk {
   // access: it may be another one. A missing file gives nothing, and is no error.
   virtual RunTimeError CopyAccess(const std::string& path, int handle) = 0;
   virtual RunTimeError Write(int handle, std::string_view bytes) = 0;
-  // Keeps so many bytes on the disk for the file, of which some or none are written yet; where the
-  // file system cannot, it only looks whether they are there. They are kept until Release.
-  virtual RunTimeError Reserve(int handle, std::int64_t bytes) = 0;
+  // Keeps so many bytes on the disk behind the end of the file, for `files` new files that take its
+  // place; where the file system cannot, it only looks whether there is room. Kept until Release.
+  virtual RunTimeError Reserve(int handle, std::int64_t bytes, std::size_t files) = 0;
   // Frees what is kept for the file beyond its end. What cannot be freed stays.
   virtual void Release(const std::string& path) = 0;
   // Returns when the file's bytes would survive a power cut.
@@ -96,7 +96,7 @@ class HostDisk : public Disk {
   RunTimeError Create(const std::string& path, unsigned permissions, int& handle) override;
   RunTimeError CopyAccess(const std::string& path, int handle) override;
   RunTimeError Write(int handle, std::string_view bytes) override;
-  RunTimeError Reserve(int handle, std::int64_t bytes) override;
+  RunTimeError Reserve(int handle, std::int64_t bytes, std::size_t files) override;
   void Release(const std::string& path) override;
   RunTimeError Sync(int handle) override;
   RunTimeError SyncAll(const std::vector<int>& handles) override;

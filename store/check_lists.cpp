@@ -99,6 +99,9 @@ RunTimeError Records::CheckPlace(std::size_t namePos, std::size_t companyPos, st
 }
 
 RunTimeError Records::ReadListsAgain(RunTimeError* unread) {
+  // Who changed the files may have been stopped in the middle; what cannot be completed is told
+  // when something is written.
+  static_cast<void>(profile_.Recover(data_.DataFile));
   ReadNoOfRecords();
   GetNamesList();
   RunTimeError readError = listsError_;

@@ -310,6 +310,7 @@ RunTimeError Records::AddToDeletedList(const std::string& recNo) {
     count = static_cast<int>(strays.size()) + list.Hidden(strays.size());
   }
   if (list.Error() != RunTimeError::None) return list.Error();
+  if (count >= MaxRecords) return RunTimeError::Overflow;
 
   NoteHeaderEntry("DelNoOfRecords", NumberText(count + 1));
   if (isThere || isHidden) {

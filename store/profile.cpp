@@ -173,9 +173,7 @@ RunTimeError ProfileUpdate::Commit(const Profile::GoesOn& goesOn) {
   }
   RunTimeError error = group.Error;
   if (error == RunTimeError::None) {
-    const ProfileChanges changes = std::move(group.Changes);
-    group.Changes.clear();
-    error = profile_.Commit(changes, goesOn);
+    error = profile_.Commit(std::exchange(group.Changes, {}), goesOn);
   }
   profile_.EndGroup(error != RunTimeError::None);
   return error;

@@ -175,13 +175,13 @@ class Profile {
   void EndGroup(bool undo);
 
   // profile_commit.cpp: writing
-  RunTimeError Commit(const ProfileChanges& changes, const GoesOn& goesOn);
+  RunTimeError Commit(ProfileChanges changes, const GoesOn& goesOn);
   RunTimeError CommitOne(PendingFile& pending);
   bool TakeBack(const PendingFile& done);
   RunTimeError CommitNow(std::vector<PendingFile>& files, const ProfileChanges& changes,
                          const GoesOn& goesOn);
   RunTimeError CommitSeveral(std::vector<PendingFile>& files, const ProfileChanges& changes);
-  RunTimeError CommitLater(std::vector<PendingFile>& files, const ProfileChanges& changes);
+  RunTimeError CommitLater(std::vector<PendingFile>& files, ProfileChanges& changes);
   RunTimeError Decide(const std::vector<PendingFile>& files, std::int64_t room);
   // Of each file one; the changes must outlive it.
   std::vector<PendingFile> FilesOf(const ProfileChanges& changes);
@@ -212,6 +212,7 @@ class Profile {
                                 bool& isDecided);
 
   // profile_recovery.cpp
+  RunTimeError BringBackJournal();
   RunTimeError MakeSureOf(const std::string& journalPath);
   RunTimeError CompleteJournal(const std::string& folder, const GoesOn& goesOn = {});
   RunTimeError Complete(const std::string& folder, const Journal& journal, const GoesOn& goesOn);
@@ -224,9 +225,11 @@ class Profile {
   TextMap<CachedFile*> byName_;  // by program path
   Group group_;
   // A group whose journal stands on the disk while its files are not all written yet: its changes,
-  // which hold for every read, and its folder. Completed before anything else is written.
+  // which hold for every read, its folder, and its journal. Completed before anything else is
+  // written there.
   ProfileChanges unfinished_;
   std::string unfinishedFolder_;
+  std::string unfinishedJournal_;
   std::function<void()> onDue_;
   // A journal of a group that failed, which could not be removed. Goes before anything is written.
   std::string staleJournal_;
@@ -252,7 +255,8 @@ class ProfileUpdate {
 
   // May be called once. On an error nothing on disk has changed and, for the outermost group, the
   // undo steps have run. For the outermost group `goesOn` is called while many files are written;
-  // given up (NotReady) nothing is changed.
+  // given up (NotReady) nothing is changed. BadRecordNumber: another program had left a group in
+  // the middle, which is completed now; what this one was built upon may not hold any more.
   RunTimeError Commit(const Profile::GoesOn& goesOn = {});
 
  private:

@@ -227,11 +227,14 @@ bool Profile::TakeBack(const PendingFile& done) {
 RunTimeError Profile::Decide(const std::vector<PendingFile>& files, std::int64_t room) {
   const std::string folder = FolderOf(files.front().File->HostPath);
   const std::string path = folder + std::string(JournalName);
+  unfinishedJournal_ = JournalOf(files);
   int handle = -1;
   bool isLeft = false;
-  RunTimeError error = StartNewFile(path, JournalOf(files), {}, handle, &isLeft);
+  // It holds what stands in the files: for those who may read them.
+  RunTimeError error =
+      StartNewFile(path, unfinishedJournal_, files.front().File->HostPath, handle, &isLeft);
   if (error == RunTimeError::None && room > 0) {
-    error = disk_.Reserve(handle, room);
+    error = disk_.Reserve(handle, room, files.size());
     if (error != RunTimeError::None) {
       (void)disk_.Close(handle);
       isLeft = disk_.Remove(path) != RunTimeError::None;
@@ -260,13 +263,13 @@ RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
   }
   unfinished_ = changes;
   unfinishedFolder_ = folder;
-  // Nothing is lost if this fails: it is tried again before the next write.
-  (void)Finish();
+  // Nothing is lost if this fails: it is tried again.
+  if (Finish() != RunTimeError::None && onDue_) onDue_();
   return RunTimeError::None;
 }
 
 // Only the journal is written now. It keeps the room for the rest.
-RunTimeError Profile::CommitLater(std::vector<PendingFile>& files, const ProfileChanges& changes) {
+RunTimeError Profile::CommitLater(std::vector<PendingFile>& files, ProfileChanges& changes) {
   for (PendingFile& pending : files) {
     RunTimeError error = Refresh(*pending.File);
     if (error != RunTimeError::None) return error;
@@ -281,7 +284,7 @@ RunTimeError Profile::CommitLater(std::vector<PendingFile>& files, const Profile
   if (files.empty()) return RunTimeError::None;
   const RunTimeError error = Decide(files, RoomOf(files));
   if (error != RunTimeError::None) return error;
-  unfinished_ = changes;
+  unfinished_ = std::move(changes);
   unfinishedFolder_ = FolderOf(files.front().File->HostPath);
   onDue_();
   return RunTimeError::None;
@@ -316,23 +319,28 @@ RunTimeError Profile::CopyFile(std::string_view From, std::string_view To) {
   return error == RunTimeError::None ? disk_.SyncFolder(FolderOf(path)) : error;
 }
 
-RunTimeError Profile::Commit(const ProfileChanges& changes, const GoesOn& goesOn) {
+RunTimeError Profile::Commit(ProfileChanges changes, const GoesOn& goesOn) {
   if (changes.empty()) return RunTimeError::None;
-  RunTimeError error = Finish();
-  if (error != RunTimeError::None) return error;
-
   const std::string folder = FolderOf(changes.begin()->first);
   const auto isElsewhere = [&](const auto& change) { return FolderOf(change.first) != folder; };
   if (std::any_of(changes.begin(), changes.end(), isElsewhere)) return RunTimeError::PathAccess;
-  for (int attempt = 0; attempt < 2; ++attempt) {
-    std::vector<PendingFile> files = FilesOf(changes);
-    const bool isLater = onDue_ && files.size() > 1 && files.size() <= MostLater;
-    error = isLater ? CommitLater(files, changes) : CommitNow(files, changes, goesOn);
-    if (error != RunTimeError::PathAccess) break;
-    // Another program may have been stopped in the middle of a group, which is done first.
-    if (CompleteJournal(folder) != RunTimeError::None) break;
+  RunTimeError error = Finish();
+  // A lone file of another folder need not wait.
+  const bool mustWait = folder == unfinishedFolder_ || !staleJournal_.empty() || changes.size() > 1;
+  if (error != RunTimeError::None && mustWait) return error;
+
+  std::vector<PendingFile> files = FilesOf(changes);
+  const bool isLater = onDue_ && files.size() > 1 && files.size() <= MostLater;
+  error = isLater ? CommitLater(files, changes) : CommitNow(files, changes, goesOn);
+  FileStamp stamp;
+  if (error != RunTimeError::PathAccess ||
+      disk_.Stamp(folder + std::string(JournalName), stamp) != RunTimeError::None) {
+    return error;
   }
-  return error;
+  // Another program was stopped in the middle of a group. Now its group is done, and what this one
+  // was built upon may not hold any more.
+  error = CompleteJournal(folder);
+  return error == RunTimeError::None ? RunTimeError::BadRecordNumber : error;
 }
 
 }  // namespace quillary

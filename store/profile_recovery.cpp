@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -38,11 +39,36 @@ RunTimeError Profile::Finish() {
     staleJournal_.clear();
   }
   if (unfinished_.empty()) return RunTimeError::None;
-  RunTimeError error = CompleteJournal(unfinishedFolder_);
+  RunTimeError error = BringBackJournal();
+  if (error == RunTimeError::None) error = CompleteJournal(unfinishedFolder_);
   // The journal may have been removed before, without its removal being sure to stay.
   if (error == RunTimeError::None) error = disk_.SyncFolder(unfinishedFolder_);
   if (error == RunTimeError::None) unfinished_.clear();
   return error;
+}
+
+// The journal may have gone with its disk, or by the hand of somebody who did not know what it was;
+// and another program may have left its own, which comes first.
+RunTimeError Profile::BringBackJournal() {
+  const std::string path = unfinishedFolder_ + std::string(JournalName);
+  std::string bytes;
+  FileStamp stamp;
+  RunTimeError error = disk_.Read(path, bytes, stamp);
+  if (error == RunTimeError::None) {
+    if (bytes == unfinishedJournal_) return error;
+    error = CompleteJournal(unfinishedFolder_);
+    if (error != RunTimeError::None) return error;
+  } else if (!IsMissing(error)) {
+    return error;
+  }
+  const bool areFilesThere =
+      std::any_of(unfinished_.begin(), unfinished_.end(), [&](const auto& change) {
+        error = disk_.Stamp(change.first, stamp);
+        return error == RunTimeError::None;
+      });
+  if (!areFilesThere) return error;
+  error = WriteNewFile(path, unfinishedJournal_, unfinished_.begin()->first);
+  return error == RunTimeError::None ? disk_.SyncFolder(unfinishedFolder_) : error;
 }
 
 // Who wrote the journal may have been stopped before it was sure to stay. The files must not be

@@ -38,6 +38,14 @@ class TextList {
   class const_iterator;
 
   TextList() = default;
+  TextList(const TextList&) = default;
+  TextList& operator=(const TextList&) = default;
+  TextList(TextList&& other) noexcept { Swap(other); }
+  TextList& operator=(TextList&& other) noexcept {
+    Swap(other);
+    return *this;
+  }
+  ~TextList() = default;
   TextList(std::initializer_list<std::string_view> texts);
   TextList(const std::vector<std::string>& texts);  // NOLINT(google-explicit-constructor)
   // So many empty texts.
@@ -95,6 +103,11 @@ class TextList {
     return blocks_[index / BlockSize].At(index % BlockSize);
   }
   void Resize(std::size_t size);
+  void Swap(TextList& other) {
+    std::swap(store_, other.store_);
+    std::swap(blocks_, other.blocks_);
+    std::swap(size_, other.size_);
+  }
 
   std::shared_ptr<TextStore> store_ = std::make_shared<TextStore>();
   std::vector<Block> blocks_;

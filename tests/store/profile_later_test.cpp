@@ -102,6 +102,47 @@ TEST_F(ProfileLaterTest, AFaultInFinishIsToldAndTheGroupStays) {
   EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "newnew");
 }
 
+TEST_F(ProfileLaterTest, AGroupOutlivesItsJournalAndItsDisk) {
+  ASSERT_EQ(WriteBoth("1"), RunTimeError::None);
+  std::filesystem::remove(Folder.File("quill.jnl"));
+  ASSERT_EQ(Access.Finish(), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "11");
+
+  // The folder is another one for a while.
+  ASSERT_EQ(WriteBoth("2"), RunTimeError::None);
+  test::TempFolder away;
+  const auto move = [](const test::TempFolder& from, const test::TempFolder& to) {
+    for (const char* file : {"a.dat", "b.dat", "quill.jnl"}) {
+      std::filesystem::rename(from.File(file), to.File(file));
+    }
+  };
+  move(Folder, away);
+  EXPECT_EQ(Access.Finish(), RunTimeError::FileNotFound);
+  EXPECT_EQ(WriteBoth("3"), RunTimeError::FileNotFound);
+  move(away, Folder);
+  ASSERT_EQ(Access.Finish(), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "22");
+}
+
+TEST_F(ProfileLaterTest, AForeignGroupIsCompletedAndNothingIsBuiltUponWhatWasBefore) {
+  HostDisk machine;
+  FileNames names{machine, Folder.Path(), Folder.Path()};
+  Profile other(machine, names);
+  other.FinishLater([] {});
+  {
+    ProfileUpdate update(other);
+    (void)other.WriteEntry("a.dat", "S", "Key", "theirs");
+    (void)other.WriteEntry("b.dat", "S", "Key", "theirs");
+    ASSERT_EQ(update.Commit(), RunTimeError::None);
+  }
+  EXPECT_EQ(WriteBoth("mine"), RunTimeError::BadRecordNumber);
+  EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "theirstheirs");
+  ASSERT_EQ(WriteBoth("mine"), RunTimeError::None);
+  ASSERT_EQ(Access.Finish(), RunTimeError::None);
+  EXPECT_EQ(other.Finish(), RunTimeError::None);
+  EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "minemine");
+}
+
 TEST_F(ProfileLaterTest, AProtectedFileIsToldBeforeAnythingIsDecided) {
   std::filesystem::permissions(Folder.File("b.dat"), std::filesystem::perms::owner_read);
   EXPECT_EQ(WriteBoth("new"), RunTimeError::PermissionDenied);

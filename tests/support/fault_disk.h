@@ -55,8 +55,8 @@ class FaultDisk : public HostDisk {
     return Try(Kind::Writes, [&] { return HostDisk::CopyAccess(path, handle); });
   }
   RunTimeError Write(int handle, std::string_view bytes) override;
-  RunTimeError Reserve(int handle, std::int64_t bytes) override {
-    return Try(Kind::Writes, [&] { return HostDisk::Reserve(handle, bytes); });
+  RunTimeError Reserve(int handle, std::int64_t bytes, std::size_t files) override {
+    return Try(Kind::Writes, [&] { return HostDisk::Reserve(handle, bytes, files); });
   }
   RunTimeError Sync(int) override { return Try(Kind::Writes, Nothing); }
   RunTimeError SyncAll(const std::vector<int>&) override { return Try(Kind::Writes, Nothing); }
