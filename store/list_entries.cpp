@@ -82,8 +82,9 @@ std::optional<ListEntry> FindEntry(const RecordLists& lists, const TextComparer&
       Find(lists.NamesRecNo, lists.Names, comparer, known.RecNo, known.ShowName, known.NamePos);
   entry.CompanyPos = Find(lists.CompaniesRecNo, lists.Companies, comparer, known.RecNo,
                           known.ShowCompany, known.CompanyPos);
-  if (entry.NamePos == lists.NamesRecNo.size() || entry.CompanyPos == lists.CompaniesRecNo.size())
+  if (entry.NamePos == lists.NamesRecNo.size() || entry.CompanyPos == lists.CompaniesRecNo.size()) {
     return std::nullopt;
+  }
   entry.ShowName = lists.Names[entry.NamePos];
   entry.ShowCompany = lists.Companies[entry.CompanyPos];
   return entry;

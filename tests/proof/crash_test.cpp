@@ -127,6 +127,7 @@ Tree Stopped(DiskModel model, const DiskChange* half) {
 TEST_P(CrashTest, StoppedAnywhereItIsDoneOrNot) {
   const std::vector<Tree> outcomes{Opened(before_), Opened(after_)};
   std::vector<Tree> withCompanion;
+  withCompanion.reserve(outcomes.size());
   for (const Tree& outcome : outcomes) withCompanion.push_back(WithCompanionsChanges(outcome));
   std::set<Tree> done;
   const auto check = [&](const Tree& tree, int level, auto& self) -> void {

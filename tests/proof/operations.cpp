@@ -192,7 +192,7 @@ std::string NameOf(const testing::TestParamInfo<Operation>& operation) {
 }
 
 Tree FilesBefore(const Operation& operation, const std::string& root) {
-  const Tree usual = UsualFiles(root);
+  Tree usual = UsualFiles(root);
   if (operation.SetUp == nullptr) return usual;
   FaultDisk disk;
   Program program(root, disk);
