@@ -13,11 +13,7 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "main/main.h"
-#include "platform/disk.h"
-#include "platform/file_names.h"
-#include "platform/text.h"
-#include "store/profile.h"
+#include "benchmarks/opened_program.h"
 
 namespace {
 
@@ -28,12 +24,6 @@ double SecondsSinceBoot() {
   clock_gettime(CLOCK_BOOTTIME, &now);
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
-
-class NoEnding : public Ending {
- public:
-  void EndProgram() override { QCoreApplication::exit(); }
-  void EndNow() override { std::_Exit(EXIT_SUCCESS); }
-};
 
 // Ends the program when the watched view has been painted.
 class PaintWatch : public QObject {
@@ -67,15 +57,10 @@ int main(int argc, char* argv[]) {
   const double startSeconds = SecondsSinceBoot();
   if (argc != 2) return EXIT_FAILURE;
   QApplication application(argc, argv);
-  HostDisk disk;
-  const FileNames names(disk, argv[1], argv[1]);
-  Profile profile(disk, names);
-  const TextComparer comparer;
-  NoEnding ending;
-  Forms forms(profile, comparer, ending, names.OwnDirectory());
-  PaintWatch watch(startSeconds, forms);
-  forms.Main.findChild<QAbstractItemView*>(QStringLiteral("LstNames"))
+  benchmarks::OpenedProgram program(argv[1]);
+  PaintWatch watch(startSeconds, program.Windows);
+  program.Windows.Main.findChild<QAbstractItemView*>(QStringLiteral("LstNames"))
       ->viewport()
       ->installEventFilter(&watch);
-  return Main(forms, profile, [] { return true; }) ? QApplication::exec() : EXIT_FAILURE;
+  return program.Run();
 }

@@ -14,11 +14,7 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "main/main.h"
-#include "platform/disk.h"
-#include "platform/file_names.h"
-#include "platform/text.h"
-#include "store/profile.h"
+#include "benchmarks/opened_program.h"
 
 namespace {
 
@@ -29,12 +25,6 @@ double Milliseconds(clockid_t clock) {
   clock_gettime(clock, &now);
   return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
 }
-
-class NoEnding : public Ending {
- public:
-  void EndProgram() override { QCoreApplication::exit(); }
-  void EndNow() override { std::_Exit(EXIT_SUCCESS); }
-};
 
 class EventWatch : public QObject {
  public:
@@ -80,12 +70,7 @@ int main(int argc, char* argv[]) {
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   EventWatch watch;
-  HostDisk disk;
-  const FileNames names(disk, argv[1], argv[1]);
-  Profile profile(disk, names);
-  const TextComparer comparer;
-  NoEnding ending;
-  Forms forms(profile, comparer, ending, names.OwnDirectory());
+  benchmarks::OpenedProgram program(argv[1]);
   QSocketNotifier lines(STDIN_FILENO, QSocketNotifier::Read);
   QObject::connect(&lines, &QSocketNotifier::activated, &watch, [&] {
     char sign = 0;
@@ -93,8 +78,8 @@ int main(int argc, char* argv[]) {
       watch.Tell();
     } else {
       lines.setEnabled(false);
-      forms.ExitApplication();
+      program.Windows.ExitApplication();
     }
   });
-  return Main(forms, profile, [] { return true; }) ? QApplication::exec() : EXIT_FAILURE;
+  return program.Run();
 }

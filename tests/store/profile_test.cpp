@@ -88,6 +88,24 @@ TEST_F(ProfileTest, AnUnchangedFileIsNotReadAgain) {
   EXPECT_EQ(Machine.Calls(), 2);
 }
 
+TEST_F(ProfileTest, EventsRunWhileAGroupOverManyFilesIsWrittenAndMayGiveItUp) {
+  constexpr int Files = 30;
+  const auto commit = [&](const std::string& value, const Profile::GoesOn& goesOn) {
+    ProfileUpdate update(Here.Access);
+    for (int i = 0; i < Files; ++i) (void)Here.Write(std::to_string(i) + ".dat", "x", value);
+    return update.Commit(goesOn);
+  };
+  int calls = 0;
+  EXPECT_EQ(commit("1", [&](bool) { return ++calls > 0; }), RunTimeError::None);
+  EXPECT_GE(calls, 2 * Files) << "each file is made, and synced";
+  const auto before = Folder.Files();
+  for (const int last : {1, Files, calls}) {
+    int left = last;
+    EXPECT_EQ(commit("2", [&](bool) { return --left > 0; }), RunTimeError::NotReady) << last;
+    EXPECT_EQ(Folder.Files(), before);
+  }
+}
+
 TEST_F(ProfileTest, AGroupIsSeenAtOnceAndTakenBackWhole) {
   ASSERT_EQ(Here.Write("quill.dat", "x", "1"), RunTimeError::None);
   const auto before = Folder.Files();
