@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <set>
 
 #include "store/profile_line.h"
 #include "store/profile_text.h"
@@ -87,13 +89,18 @@ class Parser {
   bool TakeFile(std::string_view name) {
     journal.push_back({std::string(name), {}});
     section_.clear();
-    return IsPlainName(name) && !old_;
+    return TakeName(name);
   }
   bool TakeReplacement(std::string_view name) {
     journal.back().Replacement = name;
-    return IsPlainName(name) && TemporaryProcess(name).has_value() && !old_;
+    return TakeName(name) && TemporaryProcess(name).has_value();
+  }
+  // Of what stands twice nobody could say which comes first.
+  bool TakeName(std::string_view name) {
+    return IsPlainName(name) && names_.emplace(name).second && !old_;
   }
 
+  std::set<std::string, std::less<>> names_;
   std::string section_;
   std::string oldKey_;
   std::optional<std::string> old_;

@@ -50,8 +50,8 @@ class JournalPart {
 
 std::string JournalText(const std::vector<const JournalPart*>& parts);
 
-// Nothing for a text that is not a whole journal, or that names a file outside its folder, or an
-// entry that no profile file can hold.
+// Nothing for a text that is not a whole journal, or that names a file outside its folder, a file
+// twice, or an entry that no profile file can hold.
 std::optional<Journal> ParseJournal(std::string_view text);
 
 }  // namespace quillary

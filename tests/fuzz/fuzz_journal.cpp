@@ -112,16 +112,12 @@ bool Complete(const quillary::Journal& journal, Files& files, std::map<std::stri
     if (!part.Replacement.empty()) {
       const auto copy = files.find(part.Replacement);
       if (copy == files.end()) continue;
-      if (copy->second == Folder || now.contains(part.Replacement)) return false;
+      if (copy->second == Folder) return false;
       files[part.Name] = std::exchange(copy->second, {});
-      if (part.Replacement != part.Name) files.erase(part.Replacement);
-      now.erase(part.Name);
+      files.erase(part.Replacement);
       continue;
     }
-    const auto known = now.find(part.Name);
-    const Entries before = known != now.end() ? known->second
-                           : isThere          ? quillary::reference::EntriesOf(file->second)
-                                              : Entries();
+    const Entries before = isThere ? quillary::reference::EntriesOf(file->second) : Entries();
     Entries after = before;
     for (const quillary::JournalEntry& entry : part.Entries) {
       const std::pair names{quillary::reference::Lower(entry.Section),

@@ -63,7 +63,14 @@ class Desktop:
         return self.run("xdotool", "getactivewindow", "getwindowname").strip()
 
     def wait_active(self, title):
-        wait_for(f"the window {title!r}", lambda: self.active() == title)
+        """Waits until the window stays active: the one behind it may be mapped after it."""
+        def stays():
+            for _ in range(3):
+                if self.active() != title:
+                    return False
+                time.sleep(0.05)
+            return True
+        wait_for(f"the window {title!r}", stays)
 
     def key(self, *keys):
         self.run("xdotool", "key", "--delay", "30", *keys)
