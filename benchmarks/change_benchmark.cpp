@@ -62,23 +62,19 @@ void RestoreRecord(Program& program, int round) {
 }
 
 void ChangeNotes(Program& program, int round) {
-  const std::string recNo(program.Data.NamesRecNo[IndexOf(program, round)]);
+  const std::size_t index = IndexOf(program, round);
+  const std::string recNo(program.Data.NamesRecNo[index]);
   Expect(program.Store.ReadRecord(recNo));
   program.Data.FieldValues[Notes] = "Changed " + NameOf(round);
-  Expect(program.Store.WriteRecord(recNo));
+  Expect(program.Store.ChangeRecord(recNo, index, false));
 }
 
 void ChangeName(Program& program, int round) {
   const std::size_t index = IndexOf(program, round);
   const std::string recNo(program.Data.NamesRecNo[index]);
-  const std::string name = NameOf(round);
   Expect(program.Store.ReadRecord(recNo));
-  ProfileUpdate update(program.Access);
-  Expect(program.Store.CheckRecord(recNo));
-  program.Data.FieldValues = {"", "", name, "", name};
-  Expect(program.Store.WriteRecord(recNo));
-  Expect(program.Store.RelinkRecord(recNo, index, name, "( " + name + " )"));
-  Expect(update.Commit());
+  program.Data.FieldValues = {"", "", NameOf(round), "", NameOf(round)};
+  Expect(program.Store.ChangeRecord(recNo, index, true));
 }
 
 struct Kind {

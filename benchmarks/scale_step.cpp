@@ -73,11 +73,8 @@ void EditThatMoves(Program& program) {
   const std::size_t index = program.Middle();
   const std::string recNo(program.Data.NamesRecNo[index]);
   Need(program.Store.ReadRecord(recNo) == RunTimeError::None);
-  ProfileUpdate update(program.Access);
   program.Data.FieldValues[LastName] = "Aardvark";
-  Need(program.Store.WriteRecord(recNo) == RunTimeError::None);
-  Need(program.Store.RelinkRecord(recNo, index, "Aardvark", "Aardvark") == RunTimeError::None);
-  Need(update.Commit() == RunTimeError::None);
+  Need(program.Store.ChangeRecord(recNo, index, true) == RunTimeError::None);
 }
 
 void ReadDeleted(Program& program) {

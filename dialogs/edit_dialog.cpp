@@ -45,20 +45,14 @@ std::optional<ChangeDialog::Refusal> EditDialog::Check() {
 RunTimeError EditDialog::Change() {
   ProfileUpdate update(profile_);
   const FieldArray before = shared_.FieldValues;
-  const Typed typed = TakeBoxes(update);
+  TakeBoxes(update);
   const auto isChanged = [&](Field field) {
     return shared_.FieldValues.at(field) != before.at(field);
   };
   moved_ = isChanged(Field::FirstName) || isChanged(Field::LastName) || isChanged(Field::Company);
 
-  const std::string RecNo = shared_.CurRecordNo;
-  // Written first: whether the record still matches the filter depends on its new values.
-  RunTimeError error = records_.CheckRecord(RecNo);
-  if (error == RunTimeError::None) error = records_.WriteRecord(RecNo);
-  if (error == RunTimeError::None && moved_) {
-    const auto index = static_cast<std::size_t>(std::max<int>(shared_.CurListIndex, 0));
-    error = records_.RelinkRecord(RecNo, index, typed.ShowName, typed.ShowCompany);
-  }
+  const auto index = static_cast<std::size_t>(std::max<int>(shared_.CurListIndex, 0));
+  const RunTimeError error = records_.ChangeRecord(shared_.CurRecordNo, index, moved_);
   return error == RunTimeError::None ? update.Commit() : error;
 }
 

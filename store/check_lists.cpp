@@ -87,8 +87,8 @@ bool Records::IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t 
 
 // Whether the files are joined as the lists are before the entries at these positions, and before
 // those behind them: so many in each list.
-RunTimeError Records::CheckPlace(std::size_t namePos, std::size_t companyPos, std::size_t links) {
-  RecordReader reader(profile_, data_.DataPath);
+RunTimeError Records::CheckPlace(RecordReader& reader, std::size_t namePos, std::size_t companyPos,
+                                 std::size_t links) {
   bool isKnown = true;
   for (std::size_t i = 0; i < links && isKnown; ++i) {
     isKnown = IsLinkKnown(reader, NameChain, namePos + i) &&

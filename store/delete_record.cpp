@@ -6,6 +6,7 @@
 #include "platform/text.h"
 #include "store/chain.h"
 #include "store/list_entries.h"
+#include "store/record_reader.h"
 #include "store/records.h"
 
 namespace quillary {
@@ -25,40 +26,34 @@ void Records::UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t
   if (!next.empty()) NoteRecordEntry(next, chain.Prev, previous);
 }
 
-RunTimeError Records::CheckRecord(std::string_view RecNo) {
-  std::optional<ListEntry> entry;
-  return FindChecked(Trim(RecNo), entry);
-}
-
-RunTimeError Records::FindChecked(std::string_view recNo, std::optional<ListEntry>& entry) {
+// The record's entry in the lists, where the files have it as well.
+RunTimeError Records::FindChecked(std::string_view recNo, ListEntry& entry) {
   if (const RunTimeError error = RestoreLinks(); error != RunTimeError::None) return error;
-  entry = FindEntry(AllLists(data_), comparer_,
-                    {std::string(recNo), ReadRecordEntry(recNo, "ShowName"),
-                     ReadRecordEntry(recNo, "ShowCompany"), lastNamePos_, lastCompanyPos_});
-  if (!entry) return RunTimeError::BadRecordNumber;
-  lastNamePos_ = entry->NamePos;
-  lastCompanyPos_ = entry->CompanyPos;
-  return CheckPlace(entry->NamePos, entry->CompanyPos, 2);
+  RecordReader reader(profile_, data_.DataPath);
+  const std::optional<ListEntry> found =
+      FindEntry(AllLists(data_), comparer_, recNo, reader.Value(recNo, "ShowName"),
+                reader.Value(recNo, "ShowCompany"));
+  if (reader.Error() != RunTimeError::None) return reader.Error();
+  if (!found) return RunTimeError::BadRecordNumber;
+  entry = *found;
+  return CheckPlace(reader, entry.NamePos, entry.CompanyPos, 2);
 }
 
 // Takes the record out of both chains, the lists in memory and the list box. Its own links stay.
-RunTimeError Records::UnlinkRecord(ProfileUpdate& update, const std::string& recNo,
-                                   std::size_t listIndex) {
-  std::optional<ListEntry> entry;
-  const RunTimeError error = FindChecked(recNo, entry);
-  if (error != RunTimeError::None) return error;
-  UnlinkFrom(NameChain, data_.NamesRecNo, entry->NamePos);
-  UnlinkFrom(CompanyChain, data_.CompaniesRecNo, entry->CompanyPos);
+void Records::UnlinkRecord(ProfileUpdate& update, const ListEntry& entry, std::size_t listIndex) {
+  UnlinkFrom(NameChain, data_.NamesRecNo, entry.NamePos);
+  UnlinkFrom(CompanyChain, data_.CompaniesRecNo, entry.CompanyPos);
   NoteHeaderEntry("NoOfRecords", NumberText(data_.NoOfRecords - 1));
 
-  RemoveEntry(update, AllLists(data_), *entry);
+  RemoveEntry(update, AllLists(data_), entry);
   if (data_.FilterOn) {
-    const std::optional<ListEntry> filtered = FindEntry(FilteredLists(data_), comparer_, *entry);
-    if (!filtered) return RunTimeError::None;  // and so it has no line
+    const std::optional<ListEntry> filtered =
+        FindEntry(FilteredLists(data_), comparer_, entry.RecNo, entry.ShowName, entry.ShowCompany);
+    if (!filtered) return;  // and so it has no line
     RemoveEntry(update, FilteredLists(data_), *filtered);
   }
-  RemoveLine(update, listIndex, data_.ViewMode == 0 ? entry->ShowName : entry->ShowCompany, recNo);
-  return RunTimeError::None;
+  RemoveLine(update, listIndex, data_.ViewMode == 0 ? entry.ShowName : entry.ShowCompany,
+             entry.RecNo);
 }
 
 void Records::RemoveLine(ProfileUpdate& update, std::size_t index, const std::string& text,
@@ -70,21 +65,31 @@ void Records::RemoveLine(ProfileUpdate& update, std::size_t index, const std::st
 RunTimeError Records::DeleteRecord(std::string_view RecNo, std::size_t ListIndex) {
   ProfileUpdate update(profile_);
   if (ToInt16(ReadHeaderEntry("DelNoOfRecords")) >= MaxRecords) return RunTimeError::Overflow;
-  const std::string recNo(Trim(RecNo));
-  RunTimeError error = UnlinkRecord(update, recNo, ListIndex);
+  ListEntry entry;
+  RunTimeError error = FindChecked(Trim(RecNo), entry);
   if (error != RunTimeError::None) return error;
-
-  ClearLinks(recNo);
-  error = AddToDeletedList(recNo);
+  UnlinkRecord(update, entry, ListIndex);
+  ClearLinks(entry.RecNo);
+  error = AddToDeletedList(entry.RecNo);
   return error == RunTimeError::None ? update.Commit() : error;
 }
 
-RunTimeError Records::RelinkRecord(std::string_view RecNo, std::size_t ListIndex,
-                                   std::string_view ShowName, std::string_view ShowCompany) {
+RunTimeError Records::ChangeRecord(std::string_view RecNo, std::size_t ListIndex, bool Moves) {
   ProfileUpdate update(profile_);
-  const std::string recNo(Trim(RecNo));
-  RunTimeError error = UnlinkRecord(update, recNo, ListIndex);
-  if (error == RunTimeError::None) error = InsertRecord(recNo, ShowName, ShowCompany);
+  ListEntry entry;
+  RunTimeError error = FindChecked(Trim(RecNo), entry);
+  if (error != RunTimeError::None) return error;
+  // Written first: whether the record still matches the filter depends on its new values.
+  error = WriteRecord(entry.RecNo);
+  if (error == RunTimeError::None && Moves) {
+    UnlinkRecord(update, entry, ListIndex);
+    FieldArray& values = data_.FieldValues;
+    std::string& firstName = values[Field::FirstName];
+    std::string& lastName = values[Field::LastName];
+    std::string& company = values[Field::Company];
+    error = InsertRecord(entry.RecNo, BuildShowName(firstName, lastName, company),
+                         BuildShowCompany(firstName, lastName, company));
+  }
   return error == RunTimeError::None ? update.Commit() : error;
 }
 

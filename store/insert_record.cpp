@@ -65,9 +65,9 @@ RunTimeError Records::InsertRecord(std::string_view RecNo, std::string_view Show
   const std::size_t companyPos = Position(data_.CompaniesList, count, [&](const auto& entry) {
     return comparer_.Compare(ShowCompany, entry) > 0;
   });
-  if (const RunTimeError error = CheckPlace(namePos, companyPos, 1); error != RunTimeError::None) {
-    return error;
-  }
+  RecordReader reader(profile_, data_.DataPath);
+  const RunTimeError error = CheckPlace(reader, namePos, companyPos, 1);
+  if (error != RunTimeError::None) return error;
   ClearLinks(recNo);
   LinkRecord(NameChain, data_.NamesRecNo, namePos, recNo);
   LinkRecord(CompanyChain, data_.CompaniesRecNo, companyPos, recNo);

@@ -42,11 +42,10 @@ std::size_t Index(const TextList& list, const TextList::const_iterator& place) {
   return static_cast<std::size_t>(place - list.begin());
 }
 
-// Where the list has the record; its size if nowhere. It is found at once at the place `guess`, or
-// among the entries of that text where they are sorted.
+// Where the list has the record; its size if nowhere. It is found at once among the entries of that
+// text where they are sorted.
 std::size_t Find(const TextList& recNos, const TextList& texts, const TextComparer& comparer,
-                 std::string_view recNo, std::string_view text, std::size_t guess) {
-  if (guess < recNos.size() && recNos[guess] == recNo) return guess;
+                 std::string_view recNo, std::string_view text) {
   const auto first = std::partition_point(texts.begin(), texts.end(), [&](std::string_view entry) {
     return comparer.Compare(text, entry) > 0;
   });
@@ -74,14 +73,13 @@ RecordLists FilteredLists(StoreData& data) {
 }
 
 std::optional<ListEntry> FindEntry(const RecordLists& lists, const TextComparer& comparer,
-                                   const ListEntry& known) {
+                                   std::string_view recNo, std::string_view showName,
+                                   std::string_view showCompany) {
   if (lists.Count < 1) return std::nullopt;
   ListEntry entry;
-  entry.RecNo = known.RecNo;
-  entry.NamePos =
-      Find(lists.NamesRecNo, lists.Names, comparer, known.RecNo, known.ShowName, known.NamePos);
-  entry.CompanyPos = Find(lists.CompaniesRecNo, lists.Companies, comparer, known.RecNo,
-                          known.ShowCompany, known.CompanyPos);
+  entry.RecNo = recNo;
+  entry.NamePos = Find(lists.NamesRecNo, lists.Names, comparer, recNo, showName);
+  entry.CompanyPos = Find(lists.CompaniesRecNo, lists.Companies, comparer, recNo, showCompany);
   if (entry.NamePos == lists.NamesRecNo.size() || entry.CompanyPos == lists.CompaniesRecNo.size()) {
     return std::nullopt;
   }

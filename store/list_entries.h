@@ -33,10 +33,11 @@ struct ListEntry {
   std::size_t CompanyPos = 0;
 };
 
-// The entry of `known`'s record; nothing if it is not in both lists. Found at once where the rest
-// of `known` holds: its places, or its texts where the lists are sorted.
+// The record's entry; nothing if it is not in both lists. Found at once by the texts that it has in
+// them, where they are sorted.
 std::optional<ListEntry> FindEntry(const RecordLists& lists, const TextComparer& comparer,
-                                   const ListEntry& known);
+                                   std::string_view recNo, std::string_view showName,
+                                   std::string_view showCompany);
 
 // Both are taken back if the group fails.
 void InsertEntry(ProfileUpdate& update, const RecordLists& lists, const ListEntry& entry);

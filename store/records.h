@@ -110,9 +110,6 @@ class Records {
   // BadRecordNumber where the header is not any more that of the lists in memory, or all links are
   // to be written and the files have other records.
   RunTimeError RestoreLinks();
-  // To be called at the start of a group that changes a listed record, also where its place in the
-  // lists stays: RestoreLinks, and BadRecordNumber where the files do not have the record there.
-  RunTimeError CheckRecord(std::string_view RecNo);
   // Fills the list box from the list that ViewMode and FilterOn choose.
   void ShowRecords();
 
@@ -130,13 +127,13 @@ class Records {
   // written, where the deleted list holds MaxRecords already, and with BadRecordNumber where the
   // record is in no list.
   RunTimeError DeleteRecord(std::string_view RecNo, std::size_t ListIndex);
-  // Moves a live record, whose fields and display strings are stored already and which is line
-  // `ListIndex` of the list box, to its place in both lists: what DeleteRecord,
-  // RemoveFromDeletedList and InsertRecord would do one after the other, and so without a change to
-  // the deleted list, full or not. With the filter on, the record leaves the filtered lists if it
-  // does not match any more.
-  RunTimeError RelinkRecord(std::string_view RecNo, std::size_t ListIndex,
-                            std::string_view ShowName, std::string_view ShowCompany);
+  // Stores the fields of a live record, which is line `ListIndex` of the list box, as WriteRecord
+  // does. Where it `Moves`, it goes to the place of its new display strings in both lists: what
+  // DeleteRecord, RemoveFromDeletedList and InsertRecord would do one after the other, and so
+  // without a change to the deleted list, full or not. With the filter on, it leaves the filtered
+  // lists then if it does not match any more. BadRecordNumber where the files do not have the
+  // record where the lists have it, also if it stays there.
+  RunTimeError ChangeRecord(std::string_view RecNo, std::size_t ListIndex, bool Moves);
 
   // Stores `count` new records and puts them into both lists, before the entries equal to them; of
   // two new ones that are equal the later one stands first. `fields(i)` gives the fields of the new
@@ -247,7 +244,8 @@ class Records {
   RunTimeError CheckLists();
   RunTimeError CheckRecords();
   bool IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position);
-  RunTimeError CheckPlace(std::size_t namePos, std::size_t companyPos, std::size_t links);
+  RunTimeError CheckPlace(RecordReader& reader, std::size_t namePos, std::size_t companyPos,
+                          std::size_t links);
   RunTimeError KeepOldHeader();
   NumberRange GivenNumbers();
   bool HasReturned();
@@ -265,8 +263,8 @@ class Records {
   void LinkRecord(const Chain& chain, const TextList& recNos, std::size_t position,
                   const std::string& recNo);
   void UnlinkFrom(const Chain& chain, const TextList& recNos, std::size_t position);
-  RunTimeError FindChecked(std::string_view recNo, std::optional<ListEntry>& entry);
-  RunTimeError UnlinkRecord(ProfileUpdate& update, const std::string& recNo, std::size_t listIndex);
+  RunTimeError FindChecked(std::string_view recNo, ListEntry& entry);
+  void UnlinkRecord(ProfileUpdate& update, const ListEntry& entry, std::size_t listIndex);
   RunTimeError ReadDeletedNumbers(std::unordered_set<std::int32_t>& numbers);
   std::string EndOfDeletedList();
   void NoteDeletedLinks(const std::vector<std::string>& recNos, const std::string& end);
@@ -289,9 +287,6 @@ class Records {
   ProgressHooks& progress_;
   ListHooks& lines_;
 
-  // Where the lists had the record that was last looked for.
-  std::size_t lastNamePos_ = 0;
-  std::size_t lastCompanyPos_ = 0;
   // Why the lists in memory are not to be written over the links in the files.
   RunTimeError listsError_ = RunTimeError::None;
   // The order in memory could not be stored; what follows the listed records in the files.

@@ -90,15 +90,8 @@ RunTimeError Program::Add(const FieldArray& fields) {
 }
 
 RunTimeError Program::Edit(const std::string& recNo, const FieldArray& fields, bool moves) {
-  ProfileUpdate update(Access);
   Data.FieldValues = fields;
-  RunTimeError error = Store.CheckRecord(recNo);
-  if (error == RunTimeError::None) error = Store.WriteRecord(recNo);
-  if (error == RunTimeError::None && moves) {
-    error = Store.RelinkRecord(recNo, Lines.Line(recNo), Store.ReadRecordEntry(recNo, "ShowName"),
-                               Store.ReadRecordEntry(recNo, "ShowCompany"));
-  }
-  return error == RunTimeError::None ? update.Commit() : error;
+  return Store.ChangeRecord(recNo, Lines.Line(recNo), moves);
 }
 
 RunTimeError Program::Delete(const std::string& recNo) {

@@ -103,13 +103,7 @@ void StoreWorld::Filter(const std::array<std::string, 5>& criteria) {
 }
 
 RunTimeError StoreWorld::Edit(const std::string& recNo) {
-  ProfileUpdate update(Access);
-  RunTimeError error = Store.WriteRecord(recNo);
-  if (error != RunTimeError::None) return error;
-  const std::string showName = Store.ReadRecordEntry(recNo, "ShowName");
-  const std::string showCompany = Store.ReadRecordEntry(recNo, "ShowCompany");
-  error = Store.RelinkRecord(recNo, Lines.Line(recNo), showName, showCompany);
-  return error == RunTimeError::None ? update.Commit() : error;
+  return Store.ChangeRecord(recNo, Lines.Line(recNo), true);
 }
 
 }  // namespace quillary::test
