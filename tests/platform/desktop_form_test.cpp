@@ -11,7 +11,6 @@
 #include "platform/desktop/multi_line_box.h"
 #include "platform/desktop/one_line_text.h"
 #include "platform/desktop/placement.h"
-#include "platform/desktop/raise_window.h"
 #include "platform/desktop/twips.h"
 #include "tests/support_qt/while_shown.h"
 
@@ -48,77 +47,57 @@ class TestForm : public Form {
   int OKs = 0;
   int Cancels = 0;
   int Activations = 0;
-  int Unloads = 0;
 
  protected:
   void Form_Activate() override { ++Activations; }
-  void Form_Unload() override {
-    EXPECT_FALSE(isVisible());
-    ++Unloads;
-  }
 };
 
-TEST(Form, EnterPressesTheFocusedButtonElseTheDefaultOne) {
-  TestForm form;
-  form.SetDefaultButton(form.OK);
-  form.ShowForm();
-  form.Line->setFocus();
-  form.Press(Qt::Key_Return);
-  form.Press(Qt::Key_Enter, Qt::KeypadModifier);
-  EXPECT_EQ(form.OKs, 2);
-  form.Cancel->setFocus();
-  form.Press(Qt::Key_Return);
-  EXPECT_EQ(form.OKs, 2);
-  EXPECT_EQ(form.Cancels, 1);
-
-  form.Line->setFocus();
-  form.OK->setEnabled(false);
-  form.Press(Qt::Key_Return);
-  form.OK->setEnabled(true);
-  form.OK->hide();
-  form.Press(Qt::Key_Return);
-  EXPECT_EQ(form.OKs, 2);
-  EXPECT_EQ(form.Cancels, 1);
-  EXPECT_TRUE(form.isVisible());
-}
-
-TEST(Form, WithoutDefaultAndCancelButtonsEnterAndEscDoNothing) {
+TEST(Form, EnterPressesTheFocusedButtonElseTheDefaultOneAndEscTheCancelButton) {
   TestForm form;
   form.ShowForm();
+  EXPECT_EQ(form.focusWidget(), form.Box);  // the first control in tab order
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("\n"));
   form.Line->setFocus();
   form.Press(Qt::Key_Return);
   form.Press(Qt::Key_Escape);
   EXPECT_EQ(form.Others + form.OKs + form.Cancels, 0);
   EXPECT_TRUE(form.isVisible());
-  form.OK->setFocus();
-  form.Press(Qt::Key_Return);
-  EXPECT_EQ(form.OKs, 1);
 
+  form.SetDefaultButton(form.OK);
   form.SetCancelButton(form.Cancel);
-  form.Press(Qt::Key_Escape);
-  EXPECT_EQ(form.Cancels, 1);
-  form.Cancel->setEnabled(false);
+  form.Press(Qt::Key_Return);
+  form.Press(Qt::Key_Enter, Qt::KeypadModifier);
+  form.Box->setFocus();
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.OKs, 3);
+  form.Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("\n\n"));
+  form.Other->setFocus();
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.Others, 1);
+  form.Line->setFocus();
+  form.OK->hide();
+  form.Press(Qt::Key_Return);
+  EXPECT_EQ(form.OKs, 3);
   form.Press(Qt::Key_Escape);
   EXPECT_EQ(form.Cancels, 1);
 }
 
-TEST(Form, MultiLineBoxLeavesEnterToTheDefaultButton) {
-  TestForm form;
-  form.ShowForm();
-  EXPECT_EQ(form.focusWidget(), form.Box);  // the first control in tab order
-  form.Press(Qt::Key_A);
-  form.Press(Qt::Key_Return);
-  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("a\n"));
-
-  form.SetDefaultButton(form.OK);
-  form.Press(Qt::Key_Return);
-  EXPECT_EQ(form.OKs, 1);
-  form.Press(Qt::Key_Return, Qt::ControlModifier);
-  form.Press(Qt::Key_B);
-  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("a\n\nb"));
-  form.Press(Qt::Key_Tab);
-  EXPECT_EQ(form.focusWidget(), form.Line);
-  EXPECT_EQ(form.Box->toPlainText(), QStringLiteral("a\n\nb"));
+TEST(Placement, AFormStaysInReachOnTheScreenOfItsOwner) {
+  const QSize size(400, 300);
+  const QRect screen(1600, -200, 1600, 1200);
+  const auto expectAt = [&](QPoint place, QPoint held) {
+    EXPECT_EQ(HoldOnScreen(place, size, screen), held);
+  };
+  expectAt({0, -900}, {1600 + Px(150), -200 + Px(300)});
+  expectAt({9000, 9000}, {3200 - 400 - Px(150), 1000 - 300 - Px(300)});
+  expectAt({2000, 100}, {2000, 100});
+  EXPECT_EQ(PlaceAtCorner({1700, 100, 800, 600}, size, screen),
+            QPoint(2500 - 400 - Px(150), 100 + Px(150)));
+  // The title bar of one that is larger than the screen.
+  EXPECT_EQ(HoldOnScreen({1600, 0}, {2000, 2000}, screen), QPoint(1600 + Px(150), -200 + Px(300)));
+  EXPECT_EQ(PlaceCentred({1600, 0, 200, 100}, size), QPoint(1500, -100));
 }
 
 TEST(Form, ShiftF10OpensTheMenuOfTheControl) {
@@ -131,27 +110,6 @@ TEST(Form, ShiftF10OpensTheMenuOfTheControl) {
     ASSERT_NE(menu, nullptr) << box->metaObject()->className();
     menu->close();
   }
-}
-
-TEST(Form, EachShowingUnloadsOnce) {
-  TestForm form;
-  form.Unload();
-  EXPECT_EQ(form.Unloads, 0);
-  form.ShowForm();
-  ASSERT_TRUE(WaitUntilActive(form));
-  EXPECT_EQ(form.Activations, 1);
-  form.close();
-  form.Unload();
-  EXPECT_EQ(form.Unloads, 1);
-  EXPECT_FALSE(form.IsLoaded());
-
-  form.ShowForm();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return form.Activations == 2; }));
-  form.HideForm();
-  EXPECT_EQ(form.Unloads, 1);
-  EXPECT_TRUE(form.IsLoaded());
-  form.Unload();
-  EXPECT_EQ(form.Unloads, 2);
 }
 
 // A click of a double click may arrive when the first one has hidden the form.
@@ -170,27 +128,13 @@ TEST(Form, TakesNoInputWhileItIsHidden) {
   EXPECT_EQ(form.OKs, 1);
 }
 
-TEST(Form, ModalFormBlocksItsOwnerUntilItIsHidden) {
-  QWidget main;
-  main.show();
-  TestForm form;
-  form.SetOwner(main);
-  const auto answer = [&] {
-    EXPECT_EQ(QApplication::activeModalWidget(), &form);
-    EXPECT_EQ(form.windowHandle()->transientParent(), main.windowHandle());
-    form.HideForm();
-  };
-  QMetaObject::invokeMethod(&form, answer, Qt::QueuedConnection);
-  form.ShowModal();
-  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-}
-
 TEST(Form, IsNotActivatedWithTheWindowBehindIt) {
   QWidget main;
   main.show();
   TestForm form;
   form.SetOwner(main);
   form.ShowForm();
+  EXPECT_EQ(form.windowHandle()->transientParent(), main.windowHandle());
   ASSERT_TRUE(WaitUntilActive(form));
   // Not by way of the window manager, which may hand the keyboard on to the form.
   QApplication::setActiveWindow(&main);
@@ -232,9 +176,6 @@ void SendKey(QWidget& window, QEvent::Type type, quint64 at, Qt::Key code = Qt::
   key.setTimestamp(at);
   QCoreApplication::sendEvent(window.windowHandle(), &key);
 }
-void SendEnter(QWidget& window, quint64 at) {
-  SendKey(window, QEvent::KeyPress, at);
-}
 // The key was pressed before and is held.
 void RepeatKey(QWidget& window, quint64 at, Qt::Key code = Qt::Key_Return,
                Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -252,7 +193,7 @@ TEST(HurriedPresses, AHeldKeyPressesAButtonOnce) {
                            static_cast<QWidget*>(form.Box)}) {
     form.OKs = 0;
     control->setFocus();
-    SendEnter(form, 10);
+    SendKey(form, QEvent::KeyPress, 10);
     RepeatKey(form, 510);
     EXPECT_EQ(form.OKs, 1) << control->metaObject()->className();
   }
@@ -266,7 +207,7 @@ TEST(HurriedPresses, AHeldKeyPressesAButtonOnce) {
 
   // Pressed twice, in the way Qt tells it while a screen reader listens.
   form.OKs = 0;
-  SendEnter(form, 0);
+  SendKey(form, QEvent::KeyPress, 0);
   RepeatKey(form, 0);
   EXPECT_EQ(form.OKs, 2);
 }
@@ -278,17 +219,15 @@ TEST(HurriedPresses, TheSecondHalfOfADoublePressIsNotTheMainWindows) {
   const auto enters = [&](quint64 inDialog, quint64 inMain) {
     main.OKs = 0;
     dialog.ShowForm();
-    SendEnter(dialog, inDialog);
+    SendKey(dialog, QEvent::KeyPress, inDialog);
     dialog.HideForm();
     main.ShowForm();
-    SendEnter(main, inMain);
+    SendKey(main, QEvent::KeyPress, inMain);
     return main.OKs;
   };
   main.SetDefaultButton(main.OK);
   const auto interval = static_cast<quint64>(QApplication::doubleClickInterval());
   EXPECT_EQ(enters(10'000, 10'000 + interval / 2), 0);
-  SendEnter(main, 10'000 + interval + 1);
-  EXPECT_EQ(main.OKs, 1);
   EXPECT_EQ(enters(20'000, 20'000 + interval + 1), 1);
 
   const auto press = [](QWidget& window, quint64 at, QPoint place) {

@@ -4,13 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTimer>
+#include <filesystem>
 #include <memory>
 
 #include "platform/desktop/single_instance.h"
@@ -21,17 +20,14 @@ namespace {
 
 class SingleInstanceTest : public testing::Test {
  protected:
-  SingleInstanceTest() { qputenv("XDG_RUNTIME_DIR", folder_.Path().c_str()); }
-  void TearDown() override {
-    qunsetenv("XDG_DATA_HOME");
-    if (runtime_.isNull()) {
-      qunsetenv("XDG_RUNTIME_DIR");
-    } else {
-      qputenv("XDG_RUNTIME_DIR", runtime_);
-    }
+  SingleInstanceTest() {
+    qputenv("XDG_RUNTIME_DIR", folder_.Path().c_str());
+    qputenv("XDG_DATA_HOME", folder_.File("data").c_str());
   }
-
-  QString Path(const char* name) const { return QString::fromStdString(folder_.File(name)); }
+  ~SingleInstanceTest() override {
+    qputenv("XDG_RUNTIME_DIR", runtime_);
+    qunsetenv("XDG_DATA_HOME");
+  }
 
   const QString title_ = QStringLiteral("Quillary");
   const QByteArray runtime_ = qgetenv("XDG_RUNTIME_DIR");
@@ -39,51 +35,36 @@ class SingleInstanceTest : public testing::Test {
 };
 
 TEST_F(SingleInstanceTest, SecondInstanceActivatesTheFirstUntilThatEnds) {
+  // A crash has left them.
+  folder_.WriteFile("quillary.lock", "");
+  folder_.WriteFile("quillary.socket", "");
   auto first = std::make_unique<SingleInstance>(title_);
   QSignalSpy requests(first.get(), &SingleInstance::ActivateRequested);
   ASSERT_TRUE(first->IsFirst());
-  EXPECT_TRUE(first->IsFirst());
   for (int starts = 1; starts <= 2; ++starts) {
-    SingleInstance later(title_);
-    EXPECT_FALSE(later.IsFirst());
+    EXPECT_FALSE(SingleInstance(title_).IsFirst());
     EXPECT_EQ(requests.count(), starts);
   }
   first.reset();
-  SingleInstance next(title_);
-  EXPECT_TRUE(next.IsFirst());
-}
-
-TEST_F(SingleInstanceTest, WhatACrashLeftBehindIsNotInTheWay) {
-  QFile lock(Path("quillary.lock"));
-  ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
-  QFile socket(Path("quillary.socket"));
-  ASSERT_TRUE(socket.open(QIODevice::WriteOnly));
-
-  SingleInstance first(title_);
-  ASSERT_TRUE(first.IsFirst());
-  QSignalSpy requests(&first, &SingleInstance::ActivateRequested);
-  SingleInstance second(title_);
-  EXPECT_FALSE(second.IsFirst());
-  EXPECT_EQ(requests.count(), 1);
+  EXPECT_TRUE(SingleInstance(title_).IsFirst());
 }
 
 // The other instance holds the lock but does not listen yet.
 TEST_F(SingleInstanceTest, SecondInstanceWaitsForOneThatIsStartingOrEnding) {
-  const int lock = open(qPrintable(Path("quillary.lock")), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  const std::string path = folder_.File("quillary.lock");
+  const int lock = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   ASSERT_EQ(flock(lock, LOCK_EX), 0);
-
   SingleInstance impatient(title_);
   impatient.AnswerTimeoutMs = 50;
   EXPECT_FALSE(impatient.IsFirst());
 
+  constexpr int SoonMs = 150;
   QLocalServer starting;
   QObject::connect(&starting, &QLocalServer::newConnection, &starting,
                    [&] { starting.nextPendingConnection()->write("activated\n"); });
-  QTimer soon;
-  soon.setSingleShot(true);
-  auto happens = QObject::connect(&soon, &QTimer::timeout, &starting,
-                                  [&] { starting.listen(Path("quillary.socket")); });
-  soon.start(150);
+  QTimer::singleShot(SoonMs, &starting, [&] {
+    starting.listen(QString::fromStdString(folder_.File("quillary.socket")));
+  });
   QElapsedTimer time;
   time.start();
   SingleInstance second(title_);
@@ -91,24 +72,19 @@ TEST_F(SingleInstanceTest, SecondInstanceWaitsForOneThatIsStartingOrEnding) {
   EXPECT_LT(time.elapsed(), second.AnswerTimeoutMs);
 
   starting.close();
-  QObject::disconnect(happens);
-  QObject::connect(&soon, &QTimer::timeout, &starting, [&] { close(lock); });
-  soon.start(150);
-  SingleInstance heir(title_);
-  EXPECT_TRUE(heir.IsFirst());
+  QTimer::singleShot(SoonMs, &starting, [&] { close(lock); });
+  EXPECT_TRUE(SingleInstance(title_).IsFirst());
 }
 
 TEST_F(SingleInstanceTest, FolderThatOthersCanEnterIsNotUsed) {
   ASSERT_EQ(chmod(folder_.Path().c_str(), 0755), 0);
-  qputenv("XDG_DATA_HOME", folder_.File("data").c_str());
   SingleInstance first(title_);
   ASSERT_TRUE(first.IsFirst());
-  EXPECT_FALSE(QFile::exists(Path("quillary.lock")));
+  EXPECT_FALSE(std::filesystem::exists(folder_.File("quillary.lock")));
   struct stat status {};
   ASSERT_EQ(stat(folder_.File("data/quillary/run").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0700U);
-  SingleInstance second(title_);
-  EXPECT_FALSE(second.IsFirst());
+  EXPECT_FALSE(SingleInstance(title_).IsFirst());
 }
 
 }  // namespace

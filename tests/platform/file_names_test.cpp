@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cstdlib>
+#include <QByteArray>
 #include <filesystem>
-#include <optional>
 
 #include "platform/text.h"
 #include "tests/support/temp_folder.h"
@@ -43,46 +41,46 @@ class FileNamesTest : public testing::Test {
   std::string Program(const std::string& name) const {
     return ProgramPath(folder_.Path()) + "\\" + name;
   }
-  std::string Find(const std::string& name) const { return names_.Find(Program(name)); }
 
   TempFolder folder_;
   CountingDisk disk_;
   FileNames names_{disk_, folder_.File("own"), folder_.File("config")};
 };
 
-TEST_F(FileNamesTest, TakesBothSeparatorsAndFindsWithoutRegardToCase) {
-  folder_.WriteFile("own/quilldat/QUILL.DAT", "x");
-  const std::string file = folder_.File("own/quilldat/QUILL.DAT");
-  EXPECT_EQ(Find("own\\quilldat\\QUILL.DAT"), file);
-  EXPECT_EQ(Find("own/quilldat\\\\quill.dat"), file);
-  EXPECT_EQ(names_.Find(UpperCase(Program("own\\quilldat\\quill.dat"))), file);
-  EXPECT_EQ(Find("OWN\\QUILLDAT\\"), folder_.File("own/quilldat"));
-  EXPECT_EQ(names_.Find("\\"), "/");
-}
-
-TEST_F(FileNamesTest, BareNamesStandInTheProfileFolderOthersBeginAtARoot) {
-  folder_.WriteFile("config/Varek.INI", "");
-  EXPECT_EQ(names_.Find("varek.ini"), folder_.File("config/Varek.INI"));
-  EXPECT_EQ(names_.Find("other.ini"), folder_.File("config/other.ini"));
-  EXPECT_EQ(names_.Find("QUILLDAT\\quill.dat"), folder_.File("own/quilldat/quill.dat"));
-  EXPECT_EQ(names_.OwnDirectory(), Program("own\\"));
-}
-
-TEST_F(FileNamesTest, KeepsWhatDoesNotExistAsItIsWritten) {
-  EXPECT_EQ(Find("OWN\\Fresh\\Quill.dat"), folder_.File("own/Fresh/Quill.dat"));
-  // The part that does not exist ends the search, even for a name that exists elsewhere.
-  EXPECT_EQ(Find("Nowhere\\QUILLDAT"), folder_.File("Nowhere/QUILLDAT"));
-}
-
-TEST_F(FileNamesTest, ChoosesAmongSeveralMatches) {
-  for (const char* name : {"OWN", "Own", "oWN/quilldat"}) {
+TEST_F(FileNamesTest, FindsWithoutRegardToCase) {
+  for (const char* name : {"OWN", "Own", "oWN/quilldat", "Übergröße", "ışık", "ςσ", "caf\xE9"}) {
     fs::create_directories(folder_.File(name));
   }
-  EXPECT_EQ(Find("oWN\\x"), folder_.File("oWN/x"));
-  EXPECT_EQ(Find("owN\\QUILLDAT\\x"), folder_.File("own/quilldat/x"));
-  folder_.WriteFile("own/quilldat/Quill.dat", "");
-  folder_.WriteFile("own/quilldat/QUILL.dat", "");
-  EXPECT_EQ(Find("own\\quilldat\\quill.DAT"), folder_.File("own/quilldat/QUILL.dat"));
+  for (const char* file :
+       {"own/quilldat/QUILL.DAT", "own/quilldat/QUILL.dat", "config/Varek.INI"}) {
+    folder_.WriteFile(file, "");
+  }
+  // Links that lead nowhere are entries, too.
+  fs::create_symlink("loop", folder_.File("loop"));
+  fs::create_symlink("missing", folder_.File("dangling"));
+  folder_.WriteFile("Dangling", "");
+  const std::pair<std::string, std::string> cases[] = {
+      {Program("own\\quilldat\\QUILL.DAT"), "own/quilldat/QUILL.DAT"},
+      {Program("own/quilldat\\\\quill.dat"), "own/quilldat/QUILL.DAT"},  // the first in code order
+      {UpperCase(Program("own\\quilldat\\quill.dat")), "OWN/QUILLDAT/QUILL.DAT"},
+      {Program("own\\QUILLDAT\\"), "own/quilldat"},
+      {Program("oWN\\x"), "oWN/x"},
+      {Program("owN\\QUILLDAT\\x"), "own/quilldat/x"},
+      {Program("OWN\\Fresh\\Quill.dat"), "OWN/Fresh/Quill.dat"},
+      // What does not exist ends the search, even for a name that exists elsewhere.
+      {Program("Nowhere\\QUILLDAT"), "Nowhere/QUILLDAT"},
+      {Program("dangling"), "dangling"},
+      {Program("LOOP\\Quill.dat"), "loop/Quill.dat"},
+      {"varek.ini", "config/Varek.INI"},
+      {"other.ini", "config/other.ini"},
+      {"QUILLDAT\\quill.x", "own/quilldat/quill.x"}};
+  for (const auto& [name, path] : cases) EXPECT_EQ(names_.Find(name), folder_.File(path)) << name;
+  // A data path is stored in upper case.
+  for (const char* name : {"Übergröße", "ışık", "ςσ", "caf\xE9"}) {
+    EXPECT_EQ(names_.Find(Program(UpperCase(name))), folder_.File(name));
+  }
+  EXPECT_EQ(names_.Find("\\"), "/");
+  EXPECT_EQ(names_.OwnDirectory(), Program("own\\"));
 }
 
 TEST_F(FileNamesTest, FindsManyFilesWithOneLookAtTheirFolders) {
@@ -102,90 +100,56 @@ TEST_F(FileNamesTest, FindsManyFilesWithOneLookAtTheirFolders) {
   EXPECT_LT(disk_.Lists, static_cast<int>(names.size()));
 }
 
-// A data path is stored in upper case.
-TEST_F(FileNamesTest, FindsAgainWhatWasPutIntoUpperCase) {
-  for (const char* name : {"Übergröße", "ışık", "ςσ", "caf\xE9"}) {
-    fs::create_directories(folder_.File(name));
-    EXPECT_EQ(Find(UpperCase(name)), folder_.File(name));
-  }
-}
-
-TEST_F(FileNamesTest, LinksThatLeadNowhereAreEntriesToo) {
-  fs::create_symlink("loop", folder_.File("loop"));
-  fs::create_symlink("missing", folder_.File("dangling"));
-  folder_.WriteFile("Dangling", "");
-  EXPECT_EQ(Find("dangling"), folder_.File("dangling"));
-  EXPECT_EQ(Find("LOOP\\Quill.dat"), folder_.File("loop/Quill.dat"));
-}
-
 // A home folder may be one that can be entered but not read.
 TEST_F(FileNamesTest, ReadsNoFolderForAPathThatExistsAndOnTheWayToItsOwnData) {
   folder_.WriteFile("own/quilldat/quill.dat", "");
   const std::string file = folder_.File("own/quilldat/quill.dat");
-  EXPECT_EQ(Find("own\\quilldat\\quill.dat"), file);
+  EXPECT_EQ(names_.Find(Program("own\\quilldat\\quill.dat")), file);
   EXPECT_EQ(disk_.Stamps, 1);
   EXPECT_EQ(names_.Find(UpperCase(Program("own\\quilldat\\")) + "quill.dat"), file);
   EXPECT_EQ(disk_.Lists, 0);
 }
 
-// Sets an environment variable, or takes it away, as long as it lives.
-class Environment {
- public:
-  Environment(const char* name, const std::optional<std::string>& value) : name_(name) {
-    if (const char* before = std::getenv(name)) before_ = before;
-    Set(value);
-  }
-  ~Environment() { Set(before_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  void Set(const std::optional<std::string>& value) const {
-    value ? setenv(name_, value->c_str(), 1) : unsetenv(name_);
+// The folders of a user, as the environment tells them.
+class UserFoldersTest : public testing::Test {
+ protected:
+  UserFoldersTest() { qputenv("HOME", folder_.Path().c_str()); }
+  ~UserFoldersTest() override {
+    qputenv("HOME", home_);
+    qunsetenv("XDG_DATA_HOME");
+    qunsetenv("XDG_CONFIG_HOME");
   }
 
-  const char* name_;
-  std::optional<std::string> before_;
+  const QByteArray home_ = qgetenv("HOME");
+  TempFolder folder_;
 };
 
-TEST(OwnDirectoryTest, IsTheExecutablesFolderUnlessThatIsBinOrCannotBeWritten) {
-  const TempFolder folder;
-  const Environment home("HOME", folder.Path());
-  const Environment noData("XDG_DATA_HOME", std::nullopt);
-  fs::create_directories(folder.File("opt/bin"));
-  EXPECT_EQ(FindOwnDirectory(folder.File("opt")), folder.File("opt"));
-  EXPECT_FALSE(fs::exists(folder.File(".local")));
+TEST_F(UserFoldersTest, DataStandBesideTheExecutableUnlessThatIsInBinOrCannotBeWritten) {
+  qunsetenv("XDG_DATA_HOME");
+  fs::create_directories(folder_.File("opt/bin"));
+  EXPECT_EQ(FindOwnDirectory(folder_.File("opt")), folder_.File("opt"));
+  EXPECT_FALSE(fs::exists(folder_.File(".local")));
 
-  const std::string users = folder.File(".local/share/quillary");
-  EXPECT_EQ(FindOwnDirectory(folder.File("opt/bin")), users);
-  EXPECT_EQ(FindOwnDirectory(folder.File("gone")), users);
-  if (geteuid() != 0) {  // who may write everywhere
-    fs::permissions(folder.File("opt"), fs::perms(0500));
-    EXPECT_EQ(FindOwnDirectory(folder.File("opt")), users);
-  }
+  const std::string users = folder_.File(".local/share/quillary");
+  EXPECT_EQ(FindOwnDirectory(folder_.File("opt/bin")), users);
+  EXPECT_EQ(FindOwnDirectory(folder_.File("gone")), users);
   struct stat status = {};
   ASSERT_EQ(stat(users.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0700U);
 
-  const Environment data("XDG_DATA_HOME", folder.File("data"));
-  EXPECT_EQ(FindOwnDirectory(folder.File("opt/bin")), folder.File("data/quillary"));
+  qputenv("XDG_DATA_HOME", folder_.File("data").c_str());
+  EXPECT_EQ(FindOwnDirectory(folder_.File("opt/bin")), folder_.File("data/quillary"));
 }
 
-TEST(OwnDirectoryTest, ProfilesStandInTheConfigurationFolder) {
-  const TempFolder folder;
-  const Environment home("HOME", folder.Path());
-  {
-    // A relative path would be another folder at every start.
-    const Environment relative("XDG_CONFIG_HOME", "config");
-    EXPECT_EQ(FindProfileFolder(), folder.File(".config"));
-    EXPECT_TRUE(fs::is_directory(folder.File(".config")));
-  }
-  const Environment config("XDG_CONFIG_HOME", folder.File("a/b"));
-  EXPECT_EQ(FindProfileFolder(), folder.File("a/b"));
-  EXPECT_TRUE(fs::is_directory(folder.File("a/b")));
-
-  const Environment noHome("HOME", std::nullopt);
-  const Environment noConfig("XDG_CONFIG_HOME", std::nullopt);
+TEST_F(UserFoldersTest, ProfilesStandInTheConfigurationFolder) {
+  qputenv("XDG_CONFIG_HOME", "config");  // relative: another folder at every start
+  EXPECT_EQ(FindProfileFolder(), folder_.File(".config"));
+  EXPECT_TRUE(fs::is_directory(folder_.File(".config")));
+  qputenv("XDG_CONFIG_HOME", folder_.File("a/b").c_str());
+  EXPECT_EQ(FindProfileFolder(), folder_.File("a/b"));
+  EXPECT_TRUE(fs::is_directory(folder_.File("a/b")));
+  qunsetenv("HOME");
+  qunsetenv("XDG_CONFIG_HOME");
   EXPECT_TRUE(FindProfileFolder().ends_with("/.config"));
 }
 
