@@ -10,6 +10,7 @@
 #include <optional>
 #include <thread>
 
+#include "auxiliary/please_wait.h"
 #include "tests/support_qt/fake_hub.h"
 
 namespace quillary::test {
@@ -36,29 +37,40 @@ TEST_F(ProgressTest, ShowsOnWhateverWindowIsOpen) {
   percent_ = std::make_unique<Percent>(hub_);
   welcome_ = std::make_unique<Welcome>();
   percent_->ShowProgressWindow();
-  progress_.Begin("Please wait while getting names list...", "Loading Names...");
-  EXPECT_EQ(hub_.Panels[1], QStringLiteral("Please wait while getting names list..."));
-  EXPECT_EQ(Text(*percent_, "LblPercnt"), hub_.Panels[1]);
-  EXPECT_EQ(Text(*welcome_, "Lbl"), QStringLiteral("Loading Prefernces ..."));
-
+  progress_.Begin("Please wait...", "Loading Names...");
+  EXPECT_EQ(Text(*percent_, "LblPercnt") + hub_.Panels[1],
+            QStringLiteral("Please wait...").repeated(2));
+  EXPECT_NE(Text(*welcome_, "Lbl"), QStringLiteral("Loading Names..."));
   welcome_->ShowWelcome();
-  progress_.Begin("Please wait while sorting names list...", "Sorting Names...");
-  EXPECT_EQ(Text(*welcome_, "Lbl"), QStringLiteral("Sorting Names..."));
-  progress_.Begin("Please wait while finding...", "");
+  progress_.Begin("", "Sorting Names...");
+  progress_.Begin("", "");
   EXPECT_EQ(Text(*welcome_, "Lbl"), QStringLiteral("Sorting Names..."));
 
   // However fast the work is, its end shows; a new stage begins at nothing.
   progress_.Step(10);
   progress_.Step(100.0);
-  EXPECT_EQ(Bar(*percent_).value(), 100);
-  EXPECT_EQ(Bar(*welcome_).value(), 100);
-  progress_.Begin("Please wait while sorting data...", "Sorting Data...");
-  EXPECT_EQ(Bar(*percent_).value(), 0);
-  EXPECT_EQ(Bar(*welcome_).value(), 0);
+  EXPECT_EQ(Bar(*percent_).value() + Bar(*welcome_).value(), 200);
+  progress_.Begin("", "");
+  EXPECT_EQ(Bar(*percent_).value() + Bar(*welcome_).value(), 0);
+}
 
-  hub_.SetPanel(2, QStringLiteral("1 of 2"));
-  progress_.End();
-  EXPECT_EQ(hub_.Panels[1] + hub_.Panels[2], QString());
+TEST_F(ProgressTest, ItsWindowsOpenEmptyAndOnlyTheProgramClosesThem) {
+  PleaseWait wait(hub_);
+  Welcome welcome;
+  for (int showing = 0; showing < 2; ++showing) {
+    wait.ShowPleaseWait();
+    EXPECT_FALSE(hub_.IsEnabled());
+    EXPECT_EQ(Text(wait, "Lbl2"), QString());
+    wait.SetLbl2(QStringLiteral(" 12"));
+    welcome.ShowWelcome();
+    for (Form* panel : {static_cast<Form*>(&wait), static_cast<Form*>(&welcome)}) {
+      panel->close();
+      EXPECT_TRUE(panel->isVisible());
+      panel->Unload();
+      EXPECT_FALSE(panel->isVisible());
+    }
+    EXPECT_FALSE(hub_.IsEnabled());  // to enable it is the caller's business
+  }
 }
 
 TEST_F(ProgressTest, TouchesBarsAndRunsEventsAtMostSixtyTimesASecond) {

@@ -12,9 +12,9 @@ namespace quillary::test {
 // A main window that does nothing but show its panels and be enabled or not.
 class FakeHub : public Hub {
  public:
-  explicit FakeHub(QRect geometry = QRect(100, 100, 600, 400)) : Geometry(geometry) {
+  FakeHub() {
     Window.setObjectName(QStringLiteral("MainDialog"));
-    Window.setGeometry(geometry);
+    Window.setGeometry(Geometry);
   }
 
   void SetData() override {}
@@ -35,7 +35,7 @@ class FakeHub : public Hub {
   bool IsEnabled() const { return Window.isEnabled(); }
 
   std::array<QString, 5> Panels;  // by number; 0 is not used
-  QRect Geometry;
+  QRect Geometry{100, 100, 600, 400};
   QWidget Window;
 };
 
