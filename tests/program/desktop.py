@@ -184,10 +184,18 @@ class ProgramTest(unittest.TestCase):
         return process
 
     def restart(self, process, **preferences):
+        """With other preferences, where some are given."""
         process.send_signal(signal.SIGTERM)
         self.assertEqual(process.wait(PATIENCE), 0)
         self.assertEqual(self.value("NoOfUses"), "0")
-        self.prefer(**preferences)
+        path = os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "varek.ini")
+        with open(path, encoding="utf-8", newline="") as file:
+            lines = [line for line in file.read().split("\r\n")
+                     if line.split("=")[0] not in preferences]
+        at = lines.index("[QL32]") + 1
+        lines[at:at] = [f"{key}={value}" for key, value in preferences.items()]
+        with open(path, "w", encoding="utf-8", newline="") as file:
+            file.write("\r\n".join(lines))
         return self.later_start()
 
     def add(self, *fields):
@@ -201,30 +209,10 @@ class ProgramTest(unittest.TestCase):
         self.desktop.key("Return")
         self.desktop.wait_active(MAIN)
 
-    def prefer(self, **entries):
-        """Changes the preferences, while the program does not run."""
-        path = os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "varek.ini")
-        with open(path, encoding="utf-8", newline="") as file:
-            lines = [line for line in file.read().split("\r\n")
-                     if line.split("=")[0] not in entries]
-        at = lines.index("[QL32]") + 1
-        lines[at:at] = [f"{key}={value}" for key, value in entries.items()]
-        with open(path, "w", encoding="utf-8", newline="") as file:
-            file.write("\r\n".join(lines))
-
-    def select_first(self):
-        self.desktop.click(*FIRST_NAME)
-
     def copied(self, *keys):
         self.desktop.key(*keys)
         time.sleep(0.3)
         return self.desktop.clipboard()
-
-    def open_restore(self):
-        """By the menu of the names list."""
-        self.select_first()
-        self.desktop.key("Menu", *["Up"] * 4, "Right", "Up", "Return")
-        self.desktop.wait_active("Restore Deleted Record")
 
     def lists(self):
         """The record numbers in the order of the names, as the files chain them."""
