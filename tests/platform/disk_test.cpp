@@ -7,6 +7,7 @@
 
 #include <filesystem>
 
+#include "platform/process.h"
 #include "tests/support/temp_folder.h"
 
 namespace quillary::test {
@@ -139,6 +140,13 @@ TEST(FileStampTest, SettlesByTheFileSystemsTick) {
   // Whole seconds come from a file system with a slow clock.
   EXPECT_FALSE(settled(Now - 2 * Second, Now - 2 * Second));
   EXPECT_TRUE(settled(Now - 3 * Second, Now - 3 * Second));
+}
+
+TEST(ProcessTest, KnowsWhatRuns) {
+  EXPECT_TRUE(ProcessIsAlive(ProcessNumber()));
+  EXPECT_TRUE(ProcessIsAlive(1));  // another user's, mostly
+  constexpr long None = 4194304;   // more than any system gives out
+  for (const long number : {0L, -1L, None, None << 20}) EXPECT_FALSE(ProcessIsAlive(number));
 }
 
 }  // namespace
