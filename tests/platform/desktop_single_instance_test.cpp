@@ -24,7 +24,7 @@ class SingleInstanceTest : public testing::Test {
     qputenv("XDG_RUNTIME_DIR", folder_.Path().c_str());
     qputenv("XDG_DATA_HOME", folder_.File("data").c_str());
   }
-  ~SingleInstanceTest() override {
+  void TearDown() override {
     qputenv("XDG_RUNTIME_DIR", runtime_);
     qunsetenv("XDG_DATA_HOME");
   }

@@ -94,6 +94,7 @@ TEST_F(FileNamesTest, FindsManyFilesWithOneLookAtTheirFolders) {
     names.push_back(Program("stick\\") + name);
   }
   std::vector<std::string> each;
+  each.reserve(names.size());
   for (const std::string& name : names) each.push_back(names_.Find(name));
   disk_.Lists = 0;
   EXPECT_EQ(names_.FindAll({names.begin(), names.end()}), each);
@@ -114,7 +115,7 @@ TEST_F(FileNamesTest, ReadsNoFolderForAPathThatExistsAndOnTheWayToItsOwnData) {
 class UserFoldersTest : public testing::Test {
  protected:
   UserFoldersTest() { qputenv("HOME", folder_.Path().c_str()); }
-  ~UserFoldersTest() override {
+  void TearDown() override {
     qputenv("HOME", home_);
     qunsetenv("XDG_DATA_HOME");
     qunsetenv("XDG_CONFIG_HOME");
