@@ -49,9 +49,9 @@ class Companion {
 class TwoProgramsTest : public StoreTest {
  protected:
   TwoProgramsTest() {
-    shared_.DataFile = World.Data.DataFile;
-    World.Open();
-    for (const char* name : {"Ann", "Bob", "Cid"}) World.Add(name, "Lee");
+    shared_.DataFile = Data.DataFile;
+    Open();
+    for (const char* name : {"Ann", "Bob", "Cid"}) Add(name, "Lee");
   }
 
   bool IsInUse() {
@@ -60,18 +60,18 @@ class TwoProgramsTest : public StoreTest {
   }
   // A change that goes to the header and to two records; `meanwhile` happens in the middle of it.
   void Change(const std::string& value, const std::function<void()>& meanwhile = {}) {
-    ProfileUpdate update(World.Access);
-    ASSERT_EQ(World.Store.ReadRecord("0"), RunTimeError::None);
-    World.Data.FieldValues[Field::LastName] = value;
-    ASSERT_EQ(World.Store.WriteHeaderEntry("Mine", value), RunTimeError::None);
+    ProfileUpdate update(Access);
+    ASSERT_EQ(Store.ReadRecord("0"), RunTimeError::None);
+    Data.FieldValues[Field::LastName] = value;
+    ASSERT_EQ(Store.WriteHeaderEntry("Mine", value), RunTimeError::None);
     if (meanwhile) meanwhile();
-    ASSERT_EQ(World.Edit("0"), RunTimeError::None);
+    ASSERT_EQ(Edit("0", FieldArray(Data.FieldValues)), RunTimeError::None);
     ASSERT_EQ(update.Commit(), RunTimeError::None);
   }
 
   SharedData shared_;
-  SharingGuard guard_{World.Access, shared_, [] {}};
-  Companion other_{World.Folder.Path()};
+  SharingGuard guard_{Access, shared_, [] {}};
+  Companion other_{Folder.Path()};
 };
 
 // Each sees at its next look what the other one did, be it within a tick of the clock, and keeps

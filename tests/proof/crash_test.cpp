@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <random>
 #include <set>
 
 #include "tests/proof/operations.h"
 #include "tests/proof/traced_disk.h"
+#include "tests/support/check_invariants.h"
 
 namespace quillary::test {
 namespace {
@@ -74,7 +76,7 @@ class CrashTest : public testing::TestWithParam<Operation> {
     Program program(root_.Path(), disk_);
     ASSERT_EQ(program.Open(), RunTimeError::None);
     changes = disk_.TakeTrace();
-    ASSERT_TRUE(program.IsConsistent());
+    ASSERT_TRUE(CheckInvariants(program));
     const Tree now = ReadTree(root_.Path());
     const auto outcome = std::find(outcomes.begin(), outcomes.end(), now);
     ASSERT_NE(outcome, outcomes.end()) << Difference(now, outcomes);
@@ -92,15 +94,11 @@ class CrashTest : public testing::TestWithParam<Operation> {
   static std::string Difference(const Tree& now, const std::vector<Tree>& outcomes) {
     std::string text;
     for (const Tree& outcome : outcomes) {
+      std::vector<Tree::value_type> files;
+      std::set_symmetric_difference(now.begin(), now.end(), outcome.begin(), outcome.end(),
+                                    std::back_inserter(files));
       text += "\nunlike:";
-      for (const auto& [path, bytes] : now) {
-        const auto same = outcome.find(path);
-        if (same == outcome.end()) text += " +" + path;
-        if (same != outcome.end() && same->second != bytes) text += ' ' + path;
-      }
-      for (const auto& [path, bytes] : outcome) {
-        if (!now.contains(path)) text += " -" + path;
-      }
+      for (const auto& [path, bytes] : files) text += ' ' + path;
     }
     return text;
   }

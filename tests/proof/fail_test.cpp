@@ -3,6 +3,7 @@
 #include <map>
 
 #include "tests/proof/operations.h"
+#include "tests/support/check_invariants.h"
 
 namespace quillary::test {
 namespace {
@@ -21,7 +22,7 @@ struct FailTest : testing::TestWithParam<Operation> {
       FaultDisk disk;
       Program next(Root.Path(), disk);
       EXPECT_EQ(next.Open(), RunTimeError::None);
-      EXPECT_TRUE(next.IsConsistent());
+      EXPECT_TRUE(CheckInvariants(next));
       opened->second = ReadTree(Root.Path());
       WriteTree(Root.Path(), now);
     }
@@ -45,7 +46,7 @@ bool FailTest::CheckFault(int call, RunTimeError fault, bool forever) {
     EXPECT_EQ(program.Open(), RunTimeError::None);
     EXPECT_EQ(program.Access.Finish(), RunTimeError::None);
     // In every other run the lists are filtered.
-    if (call / 2 % 2 == 0) program.Filter("e");
+    if (call / 2 % 2 == 0) program.Filter({"", "e"});
   }
   const auto memory = program.Memory();
   disk.FailAt(call, fault, forever);
@@ -73,7 +74,7 @@ bool FailTest::CheckFault(int call, RunTimeError fault, bool forever) {
   }
   EXPECT_EQ(program.Access.Recover(program.Data.DataFile), RunTimeError::None);
   if (!GetParam().ReplacesFiles) {
-    EXPECT_TRUE(program.IsConsistent());
+    EXPECT_TRUE(CheckInvariants(program));
   }
   EXPECT_EQ(AtNextStart(), Outcomes[1]);
   return wasReached;

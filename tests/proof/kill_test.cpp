@@ -12,6 +12,7 @@
 #include "platform/numbers.h"
 #include "store/backup.h"
 #include "tests/proof/operations.h"
+#include "tests/support/check_invariants.h"
 
 namespace quillary::test {
 namespace {
@@ -24,30 +25,26 @@ constexpr const char* StepsKey = "Steps";
 // one group and counts itself in the header.
 RunTimeError MakeStep(Program& program) {
   ProfileUpdate update(program.Access);
-  const int step = ToInt32(program.Store.ReadHeaderEntry(StepsKey));
+  const int step = ToInt32(program.Header(StepsKey));
   std::mt19937 random(static_cast<std::mt19937::result_type>(step));
   const auto below = [&](std::size_t limit) { return random() % limit; };
   const auto name = [&] { return std::string(1 + below(3), static_cast<char>('a' + below(26))); };
+  const auto person = [&] { return Person(name(), name(), below(2) == 0 ? name() : "", name()); };
   const Texts& shown = program.Lines.RecNos;
+  const std::string deleted = program.Header("DelFirstRecord");
   RunTimeError error = program.Store.WriteHeaderEntry(StepsKey, NumberText(step + 1));
-  const std::string deleted = program.Store.ReadHeaderEntry("DelFirstRecord");
-  const std::size_t kind = below(8);
   if (error != RunTimeError::None) return error;
-  if (shown.size() < 3 || (kind == 0 && shown.size() < 12 && deleted.empty())) {
-    error = program.Add(Person(name(), name(), kind % 2 == 0 ? name() : "", name()));
-  } else if (kind < 3 && !deleted.empty()) {
+  const std::size_t kind = shown.size() < 3 ? 0 : below(shown.size() > 14 ? 5 : 8);
+  if (kind < 2 && !deleted.empty()) {
     error = program.Store.RestoreRecord(deleted);
-  } else if (kind < 4) {
+  } else if (kind == 2 || shown.size() > 14) {
     error = program.Delete(shown[below(shown.size())]);
   } else if (kind < 6) {
-    const std::string recNo = shown[below(shown.size())];
-    FieldArray fields = program.Fields(recNo);
-    fields[Field::Notes] = name();
-    error = program.Edit(recNo, fields, false);
-  } else if (kind < 7 || shown.size() > 14) {
-    error = program.Edit(shown[below(shown.size())], Person(name(), name(), name()), true);
+    error = program.Edit(shown[below(shown.size())], person());
+  } else if (kind < 7) {
+    error = program.Import({person(), person()});
   } else {
-    error = program.Import({Person(name(), name()), Person(name(), "", name())}, false);
+    error = program.Add(person());
   }
   return error == RunTimeError::None ? update.Commit() : error;
 }
@@ -70,7 +67,6 @@ class KillTest : public testing::Test {
   KillTest() {
     const Operation none{"None", nullptr};
     (void)FilesBefore(none, folder_.Path());
-    WriteTree(twinFolder_.Path(), {});
     (void)FilesBefore(none, twinFolder_.Path());
     EXPECT_EQ(twin_.Open(), RunTimeError::None);
     Remember();
@@ -84,7 +80,7 @@ class KillTest : public testing::Test {
     // The files of a step are written when the next one comes; what was said is sure all the same.
     program.Access.FinishLater([] {});
     const auto says = [&](int step) { return write(pipe, &step, sizeof step) == sizeof step; };
-    const auto done = [&] { return ToInt32(program.Store.ReadHeaderEntry(StepsKey)); };
+    const auto done = [&] { return ToInt32(program.Header(StepsKey)); };
     RunTimeError error = program.Open();
     while (error == RunTimeError::None && says(done())) {
       error = MakeStep(program);
@@ -135,8 +131,8 @@ class KillTest : public testing::Test {
     FaultDisk disk;
     Program program(folder_.Path(), disk);
     ASSERT_EQ(program.Open(), RunTimeError::None);
-    ASSERT_TRUE(program.IsConsistent());
-    const int step = ToInt32(program.Store.ReadHeaderEntry(StepsKey));
+    ASSERT_TRUE(CheckInvariants(program));
+    const int step = ToInt32(program.Header(StepsKey));
     if (last < 0) last = steps_;
     ASSERT_GE(step, last) << "a step is lost that was done";
     while (states_.size() <= static_cast<std::size_t>(step)) {

@@ -88,48 +88,15 @@ void CopyAsideTwice(Program& program) {
 RunTimeError Start(Program& program) {
   return program.Open();
 }
-RunTimeError Add(Program& program) {
-  return program.Add(Person("Zoe", "Ferne", "Nova", "new"));
-}
-RunTimeError Duplicate(Program& program) {
-  FieldArray fields;
-  const RunTimeError error = program.Store.ReadFields("100", fields);
-  return error == RunTimeError::None ? program.Add(fields) : error;
+RunTimeError EditAndMove(Program& program) {
+  return program.Edit("199", Person("Eve", "Alder", "Terra", "edited"));
 }
 RunTimeError EditInPlace(Program& program) {
   FieldArray fields;
   const RunTimeError error = program.Store.ReadFields("100", fields);
   if (error != RunTimeError::None) return error;
   fields[Field::Phone1] = "555";
-  fields[Field::Notes] = "edited";
   return program.Edit("100", fields, false);
-}
-RunTimeError EditAndMove(Program& program) {
-  return program.Edit("199", Person("Eve", "Alder", "Terra", "edited"), true);
-}
-RunTimeError Delete(Program& program) {
-  return program.Delete("100");
-}
-RunTimeError RestoreDeleted(Program& program) {
-  return program.Store.RestoreRecord("99");
-}
-RunTimeError ImportAppend(Program& program) {
-  return program.Import({Person("Mia", "Larch"), Person("Ned", "Beech", "Vesta")}, false);
-}
-RunTimeError ImportReplace(Program& program) {
-  return program.Import({Person("Mia", "Larch"), Person("Ned", "Beech", "Vesta")}, true);
-}
-RunTimeError CopyAside(Program& program) {
-  return BackUp(program, program.Data.DataPath);
-}
-RunTimeError CreateBackUp(Program& program) {
-  return BackUp(program, program.Stick);
-}
-RunTimeError RestoreBackUp(Program& program) {
-  return Restore(program, program.Stick);
-}
-RunTimeError RestoreSafetyCopy(Program& program) {
-  return Restore(program, program.Data.DataPath);
 }
 RunTimeError SetUpPreferences(Program& program) {
   program.Data.ViewMode = 1;
@@ -139,24 +106,11 @@ RunTimeError SetUpPreferences(Program& program) {
   program.Data.ViewMode = 0;
   return error;
 }
-RunTimeError CountUp(Program& program) {
-  return program.Guard.IncrementUses();
-}
-RunTimeError CountDown(Program& program) {
-  return program.Guard.DecrementUses();
+RunTimeError Import(Program& program, bool replace) {
+  return program.Import({Person("Mia", "Larch"), Person("Ned", "Beech", "Vesta")}, replace);
 }
 
 }  // namespace
-
-FieldArray Person(const std::string& firstName, const std::string& lastName,
-                  const std::string& company, const std::string& notes) {
-  FieldArray fields;
-  fields[Field::FirstName] = firstName;
-  fields[Field::LastName] = lastName;
-  fields[Field::Company] = company;
-  fields[Field::Notes] = notes;
-  return fields;
-}
 
 const std::vector<Operation>& Operations() {
   const auto later = [](Operation operation) {
@@ -167,28 +121,24 @@ const std::vector<Operation>& Operations() {
       later({"CreateData", Start, ForgetDataFolder, true}),
       {"CreateDataOverForeignHeader", Start, LeaveForeignHeader, true},
       later({"SortAtStart", Start, MisplaceNames, true}),
-      later({"Add", Add}),
-      later({"Duplicate", Duplicate}),
+      later({"Add", [](Program& it) { return it.Add(Person("Zoe", "Ferne", "Nova", "new")); }}),
       later({"EditInPlace", EditInPlace}),
       later({"EditAndMove", EditAndMove}),
       {"EditAndMoveAtOnce", EditAndMove},
-      later({"Delete", Delete}),
-      later({"RestoreDeleted", RestoreDeleted}),
-      {"ImportAppend", ImportAppend},
-      {"ImportReplace", ImportReplace},
-      {"CopyAside", CopyAside, CopyAsideTwice},
-      {"CreateBackUp", CreateBackUp},
-      {"RestoreBackUp", RestoreBackUp, nullptr, false, true},
-      {"RestoreSafetyCopy", RestoreSafetyCopy, CopyAsideTwice, false, true},
+      later({"Delete", [](Program& it) { return it.Delete("100"); }}),
+      later({"RestoreDeleted", [](Program& it) { return it.Store.RestoreRecord("99"); }}),
+      {"ImportAppend", [](Program& it) { return Import(it, false); }},
+      {"ImportReplace", [](Program& it) { return Import(it, true); }},
+      {"CopyAside", [](Program& it) { return BackUp(it, it.Data.DataPath); }, CopyAsideTwice},
+      {"CreateBackUp", [](Program& it) { return BackUp(it, it.Stick); }},
+      {"RestoreBackUp", [](Program& it) { return Restore(it, it.Stick); }, nullptr, false, true},
+      {"RestoreSafetyCopy", [](Program& it) { return Restore(it, it.Data.DataPath); },
+       CopyAsideTwice, false, true},
       {"SetUpPreferences", SetUpPreferences},
-      {"CountUp", CountUp},
-      {"CountDown", CountDown},
+      {"CountUp", [](Program& it) { return it.Guard.IncrementUses(); }},
+      {"CountDown", [](Program& it) { return it.Guard.DecrementUses(); }},
   };
   return operations;
-}
-
-std::string NameOf(const testing::TestParamInfo<Operation>& operation) {
-  return operation.param.Name;
 }
 
 Tree FilesBefore(const Operation& operation, const std::string& root) {

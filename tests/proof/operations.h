@@ -24,13 +24,12 @@ struct Operation {
 };
 
 const std::vector<Operation>& Operations();
-std::string NameOf(const testing::TestParamInfo<Operation>& operation);
+inline std::string NameOf(const testing::TestParamInfo<Operation>& operation) {
+  return operation.param.Name;
+}
 
 // The files before the operation: a few records, live and deleted, in three record files; an older
 // backup on the stick. `root` is the folder that they are for, and holds them afterwards.
 Tree FilesBefore(const Operation& operation, const std::string& root);
-
-FieldArray Person(const std::string& firstName, const std::string& lastName,
-                  const std::string& company = "", const std::string& notes = "");
 
 }  // namespace quillary::test

@@ -1,9 +1,62 @@
+#include "store/backup.h"
+
 #include <sys/stat.h>
 
-#include "tests/store/backup_world.h"
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "tests/support/check_invariants.h"
+#include "tests/support/data_set.h"
+#include "tests/support/store_world.h"
 
 namespace quillary::test {
 namespace {
+
+namespace fs = std::filesystem;
+
+using Files = std::map<std::string, std::string>;
+
+// A data set of two record files, an older backup of one that had other records, and programs over
+// them.
+struct BackupTest : testing::Test {
+  BackupTest() { Prepare(); }
+
+  void Prepare() {
+    for (const TempFolder* folder : {&World.Folder, &Medium}) {
+      for (const auto& entry : fs::directory_iterator(folder->Path())) fs::remove_all(entry);
+    }
+    WriteDataSet(World.Folder.Path(), {.Live = 120, .Deleted = 5});
+    const TempFolder other;
+    WriteDataSet(other.Path(), {.Live = 210});
+    for (const auto& [name, bytes] : other.Files()) {
+      Medium.WriteFile(UpperCase(name.substr(0, name.size() - 3)) + "OLD", bytes);
+    }
+    Medium.WriteFile("letter.txt", "Dear Ann");
+  }
+  RunTimeError BackUp(bool isAgreed = false) {
+    return BackUpFiles(World.Access, World.Data, Stick, &Fault, {}, isAgreed);
+  }
+  RunTimeError CopyAside() { return BackUpFiles(World.Access, World.Data, World.Data.DataPath); }
+  std::optional<RunTimeError> Restore() { return RestoreFrom(Stick); }
+  std::optional<RunTimeError> RestoreFrom(const std::string& source) {
+    return RestoreFiles(World.Access, World.Data, source, &Fault);
+  }
+  // The checks look for the names that the program itself gives.
+  bool DataAreWhole() {
+    for (const std::string number : {"1", "2"}) {
+      std::error_code isNoMore;
+      fs::rename(World.Folder.File("QUILL" + number + ".DAT"),
+                 World.Folder.File("quill" + number + ".dat"), isNoMore);
+    }
+    return CheckFiles(World.Folder.Path());
+  }
+  StoreWorld World;
+  TempFolder Medium;
+  std::string Stick = ProgramPath(Medium.Path()) + "\\";
+  CopyFault Fault = CopyFault::None;
+};
 
 TEST_F(BackupTest, CopiesEveryDataFileUnderItsNameInCapitals) {
   const std::string other(3'000'000, 'o');
@@ -26,7 +79,7 @@ TEST_F(BackupTest, CopiesEveryDataFileUnderItsNameInCapitals) {
   // Of names that differ in case alone the one in use is copied; the safety copy is beside the
   // data.
   World.Folder.WriteFile("QUILL1.DAT", "older");
-  ASSERT_EQ(BackUpFiles(World.Access, World.Data, World.Data.DataPath), RunTimeError::None);
+  ASSERT_EQ(CopyAside(), RunTimeError::None);
   EXPECT_EQ(World.Folder.ReadFile("QUILL1.OLD"), data.at("quill1.dat"));
 }
 
@@ -49,32 +102,11 @@ TEST_F(BackupTest, RestoresEveryCopyAndThePresentProgramSeesIt) {
                                          {"QUILL1.OLD", data.at("quill1.dat")},
                                          {"QUILL7.OLD", "[Record700]\n"}}));
   EXPECT_EQ(Medium.Files(), backup);
-  ASSERT_EQ(World.Store.WriteRecordEntry("205", "Notes", "back again"), RunTimeError::None);
+  World.Set("205", "Notes", "back again");
   EXPECT_FALSE(fs::exists(World.Folder.File("quill2.dat")));
   World.Open();
   EXPECT_EQ(World.Data.NoOfRecords, 210);
   EXPECT_TRUE(DataAreWhole());
-}
-
-TEST_F(BackupTest, ASafetyCopyAndTheDataChangePlaces) {
-  const Files before = World.Folder.Files();
-  ASSERT_EQ(Restore(), RunTimeError::None);
-  ASSERT_EQ(RestoreFrom(World.Data.DataPath), RunTimeError::None);
-  for (const auto& [name, bytes] : before) EXPECT_EQ(World.Folder.ReadFile(name), bytes);
-  ASSERT_EQ(RestoreFrom(World.Data.DataPath), RunTimeError::None);
-  EXPECT_EQ(World.Folder.ReadFile("quill.dat"), Medium.ReadFile("QUILL.OLD"));
-  EXPECT_TRUE(DataAreWhole());
-}
-
-// The medium is taken for a good one twice, and opened in between.
-TEST_F(BackupTest, TheSameRestoreTwiceLeavesTheSafetyCopyAlone) {
-  const Files before = World.Folder.Files();
-  for (int i = 0; i < 3; ++i) {
-    ASSERT_EQ(Restore(), RunTimeError::None);
-    ASSERT_EQ(World.Store.WriteHeaderEntry("NoOfUses", std::to_string(i)), RunTimeError::None);
-    EXPECT_EQ(World.Folder.ReadFile("QUILL0.OLD"), before.at("quill0.dat")) << i;
-    EXPECT_EQ(World.Folder.ReadFile("QUILL.OL2"), "") << i;
-  }
 }
 
 // Whoever writes to a file that stays must not write to its safety copy.
@@ -94,31 +126,32 @@ TEST_F(BackupTest, OnlyWhatIsReplacedIsMovedToTheSafetyCopyInsteadOfCopied) {
     EXPECT_EQ(World.Folder.ReadFile(copy), bytes);
     EXPECT_NE(inode(name), inode(copy));
   }
-  ASSERT_EQ(BackUpFiles(World.Access, World.Data, World.Data.DataPath), RunTimeError::None);
+  ASSERT_EQ(CopyAside(), RunTimeError::None);
   EXPECT_EQ(inode("QUILL0.OL2"), data);
   EXPECT_NE(inode("quill0.dat"), inode("QUILL0.OLD"));
 }
 
+// What is copied or restored twice pushes nothing out.
 TEST_F(BackupTest, TheSafetyCopyBeforeTheLastComesBackInItsTurn) {
-  const std::string folder = World.Data.DataPath;
-  const auto copyAside = [&] { return BackUpFiles(World.Access, World.Data, folder); };
-  const auto generation = [&](const std::string& notes) {
-    ASSERT_EQ(World.Store.WriteRecordEntry("0", "Notes", notes), RunTimeError::None);
-  };
-  const auto notes = [&] { return World.Store.ReadRecordEntry("0", "Notes"); };
-  generation("first");
+  const Files before = World.Folder.Files();
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_EQ(Restore(), RunTimeError::None);
+    World.SetHeader("NoOfUses", std::to_string(i));
+    EXPECT_EQ(World.Folder.ReadFile("QUILL0.OLD"), before.at("quill0.dat")) << i;
+    EXPECT_EQ(World.Folder.ReadFile("QUILL.OL2"), "") << i;
+  }
+  Prepare();
   const Files first = World.Folder.Files();
-  // What is copied twice pushes nothing out.
   for (const std::string name : {"first", "second", "second", "third"}) {
-    generation(name);
+    World.Set("0", "Notes", name);
     if (name != "third") {
-      ASSERT_EQ(copyAside(), RunTimeError::None);
+      ASSERT_EQ(CopyAside(), RunTimeError::None);
     }
   }
   for (const std::string name : {"second", "first", "third", "second"}) {
     World.Machine.HasLinks = name != "first";
-    ASSERT_EQ(RestoreFrom(folder), RunTimeError::None);
-    EXPECT_EQ(notes(), name);
+    ASSERT_EQ(RestoreFrom(World.Data.DataPath), RunTimeError::None);
+    EXPECT_EQ(World.Value("0", "Notes"), name);
     for (const std::string file : {"quill.dat", "quill1.dat"}) {
       EXPECT_EQ(World.Folder.ReadFile(file), first.at(file));
     }
@@ -168,7 +201,7 @@ TEST_F(BackupTest, GivenUpAnywhereNothingIsChanged) {
   Prepare();
   EXPECT_EQ(RestoreFiles(World.Access, World.Data, Stick, nullptr, writes), RunTimeError::None);
   EXPECT_EQ(decided, 7);
-  EXPECT_EQ(World.Store.ReadHeaderEntry("NoOfRecords"), "210");
+  EXPECT_EQ(World.Header("NoOfRecords"), "210");
   EXPECT_TRUE(DataAreWhole());
 }
 
@@ -209,12 +242,12 @@ TEST_F(BackupTest, TellsWhetherAFailedRestoreMayStillBeDone) {
   for (int call = 1;; ++call) {
     Prepare();
     const Files before = World.Folder.Files();
-    Profile program = NewProgram();
+    Profile program(World.Machine, World.Names);
     World.Machine.FailAt(call, RunTimeError::DiskFull, true);
     (void)RestoreFiles(program, World.Data, Stick, &Fault);
     const bool wasReached = World.Machine.WasReached();
     World.Machine.Reset();
-    Profile next = NewProgram();
+    Profile next(World.Machine, World.Names);
     ASSERT_EQ(next.Recover(World.Data.DataFile), RunTimeError::None);
     const bool mayChange = Fault == CopyFault::Decided || Fault == CopyFault::None;
     ASSERT_TRUE(mayChange || World.Folder.Files() == before) << call;
@@ -224,14 +257,155 @@ TEST_F(BackupTest, TellsWhetherAFailedRestoreMayStillBeDone) {
   EXPECT_TRUE(sawDecided);
 }
 
-TEST_F(BackupTest, AJournalMovesNothingButItsOwnTemporaryFiles) {
-  const auto isObeyed = [](const std::string& temporary) {
-    const JournalPart part("QUILL.OLD", temporary);
-    return ParseJournal(JournalText({&part})).has_value();
+// What a damaged file may have lost: a record, the way to it, the count that would tell.
+TEST_F(BackupTest, DataThatAreNotWholeReplaceNoBackup) {
+  const Files whole = World.Folder.Files();
+  const Files backup = Medium.Files();
+  const auto with = [](std::string bytes, const std::string& old, const std::string& now) {
+    const std::size_t at = bytes.find(old);
+    EXPECT_NE(at, std::string::npos) << old;
+    return at == std::string::npos ? bytes : bytes.replace(at, old.size(), now);
   };
-  EXPECT_TRUE(isObeyed(".quillary-12-QUILL.OLD.tmp"));
-  EXPECT_FALSE(isObeyed("letter.txt"));
-  EXPECT_FALSE(isObeyed(".quillary-12-/../../letter.tmp"));
+  const std::string& header = whole.at("quill.dat");
+  const std::string& records = whole.at("quill1.dat");
+  const std::string lost = with(records, "[Record110]", "[Lost110]");
+  const std::string notCounted = with(header, "NoOfRecords=120", "NoOfRecords=?");
+  const std::string circle = "NextName=" + World.Header("NameFirstRecord") + "\r\nx=";
+  const std::pair<std::string, std::string> damaged[] = {
+      {header, ""},
+      {header, lost},
+      {notCounted, lost},
+      {header, records.substr(0, records.size() / 2)},
+      {with(header, "NameFirstRecord=", "NameFirstRecord=\r\nx="), records},
+      {with(header, "DelFirstRecord=", "DelFirstRecord=9"), records},
+      {header, with(records, "NextName=", circle)}};
+  for (const auto& [headerNow, recordsNow] : damaged) {
+    World.Folder.WriteFile("quill.dat", headerNow);
+    World.Folder.WriteFile("quill1.dat", recordsNow);
+    for (const bool isAgreed : {false, true}) {
+      EXPECT_NE(BackUp(isAgreed), RunTimeError::None) << headerNow;
+      EXPECT_EQ(Fault, CopyFault::WouldReplace) << headerNow;
+      EXPECT_EQ(Medium.Files(), backup);
+    }
+  }
+  // They are copied aside all the same, before something whole takes their place.
+  EXPECT_EQ(Restore(), RunTimeError::None);
+  EXPECT_TRUE(fs::exists(World.Folder.File("QUILL0.OLD")) && DataAreWhole());
+  World.Folder.WriteFile("quill0.dat", whole.at("quill0.dat"));
+  World.Folder.WriteFile("quill1.dat", records);
+  World.Folder.WriteFile("quill.dat", notCounted);
+  EXPECT_EQ(BackUp(), RunTimeError::None) << "nothing is missing";
+}
+
+TEST_F(BackupTest, TheUserDecidesOnDataThatLack) {
+  const TempFolder empty;
+  const std::string other = ProgramPath(empty.Path()) + "\\";
+  fs::remove(World.Folder.File("quill1.dat"));
+  for (const bool isAgreed : {false, true}) {
+    (void)BackUpFiles(World.Access, World.Data, other, &Fault, {}, isAgreed);
+    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::NotWhole);
+    EXPECT_EQ(fs::exists(empty.File("QUILL0.OLD")), isAgreed);
+  }
+  Prepare();
+  World.Set("0", "Notes", "newer");
+  for (const bool isAgreed : {false, true}) {
+    const std::string before = World.Folder.ReadFile("quill0.dat");
+    (void)RestoreFiles(World.Access, World.Data, other, &Fault, {}, {.EvenNotWhole = isAgreed});
+    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::NotWhole);
+    EXPECT_EQ(World.Folder.ReadFile("QUILL0.OLD"), isAgreed ? before : "");
+  }
+
+  const std::string emptyHeader =
+      "[General Info]\nApplication=Quillary\nTotalNoOfRecords=0\nNoOfRecords=0\n";
+  World.Folder.WriteFile("quill.dat", emptyHeader);
+  for (const bool isAgreed : {false, true}) {
+    (void)BackUpFiles(World.Access, World.Data, Stick, &Fault, {}, isAgreed);
+    EXPECT_EQ(Fault, isAgreed ? CopyFault::None : CopyFault::WouldEmpty);
+    EXPECT_EQ(Medium.ReadFile("QUILL.OLD") == emptyHeader, isAgreed);
+  }
+}
+
+TEST_F(BackupTest, TakesNothingButAWholeBackupOfItsOwn) {
+  const Files before = World.Folder.Files();
+  const Files valid = Medium.Files();
+  const auto expectRefused = [&](const std::string& why) {
+    const bool isWhole = Restore() && Fault != CopyFault::NotWhole;
+    EXPECT_FALSE(isWhole) << why;
+    EXPECT_EQ(World.Folder.Files(), before) << why;
+  };
+  for (const auto& [file, bytes] : std::initializer_list<std::pair<std::string, std::string>>{
+           {"QUILL.OLD", "[General Info]\n"},
+           {"QUILL.OLD", "[General Info]\nApplication=Other\nTotalNoOfRecords=1\nNoOfRecords=1\n"},
+           {"QUILL.OLD", "[General Info]\nApplication=Quillary\nTotalNoOfRecords=1\n"},
+           {"QUILL1.OLD", ""}}) {
+    Medium.WriteFile(file, bytes);
+    expectRefused(file + bytes);
+    fs::remove(Medium.File(file));
+    expectRefused("no " + file);
+    Medium.WriteFile(file, valid.at(file));
+  }
+  fs::remove_all(Medium.Path());
+  expectRefused("no folder");
+  fs::create_directory(Medium.Path());
+  expectRefused("an empty folder");
+
+  // In capitals it is the same application.
+  Medium.WriteFile("QUILL.OLD",
+                   "[General Info]\nApplication=QUILLARY\nTotalNoOfRecords=0\nNoOfRecords=0\n");
+  EXPECT_EQ(Restore(), RunTimeError::None);
+}
+
+// What lies there by chance is no backup.
+TEST_F(BackupTest, OtherFilesOfThatKindDoNotKeepDamagedDataOut) {
+  for (const char* name : {"QUILL.OLD", "QUILL0.OLD", "QUILL1.OLD", "QUILL2.OLD"}) {
+    fs::remove(Medium.File(name));
+  }
+  for (const char* name : {"LETTERS.OLD", "QUILLPEN.OLD"}) Medium.WriteFile(name, "Ann");
+  fs::remove(World.Folder.File("quill1.dat"));
+  (void)BackUp();
+  EXPECT_EQ(Fault, CopyFault::NotWhole);
+  EXPECT_EQ(BackUp(true), RunTimeError::None);
+  EXPECT_EQ(Medium.ReadFile("LETTERS.OLD"), "Ann");
+  // Of a backup any file may be what is left.
+  fs::remove(Medium.File("QUILL.OLD"));
+  fs::remove(Medium.File("QUILL0.OLD"));
+  Medium.WriteFile("QUILL7.OLD", "");
+  (void)BackUp(true);
+  EXPECT_EQ(Fault, CopyFault::WouldReplace);
+}
+
+// The lists were stored without the names of a file that is lost; a backup still has them.
+TEST_F(BackupTest, AsksOnceBeforeABackupWithMoreFilesIsReplaced) {
+  for (const bool isOverwritten : {false, true}) {
+    SCOPED_TRACE(isOverwritten);
+    Prepare();
+    WriteDataSet(World.Folder.Path(), {.Live = 120});
+    ASSERT_EQ(BackUp(), RunTimeError::None);
+    const std::string lost = World.Folder.ReadFile("quill1.dat");
+    fs::remove(World.Folder.File("quill1.dat"));
+    if (isOverwritten) World.Folder.WriteFile("quill1.dat", "nothing of its own");
+    World.Open();
+    World.Add("Ann", "Lee");
+    ASSERT_EQ(World.Header("MissingRecords"), "100-119");
+    const Files before = Medium.Files();
+    (void)BackUp();
+    EXPECT_EQ(Fault, CopyFault::WouldLose);
+    EXPECT_EQ(Medium.Files(), before);
+    EXPECT_EQ(BackUp(true), RunTimeError::None);
+    EXPECT_EQ(BackUp(), RunTimeError::None);
+
+    // The backup has the file as long as nothing takes its place.
+    (void)Restore();
+    EXPECT_EQ(Fault, isOverwritten ? CopyFault::NotWhole : CopyFault::None);
+    fs::remove(Medium.File("QUILL1.OLD"));
+    (void)Restore();
+    EXPECT_EQ(Fault, CopyFault::NotWhole);
+    // With the file there again nothing is lacking.
+    Medium.WriteFile("QUILL1.OLD", lost);
+    World.Folder.WriteFile("quill1.dat", lost);
+    EXPECT_EQ(BackUp(), RunTimeError::None);
+    EXPECT_EQ(Restore(), RunTimeError::None);
+  }
 }
 
 }  // namespace

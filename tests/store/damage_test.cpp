@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -18,18 +19,18 @@ namespace {
 using RecNos = std::set<std::string>;
 
 // Another program that shares the files: it takes every link and count for granted.
-class PlainProgram {
+class PlainProgram : public StoreWorld {
  public:
-  explicit PlainProgram(const StoreData& data) {
-    World_.Data.DataPath = data.DataPath;
-    World_.Data.DataFile = data.DataFile;
+  explicit PlainProgram(const StoreData& data) : StoreWorld(data) {
+    for (List& list : lists_) {
+      std::string at = Header(list.First);
+      for (int left = ToInt32(Header("NoOfRecords")); left > 0; --left) {
+        list.RecNos.push_back(at);
+        at = Value(at, "Next" + list.Kind);
+      }
+    }
   }
-
-  void Open() {
-    names_.Read(*this, "NameFirstRecord");
-    companies_.Read(*this, "CompanyFirstRecord");
-  }
-  const Texts& Live() const { return names_.RecNos; }
+  const Texts& Live() const { return lists_[0].RecNos; }
 
   std::string Add(const std::string& name) {
     std::string recNo = Header("TotalNoOfRecords");
@@ -38,16 +39,16 @@ class PlainProgram {
     Insert(recNo);
     return recNo;
   }
-  void Insert(const std::string& recNo) {
-    ClearLinks(recNo);
-    names_.Insert(*this, recNo, "NameFirstRecord");
-    companies_.Insert(*this, recNo, "CompanyFirstRecord");
-    SetHeader("NoOfRecords", NumberText(static_cast<int>(Live().size())));
-  }
   void Delete(const std::string& recNo) {
-    names_.Remove(*this, recNo, "NameFirstRecord", Live().size() == 1);
-    companies_.Remove(*this, recNo, "CompanyFirstRecord", companies_.RecNos.size() == 1);
-    SetHeader("NoOfRecords", NumberText(static_cast<int>(Live().size())));
+    for (List& list : lists_) {
+      if (list.RecNos.size() == 1) {
+        SetHeader(list.First, "");
+      } else {
+        Unlink(recNo, list.Kind, list.First);
+      }
+      std::erase(list.RecNos, recNo);
+    }
+    CountLive();
     ClearLinks(recNo);
     const int count = ToInt32(Header("DelNoOfRecords"));
     if (count > 0) {
@@ -66,55 +67,31 @@ class PlainProgram {
  private:
   struct List {
     std::string Kind;
-    Texts RecNos;
-
-    void Read(PlainProgram& program, const std::string& first) {
-      RecNos.clear();
-      std::string at = program.Header(first);
-      for (int left = ToInt32(program.Header("NoOfRecords")); left > 0; --left) {
-        RecNos.push_back(at);
-        at = program.Value(at, "Next" + Kind);
-      }
-    }
-    void Insert(PlainProgram& program, const std::string& recNo, const std::string& first) {
-      const std::string text = program.Value(recNo, "Show" + Kind);
-      auto place = RecNos.begin();
-      while (place != RecNos.end() &&
-             program.World_.Comparer.Compare(text, program.Value(*place, "Show" + Kind)) > 0) {
-        ++place;
-      }
-      if (place == RecNos.begin()) {
-        program.SetHeader(first, recNo);
-      } else {
-        program.Set(recNo, "Prev" + Kind, *(place - 1));
-        program.Set(*(place - 1), "Next" + Kind, recNo);
-      }
-      if (place != RecNos.end()) {
-        program.Set(recNo, "Next" + Kind, *place);
-        program.Set(*place, "Prev" + Kind, recNo);
-      }
-      RecNos.insert(place, recNo);
-    }
-    void Remove(PlainProgram& program, const std::string& recNo, const std::string& first,
-                bool isOnly) {
-      if (isOnly) {
-        program.SetHeader(first, "");
-      } else {
-        program.Unlink(recNo, Kind, first);
-      }
-      std::erase(RecNos, recNo);
-    }
+    std::string First;
+    Texts RecNos = {};
   };
 
-  std::string Header(const std::string& key) { return World_.Store.ReadHeaderEntry(key); }
-  void SetHeader(const std::string& key, const std::string& value) {
-    ASSERT_EQ(World_.Store.WriteHeaderEntry(key, value), RunTimeError::None);
+  void Insert(const std::string& recNo) {
+    ClearLinks(recNo);
+    for (List& list : lists_) {
+      const std::string text = Value(recNo, "Show" + list.Kind);
+      const auto place = std::find_if(list.RecNos.begin(), list.RecNos.end(), [&](const auto& at) {
+        return Comparer.Compare(text, Value(at, "Show" + list.Kind)) <= 0;
+      });
+      if (place == list.RecNos.begin()) {
+        SetHeader(list.First, recNo);
+      } else {
+        Link(*(place - 1), recNo, list.Kind);
+      }
+      if (place != list.RecNos.end()) Link(recNo, *place, list.Kind);
+      list.RecNos.insert(place, recNo);
+    }
+    CountLive();
   }
-  std::string Value(const std::string& recNo, const std::string& key) {
-    return World_.Store.ReadRecordEntry(recNo, key);
-  }
-  void Set(const std::string& recNo, const std::string& key, const std::string& value) {
-    ASSERT_EQ(World_.Store.WriteRecordEntry(recNo, key, value), RunTimeError::None);
+  void CountLive() { SetHeader("NoOfRecords", NumberText(static_cast<int>(Live().size()))); }
+  void Link(const std::string& recNo, const std::string& next, const std::string& kind) {
+    Set(recNo, "Next" + kind, next);
+    Set(next, "Prev" + kind, recNo);
   }
   void ClearLinks(const std::string& recNo) {
     for (const std::string kind : {"Name", "Company", "Del"}) {
@@ -133,9 +110,8 @@ class PlainProgram {
     if (!next.empty()) Set(next, "Prev" + kind, previous);
   }
 
-  StoreWorld World_;
-  List names_{"Name", {}};
-  List companies_{"Company", {}};
+  std::array<List, 2> lists_{List{"Name", "NameFirstRecord"},
+                             List{"Company", "CompanyFirstRecord"}};
 };
 
 // A data set to which something happens again and again while this program works with it.
@@ -168,10 +144,10 @@ class DamagedData : public StoreTest {
 
   // A few records in each of several files.
   void MakeData() {
-    ProfileUpdate update(World.Access);
+    ProfileUpdate update(Access);
     for (int file = 0; file < FileCount; ++file) {
       SetHeader("TotalNoOfRecords", NumberText(std::int64_t{file} * RecordsPerFile));
-      for (int i = 0; i < 5; ++i) Truth[World.Add("", Word())] = State::Live;
+      for (int i = 0; i < 5; ++i) Truth[Add("", Word())] = State::Live;
     }
     for (int i = 0; i < 5; ++i) Delete();
     ASSERT_EQ(update.Commit(), RunTimeError::None);
@@ -190,7 +166,7 @@ class DamagedData : public StoreTest {
   }
   static int FileOf(const std::string& recNo) { return static_cast<int>(RecordFileNumber(recNo)); }
   static std::string FileName(int file) { return "quill" + NumberText(file) + ".dat"; }
-  void Set(const std::string& recNo, State state) {
+  void Note(const std::string& recNo, State state) {
     Truth[recNo] = state;
     if (Away.contains(FileOf(recNo))) ChangedAway.insert(recNo);
   }
@@ -198,7 +174,7 @@ class DamagedData : public StoreTest {
   // What the records hold besides their links.
   std::map<std::string, std::string> Contents() {
     std::map<std::string, std::string> contents;
-    for (const auto& [name, bytes] : World.Folder.Files(".dat")) {
+    for (const auto& [name, bytes] : Folder.Files(".dat")) {
       std::istringstream lines(bytes);
       std::string recNo;
       for (std::string line; std::getline(lines, line);) {
@@ -251,23 +227,23 @@ class DamagedData : public StoreTest {
     } else if (Damaged.RecNo.empty()) {
       SetHeader(Damaged.Key, Damaged.Value);
     } else {
-      StoreTest::Set(Damaged.RecNo, Damaged.Key, Damaged.Value);
+      Set(Damaged.RecNo, Damaged.Key, Damaged.Value);
     }
   }
   void KeepCopies() {
     for (int file = 0; file < FileCount; ++file) {
       if (Away.contains(file)) continue;
-      Copies[file].push_back({World.Folder.ReadFile(FileName(file)), Truth});
+      Copies[file].push_back({Folder.ReadFile(FileName(file)), Truth});
     }
   }
   void Hide() {
     const int file = static_cast<int>(Below(FileCount));
-    if (!Away.contains(file)) Away[file] = World.Folder.ReadFile(FileName(file));
+    if (!Away.contains(file)) Away[file] = Folder.ReadFile(FileName(file));
     Log("hide " + NumberText(file));
     if (OneIn(3)) {
-      World.Folder.WriteFile(FileName(file), std::string(100, '\0'));
+      Folder.WriteFile(FileName(file), std::string(100, '\0'));
     } else {
-      std::filesystem::remove(World.Folder.File(FileName(file)));
+      std::filesystem::remove(Folder.File(FileName(file)));
     }
   }
   void PutOlderCopy() {
@@ -279,8 +255,8 @@ class DamagedData : public StoreTest {
     };
     if (std::none_of(Truth.begin(), Truth.end(), isLacking)) return;
     Log("older " + NumberText(file));
-    if (!Away.contains(file)) Away[file] = World.Folder.ReadFile(FileName(file));
-    World.Folder.WriteFile(FileName(file), copy.Bytes);
+    if (!Away.contains(file)) Away[file] = Folder.ReadFile(FileName(file));
+    Folder.WriteFile(FileName(file), copy.Bytes);
     for (const auto& [recNo, state] : copy.States) {
       if (FileOf(recNo) == file && state != Truth[recNo]) Truth[recNo] = State::Unknown;
     }
@@ -296,7 +272,7 @@ class DamagedData : public StoreTest {
       if (isNew) return;
     }
     Log("return " + NumberText(file));
-    World.Folder.WriteFile(FileName(file), bytes);
+    Folder.WriteFile(FileName(file), bytes);
     for (const auto& recNo : RecNos(ChangedAway)) {
       if (FileOf(recNo) != file) continue;
       Truth[recNo] = State::Unknown;
@@ -306,9 +282,8 @@ class DamagedData : public StoreTest {
   }
   // Another program changes sound data; a file may vanish after it has read the lists.
   void OtherProgram() {
-    if (!CheckFiles(World.Folder.Path())) return;
+    if (!CheckFiles(Folder.Path())) return;
     PlainProgram other(Data);
-    other.Open();
     if (OneIn(3)) Hide();
     for (std::size_t i = 0; i <= Below(3); ++i) {
       const std::string live = AnyOf(other.Live());
@@ -316,15 +291,15 @@ class DamagedData : public StoreTest {
       if (OneIn(3) || (live.empty() && deleted.empty())) {
         const std::string recNo = other.Add(Word());
         Log("other adds " + recNo);
-        Set(recNo, State::Live);
+        Note(recNo, State::Live);
       } else if (!live.empty() && Contents().contains(live) && OneIn(2)) {
         Log("other deletes " + live);
         other.Delete(live);
-        Set(live, State::Deleted);
+        Note(live, State::Deleted);
       } else if (const std::string recNo = AnyOf(deleted); Contents().contains(recNo)) {
         Log("other restores " + recNo);
         other.Restore(recNo);
-        Set(recNo, State::Live);
+        Note(recNo, State::Live);
       }
     }
   }
@@ -332,45 +307,27 @@ class DamagedData : public StoreTest {
   // --- What this program does.
 
   void Open() {
-    World.Open();
-    ASSERT_EQ(World.Store.SortNamesList(), RunTimeError::None);
-    World.Store.ShowRecords();
-    World.Store.ReadDeletedNamesList();
+    StoreWorld::Open();
+    ASSERT_EQ(Store.SortNamesList(), RunTimeError::None);
+    Store.ShowRecords();
+    Store.ReadDeletedNamesList();
   }
-  void Add() {
-    std::string recNo;
-    ASSERT_EQ(World.Add("", Word(), "", recNo), RunTimeError::None);
-    Log("add " + recNo);
-    Set(recNo, State::Live);
-    Changed = recNo;
-  }
-  void Edit() {
-    const std::string recNo = AnyOf(World.Lines.RecNos);
+  // A command that must succeed, and makes of a record, if there is one, what is said.
+  template <class Command>
+  void Do(const char* what, const std::string& recNo, State state, Command command) {
     if (recNo.empty()) return;
-    Log("edit " + recNo);
-    Data.FieldValues = {"", "", Word()};
-    ASSERT_EQ(World.Edit(recNo), RunTimeError::None);
-    Set(recNo, State::Live);
-    Changed = recNo;
+    Log(std::string(what) + ' ' + recNo);
+    ASSERT_EQ(command(recNo), RunTimeError::None);
+    Note(recNo, state);
   }
   void Delete() {
-    const std::string recNo = AnyOf(World.Lines.RecNos);
-    if (recNo.empty()) return;
-    Log("delete " + recNo);
-    ASSERT_EQ(World.Delete(recNo), RunTimeError::None);
-    Set(recNo, State::Deleted);
-  }
-  void Restore() {
-    if (Data.DelRecNo.empty()) return;
-    const std::string recNo = AnyOf(Data.DelRecNo);
-    Log("restore " + recNo);
-    ASSERT_EQ(World.Store.RestoreRecord(recNo), RunTimeError::None);
-    Set(recNo, State::Live);
+    Do("delete", AnyOf(Lines.RecNos), State::Deleted,
+       [&](const auto& recNo) { return StoreWorld::Delete(recNo); });
   }
 
   // Every record that is there is in one list, and in the right one.
   void Check() {
-    const RecNos live(World.Lines.RecNos.begin(), World.Lines.RecNos.end());
+    const RecNos live(Lines.RecNos.begin(), Lines.RecNos.end());
     if (!live.empty()) {
       EXPECT_EQ(live, RecNos(Data.CompaniesRecNo.begin(), Data.CompaniesRecNo.end()));
     }
@@ -426,16 +383,21 @@ class DamagedData : public StoreTest {
     const auto before = Contents();
     switch (Below(4)) {
       case 0:
-        Add();
+        Changed = Add("", Word());
+        Log("add " + Changed);
+        Note(Changed, State::Live);
         break;
       case 1:
-        Edit();
+        Changed = AnyOf(Lines.RecNos);
+        Do("edit", Changed, State::Live,
+           [&](const auto& recNo) { return Edit(recNo, Person("", Word())); });
         break;
       case 2:
         Delete();
         break;
       default:
-        Restore();
+        Do("restore", AnyOf(Data.DelRecNo), State::Live,
+           [&](const auto& recNo) { return Store.RestoreRecord(recNo); });
     }
     CheckContents(before);
   }

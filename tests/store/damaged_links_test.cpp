@@ -14,40 +14,49 @@ struct Damage {
   std::string Key;
   std::string Value;
 };
+using Damages = std::vector<Damage>;
 
-// The values that a link, head or count may take among a few records.
-std::vector<Damage> AllDamages(int records) {
-  std::vector<Damage> damages;
+// Some that come together, and every value that a link, head or count may take among a few records.
+std::vector<Damages> AllDamages(int records) {
+  std::vector<Damages> all{
+      {{"0", "NextName", ""}, {"4", "NextCompany", ""}},
+      {{"4", "NextName", "0"}, {"2", "NextCompany", "4"}},
+      {{"0", "NextName", "77"}, {"2", "NextCompany", "99999999"}},
+      {{"0", "NextName", "2x"}, {"2", "NextCompany", "00"}},
+      {{"0", "NextName", "-1"}, {"2", "NextCompany", "2147483648"}},
+      {{"", "NameFirstRecord", ""}, {"", "CompanyFirstRecord", "?"}},
+      {{"0", "NextName", ""}, {"", "NoOfRecords", "1e9"}},
+      {{"2", "NextName", ""}, {"4", "NextCompany", "0"}, {"", "NoOfRecords", "2"}}};
   for (int value = -2; value < records; ++value) {
     const std::string text = value < 0 ? (value == -1 ? "77" : "") : NumberText(value);
     for (const std::string key : {"NoOfRecords", "TotalNoOfRecords", "DelNoOfRecords",
                                   "NameFirstRecord", "CompanyFirstRecord", "DelFirstRecord"}) {
-      damages.push_back({"", key, text});
+      all.push_back({{"", key, text}});
     }
     for (int n = 0; n < records; ++n) {
       for (const std::string key :
            {"PrevName", "NextName", "PrevCompany", "NextCompany", "PrevDel", "NextDel"}) {
-        damages.push_back({NumberText(n), key, text});
+        all.push_back({{NumberText(n), key, text}});
       }
     }
   }
-  return damages;
+  return all;
 }
 
 struct DamagedLinksTest : StoreTest {
   DamagedLinksTest() {
     // Live 0, 2, 4 by name and 4, 2, 0 by company; deleted 6, 5, 3, 1.
     for (const std::string name : {"B", "C", "D", "E", "F", "G", "H"}) {
-      World.Add("", name, std::string(1, static_cast<char>('Z' - name[0] + 'A')));
+      Add("", name, std::string(1, static_cast<char>('Z' - name[0] + 'A')));
     }
     for (const std::string recNo : {"1", "3", "5", "6"}) {
-      EXPECT_EQ(World.Delete(recNo), RunTimeError::None);
+      EXPECT_EQ(Delete(recNo), RunTimeError::None);
     }
   }
 
   void Open() {
-    World.Open();
-    World.Store.ReadDeletedNamesList();
+    StoreWorld::Open();
+    Store.ReadDeletedNamesList();
   }
 
   // What the links in the files lead to, whatever the counts say.
@@ -71,34 +80,29 @@ struct DamagedLinksTest : StoreTest {
   }
   // What the program shows, each record once.
   RecNos Listed() {
-    RecNos listed = Shown(World.Lines.RecNos);
+    RecNos listed = Shown(Lines.RecNos);
     if (!listed.empty()) {
-      EXPECT_EQ(listed, Shown(World.Data.CompaniesRecNo));
+      EXPECT_EQ(listed, Shown(Data.CompaniesRecNo));
     }
-    listed.insert(World.Data.DelRecNo.begin(), World.Data.DelRecNo.end());
-    EXPECT_EQ(listed.size(), World.Lines.RecNos.size() + World.Data.DelRecNo.size())
-        << "both live and deleted";
+    listed.insert(Data.DelRecNo.begin(), Data.DelRecNo.end());
+    EXPECT_EQ(listed.size(), Lines.RecNos.size() + Data.DelRecNo.size()) << "both live and deleted";
     return listed;
   }
 
   RunTimeError Change(const std::string& what) {
-    std::string recNo;
-    auto& lines = World.Lines.RecNos;
-    if (what == "add") return World.Add("", "Cc", "", recNo);
+    if (what == "add") return Add(Person("", "Cc"));
     RunTimeError error = RunTimeError::None;
     if (what == "restore") {
-      for (const auto& deleted : World.Data.DelRecNo) {
-        if (error == RunTimeError::None) error = World.Store.RestoreRecord(deleted);
+      for (const auto& deleted : Data.DelRecNo) {
+        if (error == RunTimeError::None) error = Store.RestoreRecord(deleted);
       }
       return error;
     }
-    if (lines.empty() || what == "open") return RunTimeError::None;
-    if (what == "edit") {
-      World.Data.FieldValues = {"", "", "Z"};
-      return World.Edit(lines.front());
-    }
-    error = World.Delete(lines.back());
-    return lines.empty() || error != RunTimeError::None ? error : World.Delete(lines.front());
+    if (Lines.RecNos.empty() || what == "open") return error;
+    if (what == "edit") return Edit(Lines.RecNos.front(), Person("", "Z"));
+    error = Delete(Lines.RecNos.back());
+    return Lines.RecNos.empty() || error != RunTimeError::None ? error
+                                                               : Delete(Lines.RecNos.front());
   }
 };
 
@@ -108,25 +112,23 @@ struct ChangeOfLists {
   std::size_t Deleted;
 };
 
-TEST_F(DamagedLinksTest, NoSingleDamageLosesARecordOrMakesOneLiveAndDeleted) {
-  for (const Damage& damage : AllDamages(7)) {
-    const bool isHeader = damage.RecNo.empty();
-    const bool isCount = damage.Key.find("NoOf") != std::string::npos;
+TEST_F(DamagedLinksTest, NoDamageLosesARecordOrMakesOneLiveAndDeleted) {
+  for (const Damages& damages : AllDamages(7)) {
+    const Damage& first = damages.front();
+    const bool isCount = first.Key.find("NoOf") != std::string::npos;
     for (const auto& [what, live, deleted] : std::initializer_list<ChangeOfLists>{
              {"open", 3, 4}, {"add", 4, 4}, {"edit", 3, 4}, {"delete", 1, 6}, {"restore", 7, 0}}) {
-      SCOPED_TRACE(what + (" after " + damage.RecNo) + "." + damage.Key + "=" + damage.Value);
+      SCOPED_TRACE(what + (" after " + first.RecNo) + "." + first.Key + "=" + first.Value);
       // In a group, nothing comes to the disk.
-      const ProfileUpdate dropped(World.Access);
-      if (isHeader) {
-        SetHeader(damage.Key, damage.Value);
-      } else {
-        Set(damage.RecNo, damage.Key, damage.Value);
+      const ProfileUpdate dropped(Access);
+      for (const auto& [recNo, key, value] : damages) {
+        recNo.empty() ? SetHeader(key, value) : Set(recNo, key, value);
       }
       Open();
       const RecNos before = InChains();
       if (!isCount) {
-        EXPECT_EQ(Shown(World.Lines.RecNos), (RecNos{"0", "2", "4"}));
-        EXPECT_EQ(Shown(World.Data.DelRecNo), (RecNos{"1", "3", "5", "6"}));
+        EXPECT_EQ(Shown(Lines.RecNos), (RecNos{"0", "2", "4"}));
+        EXPECT_EQ(Shown(Data.DelRecNo), (RecNos{"1", "3", "5", "6"}));
       }
       EXPECT_EQ(Change(what), RunTimeError::None);
       Open();
@@ -137,11 +139,11 @@ TEST_F(DamagedLinksTest, NoSingleDamageLosesARecordOrMakesOneLiveAndDeleted) {
         EXPECT_TRUE(std::includes(after.begin(), after.end(), before.begin(), before.end()))
             << testing::PrintToString(before) << " became " << testing::PrintToString(after);
       } else {
-        EXPECT_EQ(World.Lines.RecNos.size(), live);
-        EXPECT_EQ(World.Data.DelRecNo.size(), deleted);
+        EXPECT_EQ(Lines.RecNos.size(), live);
+        EXPECT_EQ(Data.DelRecNo.size(), deleted);
         EXPECT_EQ(listed.size(), live + deleted);
       }
-      World.Access.AbandonGroup();
+      Access.AbandonGroup();
     }
   }
 }

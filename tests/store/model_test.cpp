@@ -86,7 +86,7 @@ class ModelTest : public StoreTest {
   ModelTest() {
     // The records stand in two files, and soon in three.
     SetHeader("TotalNoOfRecords", "85");
-    World.Access.FinishLater([] {});
+    Access.FinishLater([] {});
   }
 
   std::size_t Below(std::size_t limit) { return Engine() % limit; }
@@ -96,53 +96,52 @@ class ModelTest : public StoreTest {
     return words[Below(words.size())];
   }
   FieldArray SomeFields() { return {"Dr.", Word(), Word(), "", Word()}; }
-  std::string Shown() { return World.Lines.RecNos[Below(World.Lines.RecNos.size())]; }
+  std::string Shown() { return Lines.RecNos[Below(Lines.RecNos.size())]; }
 
   void Add() {
     const FieldArray fields = SomeFields();
-    const std::string recNo = World.Add(fields[FirstName], fields[LastName], fields[Company]);
+    const std::string recNo = StoreWorld::Add(fields[FirstName], fields[LastName], fields[Company]);
     Expected.Store(recNo, {"", fields[FirstName], fields[LastName], "", fields[Company]});
     Expected.Insert(recNo);
   }
   void Edit(bool moves) {
-    if (World.Lines.RecNos.empty()) return;
+    if (Lines.RecNos.empty()) return;
     const std::string recNo = Shown();
     FieldArray fields = Expected.Records.at(recNo).Fields;
     if (moves) fields = SomeFields();
     fields[Phone1] = Word() + "\r\n";
-    Data.FieldValues = fields;
-    ASSERT_EQ(moves ? World.Edit(recNo) : World.Store.WriteRecord(recNo), RunTimeError::None);
+    ASSERT_EQ(StoreWorld::Edit(recNo, fields, moves), RunTimeError::None);
     if (fields[FirstName].empty() && fields[LastName].empty()) fields[Sal].clear();
     if (moves) Expected.Remove(recNo);
     Expected.Store(recNo, fields);
     if (moves) Expected.Insert(recNo);
   }
   void Delete() {
-    if (World.Lines.RecNos.empty()) return;
+    if (Lines.RecNos.empty()) return;
     const std::string recNo = Shown();
-    ASSERT_EQ(World.Delete(recNo), RunTimeError::None);
+    ASSERT_EQ(StoreWorld::Delete(recNo), RunTimeError::None);
     Expected.Remove(recNo);
     Expected.Deleted.insert(Expected.Deleted.begin(), recNo);
   }
   void Restore() {
     if (Expected.Deleted.empty()) return;
     const std::string recNo = Expected.Deleted[Below(Expected.Deleted.size())];
-    ASSERT_EQ(World.Store.RestoreRecord(recNo), RunTimeError::None);
+    ASSERT_EQ(Store.RestoreRecord(recNo), RunTimeError::None);
     std::erase(Expected.Deleted, recNo);
     Expected.Insert(recNo);
   }
   void Filter() {
     const std::string criterion = Below(3) == 0 ? Word() : "n";
-    World.Filter({"", criterion});
+    StoreWorld::Filter({"", criterion});
     Expected.Filter(criterion);
   }
   // The filter off, the other view, or all anew from the files.
   void Show(bool restart) {
     Data.FilterOn = Expected.FilterOn = false;
     Data.ViewMode = static_cast<std::uint8_t>(Below(2));
-    if (!restart) return World.Store.ShowRecords();
-    World.Open();
-    ASSERT_EQ(World.Store.SortNamesList(), RunTimeError::None);
+    if (!restart) return Store.ShowRecords();
+    Open();
+    ASSERT_EQ(Store.SortNamesList(), RunTimeError::None);
   }
   void Step() {
     const std::size_t kind = Below(20);
@@ -167,19 +166,19 @@ class ModelTest : public StoreTest {
       chain.push_back(at);
     }
     ASSERT_EQ(chain, Expected.Deleted);
-    World.Store.ReadDeletedNamesList();
+    Store.ReadDeletedNamesList();
     const auto text = Data.ViewMode == 0 ? &Model::Record::ShowName : &Model::Record::ShowCompany;
     ASSERT_EQ(Data.DelRecNo, Expected.Sorted(Expected.Deleted, text));
     for (const auto& [recNo, record] : Expected.Records) {
-      ASSERT_EQ(World.Store.ReadRecord(recNo), RunTimeError::None);
+      ASSERT_EQ(Store.ReadRecord(recNo), RunTimeError::None);
       ASSERT_EQ(Data.FieldValues, record.Fields) << recNo;
     }
     // Until now the files may have been behind.
-    ASSERT_EQ(World.Access.Finish(), RunTimeError::None);
-    ASSERT_TRUE(CheckInvariants(World));
+    ASSERT_EQ(Access.Finish(), RunTimeError::None);
+    ASSERT_TRUE(CheckInvariants(*this));
   }
 
-  Model Expected{World.Comparer};
+  Model Expected{Comparer};
   std::mt19937 Engine;
 };
 

@@ -73,39 +73,22 @@ bool GiveAccessList(const std::string& path) {
   return setxattr(path.c_str(), ListName, &list, sizeof(list), 0) == 0;
 }
 
-// A group of this user besides the one of his new files; 0 if there is none.
-gid_t OtherGroup() {
-  if (geteuid() == 0) return 1;
-  std::vector<gid_t> groups(static_cast<std::size_t>(std::max(getgroups(0, nullptr), 0)));
-  const int count = getgroups(static_cast<int>(groups.size()), groups.data());
-  groups.resize(static_cast<std::size_t>(std::max(count, 0)));
-  std::erase(groups, getegid());
-  return groups.empty() ? 0 : groups.front();
-}
-
 TEST(Privacy, WhatIsMadeIsItsOwnersAloneFromItsFirstByteOn) {
   const mode_t before = umask(0);
   const TempFolder folder;
   const TempFolder medium;
   WatchedDisk disk;
-  const FileNames names(disk, folder.Path(), folder.Path());
-  Profile profile(disk, names);
   StoreData data;
   data.DataPath = ProgramPath(folder.Path()) + "\\quilldat\\";
   data.DataFile = data.DataPath + "quill.dat";
-  EXPECT_EQ(profile.MakeFolder(data.DataPath), RunTimeError::None);
-  EXPECT_EQ(profile.WriteEntry("varek.ini", "QL32", "x", "1"), RunTimeError::None);
-  {
-    ProfileUpdate update(profile);
-    for (const char* key : {"Application", "TotalNoOfRecords", "NoOfRecords", "DelNoOfRecords"}) {
-      (void)profile.WriteEntry(data.DataFile, "General Info", key, *key == 'A' ? "Quillary" : "0");
-    }
-    (void)profile.WriteEntry(data.DataPath + "quill0.dat", "Record0", "Notes", "secret");
-    EXPECT_EQ(update.Commit(), RunTimeError::None);
+  StoreProgram program(disk, folder.Path(), folder.Path(), data);
+  EXPECT_EQ(program.Access.MakeFolder(data.DataPath), RunTimeError::None);
+  EXPECT_EQ(program.Access.WriteEntry("varek.ini", "QL32", "x", "1"), RunTimeError::None);
+  EXPECT_EQ(program.Store.WriteNewHeader(), RunTimeError::None);
+  program.Add("Ann", "Lee");
+  for (const std::string& to : {ProgramPath(medium.Path()) + "\\", data.DataPath}) {
+    EXPECT_EQ(BackUpFiles(program.Access, data, to), RunTimeError::None);
   }
-  EXPECT_EQ(BackUpFiles(profile, data, ProgramPath(medium.Path()) + "\\", nullptr, {}, true),
-            RunTimeError::None);
-  EXPECT_EQ(BackUpFiles(profile, data, data.DataPath, nullptr, {}, true), RunTimeError::None);
   umask(before);
 
   EXPECT_GE(disk.Seen, 10);
@@ -123,10 +106,7 @@ TEST(Privacy, WhatIsMadeIsItsOwnersAloneFromItsFirstByteOn) {
 TEST(Privacy, AWriteLetsTheSamePeopleAtAFileAndNobodyElse) {
   StoreWorld world;
   const auto write = [&](const std::string& name) {
-    return world.Access.WriteEntry(world.Data.DataPath + name, "S", "x", "1");
-  };
-  const auto copy = [&](const std::string& name) {
-    return world.Access.CopyFiles({{world.Data.DataPath + "other", world.Data.DataPath + name}});
+    return world.Access.WriteEntry(name, "S", "x", "1");
   };
   world.Folder.WriteFile("other", "[S]\r\n");
   for (const bool copies : {false, true}) {
@@ -134,17 +114,16 @@ TEST(Privacy, AWriteLetsTheSamePeopleAtAFileAndNobodyElse) {
     const std::string path = world.Folder.File(name);
     const auto expectKept = [&](const char* what) {
       const Access before = AccessOf(path);
-      ASSERT_EQ(copies ? copy(name) : write(name), RunTimeError::None);
+      ASSERT_EQ(copies ? world.Access.CopyFiles({{"other", name}}) : write(name),
+                RunTimeError::None);
       EXPECT_EQ(AccessOf(path), before) << what;
       world.Folder.WriteFile(name, "");
     };
     world.Folder.WriteFile(name, "");
     fs::permissions(path, fs::perms(0664));
     expectKept("permissions");
-    if (const gid_t group = OtherGroup(); group != 0) {
-      ASSERT_EQ(chown(path.c_str(), static_cast<uid_t>(-1), group), 0);
-      expectKept("group");
-    }
+    // Whoever may give the file to another group.
+    if (chown(path.c_str(), static_cast<uid_t>(-1), 1) == 0) expectKept("group");
     if (GiveAccessList(path)) expectKept("access list");
   }
   if (geteuid() != 0) return;

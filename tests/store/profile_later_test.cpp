@@ -20,18 +20,17 @@ struct ProfileLaterTest : testing::Test {
     }
     Access.FinishLater([this] { ++Due; });
   }
-  RunTimeError WriteBoth(const std::string& value) {
-    ProfileUpdate update(Access);
+  static RunTimeError WriteBoth(Profile& program, const std::string& value) {
+    ProfileUpdate update(program);
     for (const char* file : {"a.dat", "b.dat"}) {
-      (void)Access.WriteEntry(file, "S", "Key", value);
+      (void)program.WriteEntry(file, "S", "Key", value);
     }
     return update.Commit();
   }
+  RunTimeError WriteBoth(const std::string& value) { return WriteBoth(Access, value); }
   // What another program reads.
   std::string Seen(const char* file, const char* key = "Key") {
-    HostDisk machine;
-    FileNames names{machine, Folder.Path(), Folder.Path()};
-    return Profile(machine, names).ReadEntry(file, "S", key);
+    return Profile(Machine, Names).ReadEntry(file, "S", key);
   }
   bool HasJournal() const { return std::filesystem::exists(Folder.File("quill.jnl")); }
 
@@ -58,13 +57,9 @@ TEST_F(ProfileLaterTest, AGroupHoldsAtOnceAndReachesTheFilesInFinish) {
 
 TEST_F(ProfileLaterTest, WhatAnotherProgramWritesMeanwhileIsSeenAndStays) {
   ASSERT_EQ(WriteBoth("new"), RunTimeError::None);
-  {
-    HostDisk machine;
-    FileNames names{machine, Folder.Path(), Folder.Path()};
-    Profile other(machine, names);
-    ASSERT_EQ(other.WriteEntry("a.dat", "S", "Other", "theirs"), RunTimeError::None);
-    ASSERT_EQ(other.WriteEntry("b.dat", "S", "Key", "theirs"), RunTimeError::None);
-  }
+  ASSERT_EQ(Profile(Machine, Names).WriteEntry("a.dat", "S", "Other", "theirs"),
+            RunTimeError::None);
+  ASSERT_EQ(Profile(Machine, Names).WriteEntry("b.dat", "S", "Key", "theirs"), RunTimeError::None);
   EXPECT_EQ(Access.ReadEntry("a.dat", "S", "Other"), "theirs");
   ASSERT_EQ(Access.Finish(), RunTimeError::None);
   EXPECT_EQ(Seen("a.dat"), "new");
@@ -125,16 +120,9 @@ TEST_F(ProfileLaterTest, AGroupOutlivesItsJournalAndItsDisk) {
 }
 
 TEST_F(ProfileLaterTest, AForeignGroupIsCompletedAndNothingIsBuiltUponWhatWasBefore) {
-  HostDisk machine;
-  FileNames names{machine, Folder.Path(), Folder.Path()};
-  Profile other(machine, names);
+  Profile other(Machine, Names);
   other.FinishLater([] {});
-  {
-    ProfileUpdate update(other);
-    (void)other.WriteEntry("a.dat", "S", "Key", "theirs");
-    (void)other.WriteEntry("b.dat", "S", "Key", "theirs");
-    ASSERT_EQ(update.Commit(), RunTimeError::None);
-  }
+  ASSERT_EQ(WriteBoth(other, "theirs"), RunTimeError::None);
   EXPECT_EQ(WriteBoth("mine"), RunTimeError::BadRecordNumber);
   EXPECT_EQ(Seen("a.dat") + Seen("b.dat"), "theirstheirs");
   ASSERT_EQ(WriteBoth("mine"), RunTimeError::None);

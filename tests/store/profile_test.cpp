@@ -13,43 +13,31 @@
 namespace quillary::test {
 namespace {
 
-// One program that works on the files of a folder.
-struct Program {
-  explicit Program(const TempFolder& folder, Disk& disk)
-      : Names(disk, folder.Path(), folder.Path()),
-        Access(disk, Names),
-        Path(ProgramPath(folder.Path()) + "\\") {}
+struct ProfileTest : testing::Test {
   std::string Read(const std::string& file, const std::string& key) {
-    return Access.ReadEntry(Path + file, "S", key);
+    return Access.ReadEntry(file, "S", key);
   }
   RunTimeError Write(const std::string& file, const std::string& key, const std::string& value) {
-    return Access.WriteEntry(Path + file, "S", key, value);
+    return Access.WriteEntry(file, "S", key, value);
   }
 
-  FileNames Names;
-  Profile Access;
-  std::string Path;
-};
-
-struct ProfileTest : testing::Test {
   TempFolder Folder;
   FaultDisk Machine;
-  Program Here{Folder, Machine};
+  FileNames Names{Machine, Folder.Path(), Folder.Path()};
+  Profile Access{Machine, Names};
 };
 
 TEST_F(ProfileTest, MissingReadsAsEmptyAndWritingMakesIt) {
-  EXPECT_EQ(Here.Read("quill.dat", "x"), "");
-  EXPECT_EQ(Here.Write("QUILL.DAT", "x", " 1 "), RunTimeError::None);
-  EXPECT_EQ(Here.Read("quill.dat", "X"), " 1 ");
-  EXPECT_EQ(Here.Write("quill.dat", "y", ""), RunTimeError::None);
+  EXPECT_EQ(Read("quill.dat", "x"), "");
+  EXPECT_EQ(Write("QUILL.DAT", "x", " 1 "), RunTimeError::None);
+  EXPECT_EQ(Read("quill.dat", "X"), " 1 ");
+  EXPECT_EQ(Write("quill.dat", "y", ""), RunTimeError::None);
   EXPECT_EQ(Folder.Files(),
             (std::map<std::string, std::string>{{"QUILL.DAT", "[S]\r\nx=\" 1 \"\r\ny=\r\n"}}));
-  EXPECT_EQ(Here.Access.WriteEntry(Here.Path + "none\\quill.dat", "S", "x", "1"),
-            RunTimeError::PathNotFound);
+  EXPECT_EQ(Access.WriteEntry("none\\quill.dat", "S", "x", "1"), RunTimeError::PathNotFound);
   for (const auto& [section, key] : std::map<std::string, std::string>{
            {"S", "a=b"}, {"S]", "a"}, {"S\n", "a"}, {"T", ";a"}, {"U", " a"}, {"V", ""}}) {
-    EXPECT_EQ(Here.Access.WriteEntry(Here.Path + "quill.dat", section, key, "1"),
-              RunTimeError::PathAccess);
+    EXPECT_EQ(Access.WriteEntry("quill.dat", section, key, "1"), RunTimeError::PathAccess);
   }
 }
 
@@ -61,38 +49,38 @@ TEST_F(ProfileTest, SeesWhatAnotherProgramWroteAtOnce) {
   for (int i = 0; i < 2000; ++i) {
     const char digit = static_cast<char>('0' + i % 10);
     ASSERT_EQ(pwrite(file, &digit, 1, 6), 1);
-    ASSERT_EQ(Here.Read("quill.dat", "x"), std::string(1, digit)) << i;
+    ASSERT_EQ(Read("quill.dat", "x"), std::string(1, digit)) << i;
   }
   close(file);
   for (int i = 0; i < 500; ++i) {
     const std::string digit(1, static_cast<char>('0' + i % 10));
     Folder.WriteFile("other", "[S]\nx=" + digit + "\n");
     std::filesystem::rename(Folder.File("other"), Folder.File("quill.dat"));
-    ASSERT_EQ(Here.Read("quill.dat", "x"), digit) << i;
+    ASSERT_EQ(Read("quill.dat", "x"), digit) << i;
   }
   std::filesystem::remove(Folder.File("quill.dat"));
-  EXPECT_EQ(Here.Read("quill.dat", "x"), "");
+  EXPECT_EQ(Read("quill.dat", "x"), "");
   Folder.WriteFile("Quill.DAT", "[S]\nx=7\n");
-  EXPECT_EQ(Here.Read("quill.dat", "x"), "7");
+  EXPECT_EQ(Read("quill.dat", "x"), "7");
 }
 
 TEST_F(ProfileTest, AnUnchangedFileIsNotReadAgain) {
   Folder.WriteFile("quill.dat", "[S]\nx=0\n");
   while (true) {
-    Here.Read("quill.dat", "x");
+    Read("quill.dat", "x");
     Machine.Reset();
-    Here.Read("quill.dat", "x");
+    Read("quill.dat", "x");
     if (Machine.Calls() == 1) break;  // settles within a tick or two
   }
-  Here.Read("quill.dat", "y");
+  Read("quill.dat", "y");
   EXPECT_EQ(Machine.Calls(), 2);
 }
 
 TEST_F(ProfileTest, EventsRunWhileAGroupOverManyFilesIsWrittenAndMayGiveItUp) {
   constexpr int Files = 30;
   const auto commit = [&](const std::string& value, const Profile::GoesOn& goesOn) {
-    ProfileUpdate update(Here.Access);
-    for (int i = 0; i < Files; ++i) (void)Here.Write(std::to_string(i) + ".dat", "x", value);
+    ProfileUpdate update(Access);
+    for (int i = 0; i < Files; ++i) (void)Write(std::to_string(i) + ".dat", "x", value);
     return update.Commit(goesOn);
   };
   int calls = 0;
@@ -107,42 +95,42 @@ TEST_F(ProfileTest, EventsRunWhileAGroupOverManyFilesIsWrittenAndMayGiveItUp) {
 }
 
 TEST_F(ProfileTest, AGroupIsSeenAtOnceAndTakenBackWhole) {
-  ASSERT_EQ(Here.Write("quill.dat", "x", "1"), RunTimeError::None);
+  ASSERT_EQ(Write("quill.dat", "x", "1"), RunTimeError::None);
   const auto before = Folder.Files();
   std::string undone;
   {
-    ProfileUpdate update(Here.Access);
-    (void)Here.Write("quill.dat", "x", "2");
+    ProfileUpdate update(Access);
+    (void)Write("quill.dat", "x", "2");
     update.OnUndo([&] { undone += "outer"; });
     {
-      ProfileUpdate joined(Here.Access);
-      (void)Here.Write("quill0.dat", "x", "3");
+      ProfileUpdate joined(Access);
+      (void)Write("quill0.dat", "x", "3");
       joined.OnUndo([&] { undone += "inner "; });
       EXPECT_EQ(joined.Commit(), RunTimeError::None);
     }
-    EXPECT_EQ(Here.Read("QUILL.dat", "X"), "2");
-    EXPECT_EQ(Here.Read("quill0.dat", "x"), "3");
-    ProfileSnapshot snapshot(Here.Access);
-    EXPECT_EQ(snapshot.Text(Here.Path + "quill0.dat").Value("S", "x"), "3");
+    EXPECT_EQ(Read("QUILL.dat", "X"), "2");
+    EXPECT_EQ(Read("quill0.dat", "x"), "3");
+    ProfileSnapshot snapshot(Access);
+    EXPECT_EQ(snapshot.Text("quill0.dat").Value("S", "x"), "3");
     EXPECT_EQ(Folder.Files(), before);
   }
   EXPECT_EQ(undone, "inner outer");
-  EXPECT_EQ(Here.Read("quill.dat", "x"), "1");
-  EXPECT_EQ(Here.Read("quill0.dat", "x"), "");
+  EXPECT_EQ(Read("quill.dat", "x"), "1");
+  EXPECT_EQ(Read("quill0.dat", "x"), "");
   EXPECT_EQ(Folder.Files(), before);
 
-  ProfileUpdate update(Here.Access);
-  { ProfileUpdate objecting(Here.Access); }
+  ProfileUpdate update(Access);
+  { ProfileUpdate objecting(Access); }
   EXPECT_NE(update.Commit(), RunTimeError::None);
 }
 
 TEST_F(ProfileTest, AGroupOnWhatCouldNotBeReadFails) {
-  ASSERT_EQ(Here.Write("quill.dat", "count", "5"), RunTimeError::None);
-  ProfileUpdate update(Here.Access);
+  ASSERT_EQ(Write("quill.dat", "count", "5"), RunTimeError::None);
+  ProfileUpdate update(Access);
   Machine.FailAt(1, RunTimeError::DeviceError, false);
-  (void)Here.Write("quill.dat", "count", Here.Read("quill.dat", "count") + "1");
+  (void)Write("quill.dat", "count", Read("quill.dat", "count") + "1");
   EXPECT_EQ(update.Commit(), RunTimeError::DeviceError);
-  EXPECT_EQ(Here.Read("quill.dat", "count"), "5");
+  EXPECT_EQ(Read("quill.dat", "count"), "5");
 }
 
 }  // namespace

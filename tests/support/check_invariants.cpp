@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 namespace quillary::test {
@@ -32,70 +33,81 @@ std::map<std::string, Entries> Parse(const std::string& path) {
 
 class Files {
  public:
-  explicit Files(const std::string& folder) : folder_(folder) {
-    header_ = Parse(folder + "/quill.dat")["General Info"];
-  }
+  explicit Files(const std::string& header)
+      : folder_(header.substr(0, header.rfind('/') + 1)), header_(Parse(header)["General Info"]) {}
 
   std::string Header(const std::string& key) { return header_[key]; }
   std::string Value(const std::string& recNo, const std::string& key) {
     const std::string file = std::to_string(std::stol(recNo) / 100);
-    if (!files_.contains(file)) files_[file] = Parse(folder_ + "/quill" + file + ".dat");
+    if (!files_.contains(file)) files_[file] = Parse(folder_ + "quill" + file + ".dat");
     return files_[file]["Record" + recNo][key];
   }
 
-  // The record numbers of a chain, everything about it checked but the order of its texts.
-  RecNos Chain(const std::string& count, const std::string& first, const std::string& kind) {
+  // The record numbers of a chain, everything about it checked: `text` is the key of what it is
+  // sorted by, `others` are the chains that its records are not in.
+  RecNos Chain(const std::string& kind, const std::string& count, const std::string& first,
+               const std::string& text, const RecNos& others) {
     RecNos chain;
     std::set<std::string> seen;
-    std::string previous;
-    const std::string next = "Next" + kind;
-    for (std::string at = Header(first); !at.empty(); at = Value(at, next)) {
-      if (at.find_first_not_of("0123456789") != std::string::npos) {
-        Complain("Next", kind, " leads to ", at);
-        break;
-      }
-      if (!seen.insert(at).second) {
-        Complain("record ", at, " comes twice along Next", kind);
-        break;
-      }
-      if (Value(at, "Prev" + kind) != previous) Complain("wrong Prev", kind, " of record ", at);
-      if (std::stol(at) >= std::stol("0" + Header("TotalNoOfRecords"))) {
-        Complain("record ", at, " was never handed out");
+    for (std::string at = Header(first); !at.empty(); at = Value(at, "Next" + kind)) {
+      const bool isNumber = at.find_first_not_of("0123456789") == std::string::npos;
+      Expect(isNumber, "Next", kind, " leads to ", at);
+      const bool isNew = seen.insert(at).second;
+      Expect(isNew, "record ", at, " comes twice along Next", kind);
+      if (!isNumber || !isNew) break;
+      const std::string previous = chain.empty() ? "" : chain.back();
+      Expect(Value(at, "Prev" + kind) == previous, "wrong Prev", kind, " of record ", at);
+      Expect(std::stol(at) < std::stol("0" + Header("TotalNoOfRecords")), at, " is no record yet");
+      for (const auto& other : others) {
+        Expect(Value(at, "Prev" + other).empty() && Value(at, "Next" + other).empty(), "record ",
+               at, " has a link of a list that it is not in: ", other);
       }
       chain.push_back(at);
-      previous = at;
     }
-    if (Header(count) != std::to_string(chain.size())) {
-      Complain(count, " is ", Header(count), ", the chain has ", chain.size());
-    }
+    Expect(Header(count) == std::to_string(chain.size()), count, " is ", Header(count),
+           ", the chain has ", chain.size());
+    if (!text.empty()) CheckOrder(chain, text);
     return chain;
   }
 
-  void CheckOrder(const RecNos& chain, const std::string& key) {
-    for (std::size_t i = 1; i < chain.size(); ++i) {
-      if (comparer_.Compare(Value(chain[i - 1], key), Value(chain[i], key)) > 0) {
-        Complain("records ", chain[i - 1], " and ", chain[i], " stand in the wrong order of ", key);
-      }
+  void CheckOrder(const RecNos& recNos, const std::string& key) {
+    for (std::size_t i = 1; i < recNos.size(); ++i) {
+      Expect(comparer_.Compare(Value(recNos[i - 1], key), Value(recNos[i], key)) <= 0, "records ",
+             recNos[i - 1], " and ", recNos[i], " stand in the wrong order of ", key);
     }
   }
 
-  void CheckUnlinked(const RecNos& chain, const std::vector<std::string>& kinds) {
-    for (const auto& recNo : chain) {
-      for (const auto& kind : kinds) {
-        if (!Value(recNo, "Prev" + kind).empty() || !Value(recNo, "Next" + kind).empty()) {
-          Complain("record ", recNo, " has a link of a list it is not in: ", kind);
-        }
-      }
-    }
+  // The records by name and by company.
+  std::pair<RecNos, RecNos> CheckLists() {
+    RecNos names = Chain("Name", "NoOfRecords", "NameFirstRecord", "ShowName", {"Del"});
+    RecNos companies = Chain("Company", "NoOfRecords", "CompanyFirstRecord", "ShowCompany", {});
+    Chain("Del", "DelNoOfRecords", "DelFirstRecord", "", {"Name", "Company"});
+    Expect(SetOf(names) == SetOf(companies), "the two lists hold different records");
+    return {names, companies};
+  }
+
+  void CheckMemory(const RecNos& chain, const std::string& key, const TextList& texts,
+                   const TextList& recNos) {
+    RecNos expected;
+    for (const auto& recNo : chain) expected.push_back(Value(recNo, key));
+    const TextList none{""};
+    Expect(texts == (chain.empty() ? none : TextList(expected)) &&
+               recNos == (chain.empty() ? none : TextList(chain)),
+           "the list in memory differs from the files in ", key);
   }
 
   template <typename... Parts>
-  void Complain(const Parts&... parts) {
-    (complaints_ << ... << parts) << '\n';
+  void Expect(bool holds, const Parts&... parts) {
+    if (!holds) (complaints_ << ... << parts) << '\n';
   }
   testing::AssertionResult Result() const {
     if (complaints_.str().empty()) return testing::AssertionSuccess();
     return testing::AssertionFailure() << complaints_.str();
+  }
+
+  template <class List>
+  static std::set<std::string> SetOf(const List& list) {
+    return {list.begin(), list.end()};
   }
 
  private:
@@ -105,36 +117,6 @@ class Files {
   TextComparer comparer_;
   std::ostringstream complaints_;
 };
-
-struct Lists {
-  RecNos Names;
-  RecNos Companies;
-};
-
-Lists CheckLists(Files& files) {
-  Lists lists{files.Chain("NoOfRecords", "NameFirstRecord", "Name"),
-              files.Chain("NoOfRecords", "CompanyFirstRecord", "Company")};
-  const RecNos deleted = files.Chain("DelNoOfRecords", "DelFirstRecord", "Del");
-  files.CheckOrder(lists.Names, "ShowName");
-  files.CheckOrder(lists.Companies, "ShowCompany");
-  files.CheckUnlinked(lists.Names, {"Del"});
-  files.CheckUnlinked(deleted, {"Name", "Company"});
-  if (std::set(lists.Names.begin(), lists.Names.end()) !=
-      std::set(lists.Companies.begin(), lists.Companies.end())) {
-    files.Complain("the two lists hold different records");
-  }
-  return lists;
-}
-
-void CheckMemory(Files& files, const RecNos& chain, const std::string& key, const TextList& texts,
-                 const TextList& recNos) {
-  std::vector<std::string> expected;
-  for (const auto& recNo : chain) expected.push_back(files.Value(recNo, key));
-  if (texts != (chain.empty() ? TextList{""} : TextList(expected)) ||
-      recNos != (chain.empty() ? TextList{""} : TextList(chain))) {
-    files.Complain("the list in memory differs from the files in ", key);
-  }
-}
 
 void CheckLines(Files& files, const StoreData& data, const RecordedLines& lines) {
   const bool isByName = data.ViewMode == 0;
@@ -146,13 +128,9 @@ void CheckLines(Files& files, const StoreData& data, const RecordedLines& lines)
     recNos = isByName ? data.FilteredNamesRecNo : data.FilteredCompaniesRecNo;
     count = data.FilteredCount;
   }
-  if (count == 0) {
-    texts.clear();
-    recNos.clear();
-  }
-  if (lines.Texts != texts || lines.RecNos != recNos) {
-    files.Complain("the list box differs from the list in memory");
-  }
+  if (count == 0) texts = recNos = TextList();
+  files.Expect(lines.Texts == texts && lines.RecNos == recNos,
+               "the list box differs from the list in memory");
 }
 
 // Both filtered lists hold the same live records, each in order and with its display string.
@@ -160,17 +138,15 @@ void CheckFiltered(Files& files, const StoreData& data, const RecNos& live) {
   if (data.FilteredCount == 0) return;
   const RecNos names(data.FilteredNamesRecNo.begin(), data.FilteredNamesRecNo.end());
   const RecNos companies(data.FilteredCompaniesRecNo.begin(), data.FilteredCompaniesRecNo.end());
-  const std::set<std::string> filtered(names.begin(), names.end());
-  const std::set<std::string> all(live.begin(), live.end());
-  if (names.size() != static_cast<std::size_t>(data.FilteredCount) ||
-      filtered.size() != names.size() || companies.size() != names.size() ||
-      filtered != std::set(companies.begin(), companies.end()) ||
-      !std::includes(all.begin(), all.end(), filtered.begin(), filtered.end())) {
-    files.Complain("the filtered lists hold other records");
-    return;
-  }
-  CheckMemory(files, names, "ShowName", data.FilteredNames, names);
-  CheckMemory(files, companies, "ShowCompany", data.FilteredCompanies, companies);
+  const auto filtered = Files::SetOf(names);
+  const auto all = Files::SetOf(live);
+  files.Expect(names.size() == static_cast<std::size_t>(data.FilteredCount) &&
+                   filtered.size() == names.size() && companies.size() == names.size() &&
+                   filtered == Files::SetOf(companies) &&
+                   std::includes(all.begin(), all.end(), filtered.begin(), filtered.end()),
+               "the filtered lists hold other records");
+  files.CheckMemory(names, "ShowName", data.FilteredNames, names);
+  files.CheckMemory(companies, "ShowCompany", data.FilteredCompanies, companies);
   files.CheckOrder(names, "ShowName");
   files.CheckOrder(companies, "ShowCompany");
 }
@@ -178,26 +154,21 @@ void CheckFiltered(Files& files, const StoreData& data, const RecNos& live) {
 }  // namespace
 
 testing::AssertionResult CheckFiles(const std::string& folder) {
-  Files files(folder);
-  CheckLists(files);
+  Files files(folder + "/quill.dat");
+  files.CheckLists();
   return files.Result();
 }
 
-testing::AssertionResult CheckInvariants(const StoreWorld& world) {
-  return CheckInvariants(world.Folder.Path(), world.Data, world.Lines);
-}
-
-testing::AssertionResult CheckInvariants(const std::string& folder, const StoreData& data,
-                                         const RecordedLines& lines) {
-  Files files(folder);
-  const Lists chains = CheckLists(files);
-  if (static_cast<std::size_t>(data.NoOfRecords) != chains.Names.size()) {
-    files.Complain("NoOfRecords in memory is ", data.NoOfRecords);
-  }
-  CheckMemory(files, chains.Names, "ShowName", data.NamesList, data.NamesRecNo);
-  CheckMemory(files, chains.Companies, "ShowCompany", data.CompaniesList, data.CompaniesRecNo);
-  if (data.FilterOn) CheckFiltered(files, data, chains.Names);
-  CheckLines(files, data, lines);
+testing::AssertionResult CheckInvariants(const StoreProgram& program) {
+  const StoreData& data = program.Lists();
+  Files files(program.Names.Find(data.DataPath + "quill.dat"));
+  const auto [names, companies] = files.CheckLists();
+  files.Expect(static_cast<std::size_t>(data.NoOfRecords) == names.size(),
+               "NoOfRecords in memory is ", data.NoOfRecords);
+  files.CheckMemory(names, "ShowName", data.NamesList, data.NamesRecNo);
+  files.CheckMemory(companies, "ShowCompany", data.CompaniesList, data.CompaniesRecNo);
+  if (data.FilterOn) CheckFiltered(files, data, names);
+  CheckLines(files, data, program.Lines);
   return files.Result();
 }
 

@@ -14,8 +14,6 @@ testing::AssertionResult CheckFiles(const std::string& folder);
 
 // The same, and that the lists in memory, the filtered ones and the lines of the list box are those
 // of the files.
-testing::AssertionResult CheckInvariants(const StoreWorld& world);
-testing::AssertionResult CheckInvariants(const std::string& folder, const StoreData& data,
-                                         const RecordedLines& lines);
+testing::AssertionResult CheckInvariants(const StoreProgram& program);
 
 }  // namespace quillary::test

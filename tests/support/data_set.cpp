@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/text.h"
+#include "store/store_data.h"
 
 namespace quillary::test {
 namespace {
@@ -35,18 +36,15 @@ const Words Cities{"Bergen", "Córdoba", "Düsseldorf", "Gdańsk", "Lyon", "Rott
 const Words Notes{"Met at the spring fair; wants the new price list before the summer.",
                   "Call in the morning only.", "", "Pays late. Send a reminder = always."};
 
-struct Invented {
-  std::array<std::string, 16> Fields;
-  std::string ShowName;
-  std::string ShowCompany;
-  std::array<std::string, 6> Links;  // PrevName, NextName, PrevCompany, NextCompany, PrevDel, ...
-};
-
-constexpr std::array<std::string_view, 16> FieldKeys{
-    "Sal",      "FirstName", "LastName", "Title",  "Company", "Address1", "Address2", "Address3",
-    "Address4", "Address5",  "Address6", "Phone1", "Phone2",  "Fax",      "EMail",    "Notes"};
 constexpr std::array<std::string_view, 6> LinkKeys{"PrevName",    "NextName", "PrevCompany",
                                                    "NextCompany", "PrevDel",  "NextDel"};
+
+struct Invented {
+  FieldArray Fields;
+  std::string ShowName;
+  std::string ShowCompany;
+  std::array<std::string, LinkKeys.size()> Links;
+};
 
 class Inventor {
  public:
@@ -95,12 +93,6 @@ class Inventor {
   std::mt19937 engine_{20};
 };
 
-void WriteFile(const std::string& path, const std::string& bytes) {
-  std::ofstream stream(path, std::ios::binary | std::ios::trunc);
-  stream << bytes;
-  if (!stream.flush()) throw std::runtime_error("cannot write " + path);
-}
-
 void Put(std::string& bytes, std::string_view key, std::string_view value) {
   bytes.append(key).append("=").append(value).append("\r\n");
 }
@@ -127,19 +119,25 @@ std::vector<std::size_t> Sorted(const std::vector<Invented>& records,
   return order;
 }
 
+void Write(const std::string& path, const std::string& bytes) {
+  std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+  if (!(stream << bytes).flush()) throw std::runtime_error("cannot write " + path);
+}
+
 void WriteRecordFiles(const std::string& folder, const std::vector<Invented>& records) {
   constexpr std::size_t PerFile = 100;
+  const FieldArray keys = StoreData().FieldKeys;
   for (std::size_t first = 0; first < records.size(); first += PerFile) {
     std::string bytes;
     for (std::size_t n = first; n < std::min(first + PerFile, records.size()); ++n) {
       const Invented& record = records[n];
       bytes += "[Record" + std::to_string(n) + "]\r\n";
-      for (std::size_t i = 0; i < FieldKeys.size(); ++i) Put(bytes, FieldKeys[i], record.Fields[i]);
+      for (std::size_t i = 0; i < keys.size(); ++i) Put(bytes, keys[i], record.Fields[i]);
       Put(bytes, "ShowName", record.ShowName);
       Put(bytes, "ShowCompany", record.ShowCompany);
       for (std::size_t i = 0; i < LinkKeys.size(); ++i) Put(bytes, LinkKeys[i], record.Links[i]);
     }
-    WriteFile(folder + "/quill" + std::to_string(first / PerFile) + ".dat", bytes);
+    Write(folder + "/quill" + std::to_string(first / PerFile) + ".dat", bytes);
   }
 }
 
@@ -170,7 +168,7 @@ void WriteDataSet(const std::string& folder, const DataSetShape& shape) {
   Put(header, "DelNoOfRecords", std::to_string(deleted.size()));
   Put(header, "DelFirstRecord", Chain(records, deleted, 4));
   WriteRecordFiles(folder, records);
-  WriteFile(folder + "/quill.dat", header);
+  Write(folder + "/quill.dat", header);
 }
 
 }  // namespace quillary::test

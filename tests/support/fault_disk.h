@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,24 +9,27 @@
 
 namespace quillary::test {
 
-// What FaultDisk throws where the program is to stop.
-struct ProgramStopped : std::runtime_error {
-  ProgramStopped() : std::runtime_error("stopped") {}
-};
-
 // The machine's disk, with a fault at a chosen call. Calls are counted from 1, all kinds together.
 // Syncing does nothing: no test cuts the power of the machine itself.
 class FaultDisk : public HostDisk {
  public:
   // Call number `call` gives `error` and does nothing; with `forever` every later one, too.
-  void FailAt(int call, RunTimeError error, bool forever);
-  // Call number `call` throws ProgramStopped (a write has written half of its bytes by then); what
-  // is called while the program unwinds does nothing.
-  void StopAt(int call);
+  void FailAt(int call, RunTimeError error, bool forever) {
+    Reset();
+    faultAt_ = call;
+    error_ = error;
+    forever_ = forever;
+  }
   // Every call that makes or changes a file gives `error`.
-  void FailWrites(RunTimeError error);
+  void FailWrites(RunTimeError error) {
+    FailAt(1, error, true);
+    onlyWrites_ = true;
+  }
   // No fault, and counting begins anew.
-  void Reset();
+  void Reset() {
+    calls_ = faultAt_ = 0;
+    onlyWrites_ = wasReached_ = false;
+  }
   int Calls() const { return calls_; }
   bool WasReached() const { return wasReached_; }
   // Whether files can have several names, unlike on a stick.
@@ -54,13 +56,19 @@ class FaultDisk : public HostDisk {
   RunTimeError CopyAccess(const std::string& path, int handle) override {
     return Try(Kind::Writes, [&] { return HostDisk::CopyAccess(path, handle); });
   }
-  RunTimeError Write(int handle, std::string_view bytes) override;
+  RunTimeError Write(int handle, std::string_view bytes) override {
+    return Try(Kind::Writes, [&] { return HostDisk::Write(handle, bytes); });
+  }
   RunTimeError Reserve(int handle, std::int64_t bytes, std::size_t files) override {
     return Try(Kind::Writes, [&] { return HostDisk::Reserve(handle, bytes, files); });
   }
   RunTimeError Sync(int) override { return Try(Kind::Writes, Nothing); }
   RunTimeError SyncAll(const std::vector<int>&) override { return Try(Kind::Writes, Nothing); }
-  RunTimeError Close(int handle) override;
+  // A handle is freed whatever happens: a test must not run out of them.
+  RunTimeError Close(int handle) override {
+    const RunTimeError closed = HostDisk::Close(handle);
+    return Try(Kind::Reads, [closed] { return closed; });
+  }
   RunTimeError Link(const std::string& from, const std::string& to) override {
     return Try(Kind::Writes, [&] {
       return HasLinks ? HostDisk::Link(from, to) : RunTimeError::PermissionDenied;
@@ -81,12 +89,15 @@ class FaultDisk : public HostDisk {
   enum class Kind { Reads, Writes };
 
   static RunTimeError Nothing() { return RunTimeError::None; }
-  // Counts the call; its fault, if it is to have one.
-  RunTimeError Fault(Kind kind);
+  // Counts the call, which is made unless it is to fail.
   template <class Call>
   RunTimeError Try(Kind kind, Call call) {
-    const RunTimeError fault = Fault(kind);
-    return fault == RunTimeError::None ? call() : fault;
+    ++calls_;
+    const bool isFault = faultAt_ != 0 && (forever_ ? calls_ >= faultAt_ : calls_ == faultAt_) &&
+                         (!onlyWrites_ || kind == Kind::Writes);
+    if (!isFault) return call();
+    wasReached_ = true;
+    return error_;
   }
 
   int calls_ = 0;
@@ -94,7 +105,6 @@ class FaultDisk : public HostDisk {
   RunTimeError error_ = RunTimeError::None;
   bool forever_ = false;
   bool onlyWrites_ = false;
-  bool stops_ = false;
   bool wasReached_ = false;
 };
 

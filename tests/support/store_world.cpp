@@ -10,15 +10,6 @@ namespace quillary::test {
 void RecordedProgress::Begin(std::string_view status, std::string_view splash) {
   Stages.push_back(std::string(status) + '|' + std::string(splash));
   Steps.clear();
-  IsOpen = true;
-}
-
-void RecordedProgress::Step(double percent) {
-  Steps.push_back(percent);
-}
-
-void RecordedProgress::End() {
-  IsOpen = false;
 }
 
 void RecordedLines::SetLines(const TextList& texts, const TextList& recordNumbers) {
@@ -45,65 +36,102 @@ std::size_t RecordedLines::Line(const std::string& recNo) const {
   return static_cast<std::size_t>(line - RecNos.begin());
 }
 
-std::vector<TextList> ListsInMemory(const StoreData& data, const RecordedLines& lines) {
-  return {data.NamesList,
-          data.NamesRecNo,
-          data.CompaniesList,
-          data.CompaniesRecNo,
-          data.FilteredNames,
-          data.FilteredNamesRecNo,
-          data.FilteredCompanies,
-          data.FilteredCompaniesRecNo,
-          lines.Texts,
-          lines.RecNos,
-          {NumberText(data.NoOfRecords), NumberText(data.FilteredCount)}};
+FieldArray Person(const std::string& firstName, const std::string& lastName,
+                  const std::string& company, const std::string& notes) {
+  FieldArray fields{"", firstName, lastName, "", company};
+  fields[Field::Notes] = notes;
+  return fields;
 }
 
-StoreWorld::StoreWorld() {
-  Data.DataPath = ProgramPath(Folder.Path()) + '\\';
-  Data.DataFile = Data.DataPath + "quill.dat";
-}
+StoreProgram::StoreProgram(Disk& disk, const std::string& ownFolder, const std::string& prefsFolder,
+                           StoreData& data)
+    : Names(disk, ownFolder, prefsFolder),
+      Access(disk, Names),
+      Store(data, Access, Comparer, Progress, Lines),
+      lists_(data) {}
 
-void StoreWorld::Open() {
-  Data.NoOfRecords = ToInt16(Store.ReadHeaderEntry("NoOfRecords"));
-  Store.GetNamesList();
-  Store.ShowRecords();
-}
-
-RunTimeError StoreWorld::Add(const std::string& firstName, const std::string& lastName,
-                             const std::string& company, std::string& RecNo) {
+RunTimeError StoreProgram::Add(const FieldArray& fields, std::string* recNo) {
   ProfileUpdate update(Access);
-  RunTimeError error = Store.NextRecordNumber(RecNo);
-  if (error != RunTimeError::None) return error;
-  FieldArray& fields = Data.FieldValues;
-  fields = {"", firstName, lastName, "", company};
-  error = Store.WriteRecord(RecNo);
-  if (error != RunTimeError::None) return error;
-  const std::string showName = BuildShowName(fields[1], fields[2], fields[4]);
-  error = Store.InsertRecord(RecNo, showName, BuildShowCompany(fields[1], fields[2], fields[4]));
+  std::string number;
+  RunTimeError error = Store.NextRecordNumber(number);
+  lists_.FieldValues = fields;
+  if (error == RunTimeError::None) error = Store.WriteRecord(number);
+  if (error == RunTimeError::None) {
+    error = Store.InsertRecord(number, Value(number, "ShowName"), Value(number, "ShowCompany"));
+  }
+  if (recNo != nullptr) *recNo = number;
   return error == RunTimeError::None ? update.Commit() : error;
 }
 
-std::string StoreWorld::Add(const std::string& firstName, const std::string& lastName,
-                            const std::string& company) {
+std::string StoreProgram::Add(const std::string& firstName, const std::string& lastName,
+                              const std::string& company) {
   std::string recNo;
-  if (Add(firstName, lastName, company, recNo) != RunTimeError::None) {
+  if (Add(Person(firstName, lastName, company), &recNo) != RunTimeError::None) {
     throw std::runtime_error("cannot add " + firstName + ' ' + lastName);
   }
   return recNo;
 }
 
-void StoreWorld::Filter(const std::array<std::string, 5>& criteria) {
-  Data.FilterCriteria = criteria;
-  Data.FilterOn = true;
+RunTimeError StoreProgram::Edit(const std::string& recNo, const FieldArray& fields, bool moves) {
+  lists_.FieldValues = fields;
+  return Store.ChangeRecord(recNo, Lines.Line(recNo), moves);
+}
+
+RunTimeError StoreProgram::Import(const std::vector<FieldArray>& people, bool replace) {
+  const RunTimeError error = Store.ImportRecords(
+      people.size(), [&](std::size_t i) { return people.at(i); }, replace);
+  if (error == RunTimeError::None) {
+    lists_.FilterOn = false;
+    Store.ShowRecords();
+  }
+  return error;
+}
+
+void StoreProgram::Filter(const std::array<std::string, 5>& criteria) {
+  lists_.FilterCriteria = criteria;
+  lists_.FilterOn = true;
   Store.BuildFilteredList();
   Store.GetFilteredNamesList();
   Store.SortFilteredList();
   Store.ShowRecords();
 }
 
-RunTimeError StoreWorld::Edit(const std::string& recNo) {
-  return Store.ChangeRecord(recNo, Lines.Line(recNo), true);
+void StoreProgram::SetHeader(std::string_view key, std::string_view value) {
+  ASSERT_EQ(Store.WriteHeaderEntry(key, value), RunTimeError::None);
+}
+
+void StoreProgram::Set(std::string_view recNo, std::string_view key, std::string_view value) {
+  ASSERT_EQ(Store.WriteRecordEntry(recNo, key, value), RunTimeError::None);
+}
+
+std::vector<TextList> StoreProgram::Memory() const {
+  return {lists_.NamesList,
+          lists_.NamesRecNo,
+          lists_.CompaniesList,
+          lists_.CompaniesRecNo,
+          lists_.FilteredNames,
+          lists_.FilteredNamesRecNo,
+          lists_.FilteredCompanies,
+          lists_.FilteredCompaniesRecNo,
+          Lines.Texts,
+          Lines.RecNos,
+          {NumberText(lists_.NoOfRecords), NumberText(lists_.FilteredCount)}};
+}
+
+StoreWorld::StoreWorld() : StoreProgram(Machine, Folder.Path(), Folder.Path(), Data) {
+  Data.DataPath = ProgramPath(Folder.Path()) + '\\';
+  Data.DataFile = Data.DataPath + "quill.dat";
+}
+
+StoreWorld::StoreWorld(const StoreData& other) : StoreWorld() {
+  Data.DataPath = other.DataPath;
+  Data.DataFile = other.DataFile;
+}
+
+void StoreWorld::Open() {
+  Data.NoOfRecords = ToInt16(Store.ReadHeaderEntry("NoOfRecords"));
+  Store.GetNamesList();
+  Store.ShowRecords();
 }
 
 }  // namespace quillary::test
