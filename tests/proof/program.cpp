@@ -32,17 +32,18 @@ Tree ReadTree(const std::string& root) {
 void WriteTree(const std::string& root, const Tree& tree) {
   const Tree now = ReadTree(root);
   for (auto old = now.rbegin(); old != now.rend(); ++old) {
-    if (!tree.contains(old->first)) fs::remove(root + '/' + old->first);
+    if (!tree.contains(old->first)) fs::remove(fs::path(root) / old->first);
   }
-  for (const auto& [path, bytes] : tree) {
-    const auto old = now.find(path);
+  for (const auto& [name, bytes] : tree) {
+    const fs::path path = fs::path(root) / name;
+    const auto old = now.find(name);
     if (old != now.end() && old->second == bytes) continue;
-    if (path.ends_with('/')) {
-      fs::create_directory(root + '/' + path);
+    if (name.ends_with('/')) {
+      fs::create_directory(path);
       continue;
     }
-    std::ofstream stream(root + '/' + path, std::ios::binary | std::ios::trunc);
-    if (!(stream << bytes).flush()) throw std::runtime_error("cannot write " + path);
+    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    if (!(stream << bytes).flush()) throw std::runtime_error("cannot write " + name);
   }
 }
 

@@ -95,6 +95,7 @@ TEST_F(NamesListTest, BrokenChainsAreMendedWithTheNextRecordAndNotBefore) {
   Write({"A", "B", "C", "D"});
   Set("1", "NextName", "");
   Set("2", "NextCompany", "");
+  SetHeader("NoOfRecords", "1e9");
   const auto before = Folder.Files();
   Open();
   const auto memory = Memory();
@@ -104,6 +105,7 @@ TEST_F(NamesListTest, BrokenChainsAreMendedWithTheNextRecordAndNotBefore) {
     Add("", "BB");
   }
   EXPECT_TRUE(Data.ListsIncomplete);
+  EXPECT_EQ(Lines.Texts, (Texts{"A", "B", "C", "D"}));
   EXPECT_EQ(Memory(), memory);
   EXPECT_EQ(Folder.Files(), before);
   Add("", "BB");

@@ -122,6 +122,13 @@ TEST_F(OpenDataFileTest, KeepsTheHeaderOfRecordsThatLieThereAlready) {
   EXPECT_EQ(World.Folder.ReadFile("quilldat/quill.dat.kept2"), header + "Other=1\r\n");
 }
 
+TEST_F(OpenDataFileTest, WhatCannotBeCreatedIsToldAndNotOpen) {
+  World.Machine.FailWrites(RunTimeError::DiskFull);
+  EXPECT_FALSE(Open());
+  EXPECT_EQ(Error, RunTimeError::DiskFull);
+  EXPECT_EQ(World.Data.DataPath, "");
+}
+
 TEST_F(OpenDataFileTest, AHeaderThatCannotBeReadIsNotTakenForNone) {
   ASSERT_TRUE(Open());
   const std::string prefs = World.Folder.ReadFile("varek.ini");

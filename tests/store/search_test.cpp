@@ -98,9 +98,9 @@ TEST_F(SearchTest, FindsWhatTheLowerCaseOfTheValuesContains) {
       "a", "É", "é", "ÉMILE", "Ω",    "ω",        "\u2126",       "K",  "\u212A", "İ",    "i",
       "ß", "ẞ", "Σ", "ς",     "王",   "כהן",      "\r\n",         "\\", "\"",     "\\\"", "'",
       " ", "=", "[", ";",     "\xff", "\xe2\x84", "\xEF\xBF\xBD", "Д",  "д"};
-  const Texts byHand{"\n[Record1]x\n", "\nNotes=",   "\n\tnotes = ",
-                     "\n;Notes=",      "\r\nEMail=", "\nTitle=\\\"\\r",
-                     "\n[Record]\n",   "\nNotes",    "\n[Other]\nFax="};
+  const Texts byHand{
+      "\n[Record90]x\n", "\n [record95]\n", "\n[Record]\n", "\n[Other]\nFax=", "\nNotes=",
+      "\n\tnotes = ",    "\nTitle=\\\"\\r", "\n;Notes=",    "\r\nEMail=",      "\nNotes"};
   const auto text = [&](std::size_t most) {
     std::string result;
     for (std::size_t n = engine() % (most + 1); n > 0; --n) {

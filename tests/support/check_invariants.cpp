@@ -49,11 +49,12 @@ class Files {
                const std::string& text, const RecNos& others) {
     RecNos chain;
     std::set<std::string> seen;
-    for (std::string at = Header(first); !at.empty(); at = Value(at, "Next" + kind)) {
+    const std::string next = "Next" + kind;
+    for (std::string at = Header(first); !at.empty(); at = Value(at, next)) {
       const bool isNumber = at.find_first_not_of("0123456789") == std::string::npos;
-      Expect(isNumber, "Next", kind, " leads to ", at);
+      Expect(isNumber, next, " leads to ", at);
       const bool isNew = seen.insert(at).second;
-      Expect(isNew, "record ", at, " comes twice along Next", kind);
+      Expect(isNew, "record ", at, " comes twice along ", next);
       if (!isNumber || !isNew) break;
       const std::string previous = chain.empty() ? "" : chain.back();
       Expect(Value(at, "Prev" + kind) == previous, "wrong Prev", kind, " of record ", at);
