@@ -4,7 +4,6 @@
 #include <QListWidget>
 #include <QRadioButton>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "import/file_to_import_dialog.h"
@@ -28,20 +27,21 @@ class ImportFixture : public MainFixture {
     if (!Main.isVisible()) Show();
     Dialog.MnuImport_Click(index);
     ASSERT_TRUE(WaitUntilActive(Dialog));
+    EXPECT_FALSE(Main.isEnabled());
   }
-  void TypeFile(const QString& text) {
-    Control<QLineEdit>(Dialog, "TxtFileToImport").setText(text);
-  }
-  void Confirm(const QString& file) {
-    TypeFile(file);
+  QLineEdit& Box(const char* name) { return Control<QLineEdit>(Dialog, name); }
+  QLineEdit& File() { return Box("TxtFileToImport"); }
+  std::string TypedFile() { return File().text().toStdString(); }
+  void Confirm(const std::string& file) {
+    File().setText(QString::fromStdString(file));
     Click(Dialog, "BtnOK");
   }
-  QString TypedFile() { return Control<QLineEdit>(Dialog, "TxtFileToImport").text(); }
-  void Pick(const char* option) { Control<QRadioButton>(Dialog, option).setChecked(true); }
-  std::vector<std::string> Listed(const char* list) {
+  QRadioButton& Option(const std::string& name) {
+    return Control<QRadioButton>(Dialog, name.c_str());
+  }
+  Texts Listed(const char* list) {
     auto& widget = Control<QListWidget>(Dialog, list);
-    std::vector<std::string> texts;
-    texts.reserve(static_cast<std::size_t>(widget.count()));
+    Texts texts;
     for (int i = 0; i < widget.count(); ++i) {
       texts.push_back(widget.item(i)->text().trimmed().toStdString());
     }
@@ -56,7 +56,7 @@ class ImportFixture : public MainFixture {
     return nullptr;
   }
   // Opens the second step for a file in the home folder.
-  QWidget& GoOn(const QString& file) {
+  QWidget& GoOn(const std::string& file) {
     Confirm(file);
     QWidget* second = Second();
     if (second == nullptr) throw std::runtime_error("no second step");
@@ -79,27 +79,18 @@ class ImportFixture : public MainFixture {
   // Nothing of the import is there any more.
   void ExpectEnded() {
     EXPECT_FALSE(Dialog.isVisible() || Wait.isVisible() || ProgressWindow.isVisible());
-    EXPECT_EQ(Second(), nullptr);
-    EXPECT_FALSE(Dialog.IsLoaded());
-    EXPECT_TRUE(Main.isEnabled());
-    EXPECT_TRUE(Guard.InUseTimer.isActive());
+    EXPECT_FALSE(Second() != nullptr || Dialog.IsLoaded());
+    EXPECT_TRUE(Main.isEnabled() && Guard.InUseTimer.isActive());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     EXPECT_EQ(Panel(1), "");
   }
   // The first step is there as the user left it.
   void ExpectFirstStep() {
     EXPECT_TRUE(Dialog.isVisible());
-    EXPECT_EQ(Second(), nullptr);
-    EXPECT_FALSE(Wait.isVisible() || Main.isEnabled());
+    EXPECT_FALSE(Second() != nullptr || Wait.isVisible() || Main.isEnabled());
   }
   // The data files, without the safety copies.
-  std::string DataFiles() {
-    std::string files;
-    for (const char* name : {"quill.dat", "quill0.dat", "quill1.dat"}) {
-      files += Folder.ReadFile(name) + "\n--\n";
-    }
-    return files;
-  }
+  auto DataFiles() { return Folder.Files(".dat"); }
 
   TempFolder Home;
   std::vector<Volume> Volumes;
