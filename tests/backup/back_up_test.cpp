@@ -77,6 +77,10 @@ class User : public QObject {
   std::deque<Action> actions_;
 };
 
+QComboBox& FolderBox(QWidget& window) {
+  return Control<QComboBox>(window, "CboFolder");
+}
+
 const std::string Insert = "Back Up|\nPlease insert a formated disk into drive A:";
 const std::string NotReady =
     "Drive not ready|Drive A: is not ready.\nPlease insert a formated disk into the drive.";
@@ -120,13 +124,18 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
   bool HasEnded() const override { return Ended; }
 
   bool IsBackedUp(const std::string& folder) { return fs::exists(folder + "/QUILL0.OLD"); }
-  // What the user sees who restores from there and then does the rest; all that he is asked for.
-  Texts Restore(const std::string& folder, const char* button = nullptr) {
-    User user;
-    user.Restores(folder);
-    if (button != nullptr) user.Presses(button);
+  // What the user sees who does this while he is asked.
+  Texts BackUpWith(const User& user) {
+    Commands.BackUpToDisk();
+    return user.Seen;
+  }
+  Texts RestoreWith(const User& user) {
     Commands.RestoreFromDisk();
     return user.Seen;
+  }
+  void Restore(const std::string& folder) { RestoreWith(User().Restores(folder)); }
+  void SetHeader(const char* key, const char* value) {
+    ASSERT_EQ(Store.WriteHeaderEntry(key, value), RunTimeError::None);
   }
   // A backup of the data as they are.
   void MakeBackUp() {
@@ -148,56 +157,38 @@ struct BackUpTest : MainFixture, Opening, OpenDataFileHooks {
 TEST_F(BackUpTest, BacksUpToTheFolderThatIsChosenAsOftenAsItTakes) {
   Show();
   const std::string gone = Medium.File("gone");
-  {
-    User user;
-    user.Presses("BtnOK").Chooses(gone).Presses("BtnOK").Does([&](QWidget& window) {
-      EXPECT_EQ(Control<QComboBox>(window, "CboFolder").currentText().toStdString(), gone);
-      EXPECT_EQ(LastFolder(), "");
-      Control<QComboBox>(window, "CboFolder").setEditText(QString::fromStdString(Medium.Path()));
-      Click(window, "BtnOK");
-    });
-    Commands.BackUpToDisk();
-    EXPECT_EQ(user.Seen, (Texts{Insert, "Back Up|", NotReady, "Back Up|"}));
-  }
+  const auto choose = [&](QWidget& window) {
+    EXPECT_EQ(FolderBox(window).currentText().toStdString(), gone);
+    EXPECT_EQ(LastFolder(), "");
+    FolderBox(window).setEditText(QString::fromStdString(Medium.Path()));
+    Click(window, "BtnOK");
+  };
+  EXPECT_EQ(BackUpWith(User().Presses("BtnOK").Chooses(gone).Presses("BtnOK").Does(choose)),
+            (Texts{Insert, "Back Up|", NotReady, "Back Up|"}));
   EXPECT_TRUE(IsBackedUp(Medium.Path()));
-  EXPECT_FALSE(fs::exists(gone));
+  EXPECT_FALSE(fs::exists(gone) || Waiting.isVisible());
   EXPECT_EQ(LastFolder(), Medium.Path());
   EXPECT_TRUE(Main.isEnabled());
-  EXPECT_FALSE(Waiting.isVisible());
 
   // A medium that is full; the user gives up.
   fs::remove(Medium.File("QUILL0.OLD"));
   Disk.FailWrites(RunTimeError::DiskFull);
   User user;
   user.PressesKey(Qt::Key_Return).PressesKey(Qt::Key_Return).PressesKey(Qt::Key_Escape);
-  Commands.BackUpToDisk();
-  Disk.Reset();
-  EXPECT_EQ(user.Seen.back(),
+  EXPECT_EQ(BackUpWith(user).back(),
             "Disk full|The disk in drive A: is full.\n"
             "Please take another one, or remove files from it.");
+  Disk.Reset();
   EXPECT_FALSE(IsBackedUp(Medium.Path()));
   EXPECT_TRUE(Main.isEnabled());
 }
 
-TEST_F(BackUpTest, EnterAtTheWarningAndEscapeLaterChangeNothing) {
-  Show();
-  for (int step = 0; step < 3; ++step) {
-    User user;
-    for (int i = 0; i < step; ++i) user.Presses("BtnOK");
-    user.PressesKey(step == 0 ? Qt::Key_Return : Qt::Key_Escape);
-    Commands.RestoreFromDisk();
-  }
-  EXPECT_FALSE(IsBackedUp(Folder.Path()));
-}
-
 TEST_F(BackUpTest, RestoresAndShowsWhatWasBackedUp) {
+  SetHeader("NoOfUses", "3");
   MakeBackUp();
   Add({{FirstName, "Cy"}, {LastName, "Fox"}});
   Shared.FilterOn = true;
-  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
-  Medium.WriteFile("QUILL.OLD",
-                   Medium.ReadFile("QUILL.OLD")
-                       .replace(Medium.ReadFile("QUILL.OLD").find("NoOfUses=1"), 10, "NoOfUses=3"));
+  SetHeader("NoOfUses", "1");
   const std::string current = Folder.ReadFile("quill0.dat");
   Guard.InUseTimer.start();
   Show();
@@ -205,33 +196,28 @@ TEST_F(BackUpTest, RestoresAndShowsWhatWasBackedUp) {
   const TempFolder pulledOut;
   fs::copy(Medium.Path(), pulledOut.Path());
   fs::create_symlink("nowhere", pulledOut.File("SPARE.OLD"));
-  User user;
-  user.Restores(empty.Path());
-  user.Presses("BtnOK").Chooses(pulledOut.Path());
-  user.Presses("BtnOK").Chooses(Medium.Path());
-  Commands.RestoreFromDisk();
-  EXPECT_EQ(LastFolder(), Medium.Path());
-  EXPECT_EQ(user.Seen,
+  EXPECT_EQ(RestoreWith(User()
+                            .Restores(empty.Path())
+                            .Presses("BtnOK")
+                            .Chooses(pulledOut.Path())
+                            .Presses("BtnOK")
+                            .Chooses(Medium.Path())),
             (Texts{Warning, InsertData, Choosing, NoValidData, Choosing, DataNotReady, Choosing}));
+  EXPECT_EQ(LastFolder(), Medium.Path());
   EXPECT_EQ(ListTexts(), (Texts{"Lee, Ann", "Ray, Bo"}));
-  EXPECT_EQ(Label(0).Caption(), "Lee");
+  EXPECT_EQ(Label(0).Caption() + "|" + Panel(4), "Lee|Filter - OFF");
   EXPECT_EQ(Folder.ReadFile("QUILL0.OLD"), current);
   EXPECT_EQ(Uses(), "1");
-  EXPECT_EQ(Panel(4), "Filter - OFF");
   EXPECT_TRUE(Told.empty());
-  EXPECT_TRUE(Guard.InUseTimer.isActive());
-  EXPECT_TRUE(Main.isEnabled());
-  EXPECT_FALSE(ProgressWindow.isVisible());
+  EXPECT_TRUE(Guard.InUseTimer.isActive() && Main.isEnabled() && !ProgressWindow.isVisible());
   EXPECT_EQ(Add({{FirstName, "Di"}}), "2");
-}
 
-TEST_F(BackUpTest, ARestoreOfAnEmptyDataSetEmptiesTheList) {
-  Medium.WriteFile("quill.old",
+  // Data without names, in other case. Backups with names are asked about.
+  fs::remove(Medium.File("QUILL0.OLD"));
+  Medium.WriteFile("QUILL.OLD",
                    "[General Info]\nApplication=quillary\nTotalNoOfRecords=0\nNoOfRecords=0\n");
-  Show();
   Restore(Medium.Path());
   EXPECT_TRUE(ListTexts().empty());
-  EXPECT_EQ(Label(0).Caption(), "");
 }
 
 TEST_F(BackUpTest, AsksBeforeItGoesOnWithoutASafetyCopy) {
@@ -240,32 +226,32 @@ TEST_F(BackUpTest, AsksBeforeItGoesOnWithoutASafetyCopy) {
   const std::string current = Folder.ReadFile("quill0.dat");
   Show();
   fs::create_directory(Folder.File("QUILL0.OLD"));
-  const std::string question = Choosing +
-                               "The existing data could not be copied aside: the file or folder "
-                               "cannot be used.\nIf you continue they will be lost!";
   for (const bool goesOn : {false, true}) {
     User user;
     user.Restores(Medium.Path());
     goesOn ? user.Presses("BtnOK") : user.PressesKey(Qt::Key_Return);
-    Commands.RestoreFromDisk();
-    EXPECT_EQ(user.Seen.back(), question);
+    EXPECT_EQ(RestoreWith(user).back(),
+              Choosing +
+                  "The existing data could not be copied aside: the file or folder "
+                  "cannot be used.\nIf you continue they will be lost!");
     EXPECT_EQ(Folder.ReadFile("quill0.dat") == current, !goesOn);
   }
-  EXPECT_EQ(ListTexts().size(), 2U);
 }
 
-TEST_F(BackUpTest, ChangesNothingWhileAnotherApplicationUsesTheData) {
+TEST_F(BackUpTest, ChangesNothingWhereTheUserOrAnotherApplicationIsAgainstIt) {
   MakeBackUp();
   Add({{FirstName, "Cy"}});
   Show();
-  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
-  EXPECT_EQ(Restore(Medium.Path(), "BtnOK").back(),
+  SetHeader("NoOfUses", "2");
+  const auto files = Folder.Files();
+  RestoreWith(User().PressesKey(Qt::Key_Return));
+  RestoreWith(User().Presses("BtnOK").PressesKey(Qt::Key_Escape));
+  RestoreWith(User().Presses("BtnOK").Presses("BtnOK").PressesKey(Qt::Key_Escape));
+  EXPECT_EQ(RestoreWith(User().Restores(Medium.Path()).Presses("BtnOK")).back(),
             Choosing +
                 "Another application is using the data file now.\nNothing was "
                 "changed.");
-  EXPECT_EQ(Store.ReadHeaderEntry("NoOfRecords"), "3");
-  EXPECT_EQ(Uses(), "2");
-  EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD")));
+  EXPECT_EQ(Folder.Files(), files);
 }
 
 TEST_F(BackUpTest, OffersTheSafetyCopyAndBringsItBack) {
@@ -274,14 +260,11 @@ TEST_F(BackUpTest, OffersTheSafetyCopyAndBringsItBack) {
   Show();
   for (const TempFolder* folder : {&Medium, &Folder}) {
     const QString path = QString::fromStdString(folder->Path());
-    User user;
-    user.Presses("BtnOK").Presses("BtnOK").Does([&](QWidget& window) {
-      auto& box = Control<QComboBox>(window, "CboFolder");
-      EXPECT_EQ(box.findText(path) >= 0, folder == &Folder);
-      box.setEditText(path);
+    RestoreWith(User().Presses("BtnOK").Presses("BtnOK").Does([&](QWidget& window) {
+      EXPECT_EQ(FolderBox(window).findText(path) >= 0, folder == &Folder);
+      FolderBox(window).setEditText(path);
       Click(window, "BtnOK");
-    });
-    Commands.RestoreFromDisk();
+    }));
     EXPECT_EQ(ListTexts().size(), folder == &Folder ? 3U : 2U);
     EXPECT_EQ(LastFolder(), Medium.Path());
   }
@@ -291,49 +274,38 @@ TEST_F(BackUpTest, TellsWhatIsWrongWithTheDataOrTheDisk) {
   MakeBackUp();
   Show();
   fs::create_directory(Medium.File("quill.jnl"));
-  {
-    User user;
-    user.Restores(Medium.Path()).PressesKey(Qt::Key_Escape);
-    Commands.RestoreFromDisk();
-    EXPECT_EQ(user.Seen.back(), Choosing +
-                                    "A backup was stopped and cannot be completed now: the file or "
-                                    "folder cannot be used.\nPlease make the disk writable.");
-  }
+  EXPECT_EQ(RestoreWith(User().Restores(Medium.Path()).PressesKey(Qt::Key_Escape)).back(),
+            Choosing +
+                "A backup was stopped and cannot be completed now: the file or folder cannot be "
+                "used.\nPlease make the disk writable.");
   fs::remove(Medium.File("quill.jnl"));
   fs::remove(Folder.File("quill0.dat"));
   const TempFolder empty;
   {
     User user;
     user.Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK").Chooses(empty.Path());
-    user.Presses("BtnOK");
-    Commands.BackUpToDisk();
-    EXPECT_EQ(user.Seen[2],
+    const Texts seen = BackUpWith(user.Presses("BtnOK"));
+    EXPECT_EQ(seen[2],
               "Back Up|The data files are damaged and must not replace a backup.\n"
               "Please choose a folder that holds none.");
-    EXPECT_EQ(user.Seen.back(),
+    EXPECT_EQ(seen.back(),
               "Back Up|The data files are damaged: some names may be missing.\n"
               "Should I back up what is there?");
   }
   EXPECT_TRUE(fs::exists(empty.File("QUILL.OLD")));
-  User user;
-  user.Presses("BtnOK").Presses("BtnOK").Chooses(empty.Path()).PressesKey(Qt::Key_Return);
-  Commands.RestoreFromDisk();
-  EXPECT_EQ(user.Seen.back(), Choosing +
-                                  "The data on the disk are damaged: some names may be missing.\n"
-                                  "Should I restore them all the same?");
+  EXPECT_EQ(RestoreWith(User().Restores(empty.Path()).PressesKey(Qt::Key_Return)).back(),
+            Choosing +
+                "The data on the disk are damaged: some names may be missing.\n"
+                "Should I restore them all the same?");
   EXPECT_FALSE(fs::exists(Folder.File("QUILL.OLD")));
-  ASSERT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "9"), RunTimeError::None);
-  user.Presses("BtnOK").Presses("BtnOK").Chooses(empty.Path()).Presses("BtnOK");
-  Commands.RestoreFromDisk();
-  EXPECT_EQ(Told,
-            std::vector<std::string>{"damaged: The earlier data can be restored from the data "
-                                     "folder."});
+  SetHeader("TotalNoOfRecords", "9");
+  RestoreWith(User().Restores(empty.Path()).Presses("BtnOK"));
+  EXPECT_EQ(Told, Texts{"damaged: The earlier data can be restored from the data folder."});
   fs::create_directory(Folder.File("QUILL0.DAT"));
-  user.Presses("BtnOK").Presses("BtnOK").Chooses(Medium.Path()).Presses("BtnOK");
-  Commands.RestoreFromDisk();
-  EXPECT_EQ(user.Seen.back(), Choosing +
-                                  "The data could not be restored: the file or folder cannot be "
-                                  "used.\nNothing was changed.");
+  EXPECT_EQ(RestoreWith(User().Restores(Medium.Path()).Presses("BtnOK")).back(),
+            Choosing +
+                "The data could not be restored: the file or folder cannot be used.\n"
+                "Nothing was changed.");
 }
 
 TEST_F(BackUpTest, AsksBeforeItReplacesABackupThatHasMoreNames) {
@@ -344,13 +316,12 @@ TEST_F(BackUpTest, AsksBeforeItReplacesABackupThatHasMoreNames) {
     User user;
     user.Presses("BtnOK").Chooses(Medium.Path());
     goesOn ? user.Presses("BtnOK") : user.PressesKey(Qt::Key_Return);
-    Commands.BackUpToDisk();
-    EXPECT_EQ(user.Seen.back(), "Back Up|" + question + "\nShould I replace it?");
+    EXPECT_EQ(BackUpWith(user).back(), "Back Up|" + question + "\nShould I replace it?");
     return Medium.ReadFile("QUILL.OLD") != backup;
   };
   Medium.WriteFile("QUILL3.OLD", "[Record300]\r\nShowName=Lee, Ann\r\n");
-  ASSERT_EQ(Store.WriteHeaderEntry("TotalNoOfRecords", "301"), RunTimeError::None);
-  ASSERT_EQ(Store.WriteHeaderEntry("MissingRecords", "300"), RunTimeError::None);
+  SetHeader("TotalNoOfRecords", "301");
+  SetHeader("MissingRecords", "300");
   const std::string missing = "Some names are missing here, but there is a backup with them.";
   EXPECT_FALSE(isReplacedAfter(false, missing));
   EXPECT_TRUE(isReplacedAfter(true, missing));
@@ -363,7 +334,7 @@ TEST_F(BackUpTest, AsksBeforeItReplacesABackupThatHasMoreNames) {
 TEST_F(BackUpTest, AskedToEndItLeavesTheDataAlone) {
   MakeBackUp();
   Show();
-  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "0"), RunTimeError::None);
+  SetHeader("NoOfUses", "0");
   const std::string header = Folder.ReadFile("quill.dat");
   // A copy whose place is taken: nothing can be restored, and the fourth window tells.
   Medium.WriteFile("SPARE.OLD", "spare");
@@ -386,16 +357,15 @@ TEST_F(BackUpTest, AskedToEndItLeavesTheDataAlone) {
 }
 
 TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
-  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "2"), RunTimeError::None);
+  SetHeader("NoOfUses", "2");
   MakeBackUp();
-  ASSERT_EQ(Store.WriteHeaderEntry("NoOfUses", "1"), RunTimeError::None);
+  SetHeader("NoOfUses", "1");
   Show();
   OnOpened = [this] { Disk.FailWrites(RunTimeError::PermissionDenied); };
   Restore(Medium.Path());
   Disk.Reset();
   EXPECT_EQ(Told, (Texts{"not counted"}));
-  EXPECT_FALSE(Control<QPushButton>(Main, "BtnNew").isEnabled());
-
+  EXPECT_FALSE(Widget("BtnNew").isEnabled());
   // Data that cannot be opened: the program ends.
   OnOpened = nullptr;
   CanOpen = false;
@@ -406,39 +376,35 @@ TEST_F(BackUpTest, TellsWhatKeptItFromTakingTheDataOver) {
 
 TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
   const TempFolder stick;
-  const QString stickPath = QString::fromStdString(stick.Path());
   Volumes = {{QStringLiteral("File System"), QStringLiteral("/"), false},
-             {QStringLiteral("STICK"), stickPath, true}};
+             {QStringLiteral("STICK"), QString::fromStdString(stick.Path()), true}};
   Show();
   const auto offered = [](QWidget& window) {
-    const auto& box = Control<QComboBox>(window, "CboFolder");
-    Texts texts{box.currentText().toStdString()};
-    for (int i = 0; i < box.count(); ++i) texts.push_back(box.itemText(i).toStdString());
+    Texts texts{FolderBox(window).currentText().toStdString()};
+    for (int i = 0; i < FolderBox(window).count(); ++i) {
+      texts.push_back(FolderBox(window).itemText(i).toStdString());
+    }
     return texts;
   };
-  const auto choose = [&](User& user) {
-    user.Does([&](QWidget& window) {
-      EXPECT_EQ(offered(window), (Texts{stick.Path(), stick.Path()}));
-      auto& folder = Control<QComboBox>(window, "CboFolder");
-      folder.setEditText(QString());
-      EXPECT_FALSE(Control<QPushButton>(window, "BtnOK").isEnabled());
-      // The data's own folder, by another name, is refused.
-      folder.setEditText(QString::fromStdString(Folder.Path()) + QStringLiteral("//."));
-      Click(window, "BtnOK");
-    });
+  const auto choose = [&] {
+    return Chooser.Choose(QStringLiteral("x"), BackUpFolder::Use::BackUp);
   };
   {
     User user;
-    choose(user);
-    user.Presses("BtnOK");
-    user.Does([&](QWidget& window) { Click(window, "BtnBrowse"); });
     user.Does([&](QWidget& window) {
+      EXPECT_EQ(offered(window), (Texts{stick.Path(), stick.Path()}));
+      FolderBox(window).setEditText(QString());
+      EXPECT_FALSE(Control<QPushButton>(window, "BtnOK").isEnabled());
+      // The data's own folder, by another name, is refused.
+      FolderBox(window).setEditText(QString::fromStdString(Folder.Path()) + QStringLiteral("//."));
+      Click(window, "BtnOK");
+    });
+    user.Presses("BtnOK").Presses("BtnBrowse").Does([&](QWidget& window) {
       Control<QLineEdit>(window, "fileNameEdit").setText(QString::fromStdString(Medium.Path()));
       dynamic_cast<QDialog&>(window).accept();
     });
     user.Presses("BtnOK");
-    EXPECT_EQ(Chooser.Choose(QStringLiteral("x"), BackUpFolder::Use::BackUp),
-              ProgramPath(Medium.Path()) + "\\");
+    EXPECT_EQ(choose(), ProgramPath(Medium.Path()) + "\\");
     EXPECT_EQ(user.Seen[1], "x|This is the folder of the data files.\nPlease choose another one.");
     Chooser.Remember();
   }
@@ -447,7 +413,7 @@ TEST_F(BackUpTest, OffersTheMediaFirstAndTheLastChoice) {
     EXPECT_EQ(offered(window), (Texts{Medium.Path(), stick.Path(), Medium.Path()}));
     window.close();
   });
-  EXPECT_EQ(Chooser.Choose(QStringLiteral("x"), BackUpFolder::Use::BackUp), std::nullopt);
+  EXPECT_EQ(choose(), std::nullopt);
 }
 
 TEST_F(BackUpTest, UnderstandsHowPeopleWriteAFolder) {
@@ -483,10 +449,8 @@ TEST_F(BackUpTest, EventsRunWhileFilesAreCopied) {
     EXPECT_TRUE(!Waiting.isVisible() || !Main.isEnabled());
     Ended = turns >= 3;
   });
-  User user;
-  user.Presses("BtnOK").Chooses(Medium.Path());
   turn.start(1);
-  Commands.BackUpToDisk();
+  BackUpWith(User().Presses("BtnOK").Chooses(Medium.Path()));
   EXPECT_GE(turns, 3);
   EXPECT_TRUE(fs::is_empty(Medium.Path()));
 }
