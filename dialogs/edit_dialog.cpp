@@ -45,11 +45,16 @@ std::optional<ChangeDialog::Refusal> EditDialog::Check() {
 RunTimeError EditDialog::Change() {
   ProfileUpdate update(profile_);
   const FieldArray before = shared_.FieldValues;
-  TakeBoxes(update);
+  const Typed typed = TakeBoxes(update);
   const auto isChanged = [&](Field field) {
     return shared_.FieldValues.at(field) != before.at(field);
   };
-  moved_ = isChanged(Field::FirstName) || isChanged(Field::LastName) || isChanged(Field::Company);
+  // Somebody may have written other display strings by hand.
+  const auto isShown = [&](std::string_view key, const std::string& text) {
+    return records_.ReadRecordEntry(shared_.CurRecordNo, key) == text;
+  };
+  moved_ = isChanged(Field::FirstName) || isChanged(Field::LastName) || isChanged(Field::Company) ||
+           !isShown("ShowName", typed.ShowName) || !isShown("ShowCompany", typed.ShowCompany);
 
   const auto index = static_cast<std::size_t>(std::max<int>(shared_.CurListIndex, 0));
   const RunTimeError error = records_.ChangeRecord(shared_.CurRecordNo, index, moved_);

@@ -59,18 +59,25 @@ RunTimeError Records::CheckRecords() {
   bool isKnown = HaveSameEntries(now.NamesRecNo, data_.NamesRecNo);
   if (!data_.ListsIncomplete) isKnown = isKnown && !now.IsIncomplete;
   if (!data_.ListsIncomplete && !linksOutdated_) {
-    isKnown =
-        isKnown && now.NamesRecNo == data_.NamesRecNo && now.CompaniesRecNo == data_.CompaniesRecNo;
+    isKnown = isKnown && now.NamesRecNo == data_.NamesRecNo &&
+              now.CompaniesRecNo == data_.CompaniesRecNo && now.Names == data_.NamesList &&
+              now.Companies == data_.CompaniesList;
   }
   return isKnown ? RunTimeError::None : RunTimeError::BadRecordNumber;
 }
 
-// Whether the files lead from the entry before `position` to the one there, as the list does. The
-// heads of the lists stand in the header.
+// Whether the files lead from the entry before `position` to the one there, as the list does, and
+// both have the texts there that the list has. The heads of the lists stand in the header.
 bool Records::IsLinkKnown(RecordReader& reader, const Chain& chain, std::size_t position) {
-  const auto& recNos = &chain == &NameChain ? data_.NamesRecNo : data_.CompaniesRecNo;
-  // Its links are about to be written, which must not make a file anew that is missing.
-  const auto isThere = [&](std::size_t index) { return reader.Record(recNos[index]).Exists(); };
+  const bool isByName = &chain == &NameChain;
+  const TextList& recNos = isByName ? data_.NamesRecNo : data_.CompaniesRecNo;
+  const TextList& texts = isByName ? data_.NamesList : data_.CompaniesList;
+  // Its links are about to be written, which must not make a file anew that is missing; and what
+  // stands between it and the next one is to be sorted by what they are called now.
+  const auto isThere = [&](std::size_t index) {
+    const ProfileText::Section record = reader.Record(recNos[index]);
+    return record.Exists() && record.Value(chain.Shown).value_or(std::string()) == texts[index];
+  };
   if (static_cast<std::int64_t>(position) < data_.NoOfRecords && !isThere(position)) return false;
   if (position == 0) return true;
   if (!isThere(position - 1)) return false;

@@ -8,8 +8,9 @@
 
 namespace quillary {
 
-const Records::Chain Records::NameChain{"NameFirstRecord", "PrevName", "NextName"};
-const Records::Chain Records::CompanyChain{"CompanyFirstRecord", "PrevCompany", "NextCompany"};
+const Records::Chain Records::NameChain{"NameFirstRecord", "PrevName", "NextName", "ShowName"};
+const Records::Chain Records::CompanyChain{"CompanyFirstRecord", "PrevCompany", "NextCompany",
+                                           "ShowCompany"};
 
 Records::Records(StoreData& data, Profile& profile, const TextComparer& comparer,
                  ProgressHooks& progress, ListHooks& lines)

@@ -69,6 +69,20 @@ TEST_F(EditDialogTest, CaseAndBlanksOfANameCountAsAChange) {
   ExpectRefusal("BtnOK", "Empty Name and Company");
 }
 
+TEST_F(EditDialogTest, DisplayStringsWrittenByHandGiveWayToTheNames) {
+  Add({{LastName, "Lee"}});
+  Add({{LastName, "Moss"}});
+  EXPECT_EQ(Store.WriteRecordEntry("0", "ShowName", "Zz"), RunTimeError::None);
+  EXPECT_EQ(Store.WriteRecordEntry("0", "ShowCompany", "Zz"), RunTimeError::None);
+  EXPECT_EQ(Store.ReadListsAgain(), RunTimeError::None);
+  Show();
+  EditBox(1, 11, "34");
+  EXPECT_EQ(Stored("0", "ShowName") + Stored("0", "ShowCompany"), "LeeLee");
+  EXPECT_EQ(Links("0") + Panel(2), "<0>1 <0>1 1/ 2");
+  EditBox(0, 11, "56");
+  EXPECT_EQ(Stored("0", "Phone1"), "56");
+}
+
 TEST_F(EditDialogTest, WhatAnotherProgramHasStoredMeanwhileIsShownFirst) {
   ShowNames({"Lee", "Moss"});
   OpenEdit(0);

@@ -40,7 +40,13 @@ RunTimeError MakeStep(Program& program) {
   } else if (kind == 2 || shown.size() > 14) {
     error = program.Delete(shown[below(shown.size())]);
   } else if (kind < 6) {
-    error = program.Edit(shown[below(shown.size())], person());
+    const std::string recNo = shown[below(shown.size())];
+    const bool moves = below(3) != 0;
+    FieldArray fields = person();
+    if (!moves) error = program.Store.ReadFields(recNo, fields);
+    if (error != RunTimeError::None) return error;
+    fields[Field::Notes] = name();
+    error = program.Edit(recNo, fields, moves);
   } else if (kind < 7) {
     error = program.Import({person(), person()});
   } else {

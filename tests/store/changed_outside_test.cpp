@@ -43,12 +43,16 @@ TEST(ChangedOutside, WhatTheListsDoNotShowAnyMoreIsRefusedUntilTheyAreReadAgain)
        }},
       {"move to the end", rename("2", "Z")},
       {"move the last", rename("4", "Bc")},
+      {"stay in place",
+       [](StoreWorld& world) { return world.Edit("2", Person("", "Cc", "Cc"), false); }},
       {"restore", restore}};
   const std::vector<std::pair<std::string, Change>> own{
       {"add", add("Ca")},
       {"add a last one", add("Zz")},
       {"delete", [](StoreWorld& world) { return world.Store.DeleteRecord("2", 0); }},
       {"edit", rename("3", "Aa")},
+      {"edit in place",
+       [](StoreWorld& world) { return world.Edit("2", Person("", "C", "C", "Notes"), false); }},
       {"restore", restore},
       {"import", [](StoreWorld& world) { return world.Import({FieldArray()}); }}};
   for (const auto& [theirs, changeOutside] : outside) {
@@ -59,8 +63,9 @@ TEST(ChangedOutside, WhatTheListsDoNotShowAnyMoreIsRefusedUntilTheyAreReadAgain)
       ASSERT_EQ(changeOutside(both.Other), RunTimeError::None);
       const auto before = world.Folder.Files();
       const RunTimeError error = change(world);
-      // A move elsewhere hurts no change of a few links.
-      if (error != RunTimeError::None || !theirs.starts_with("move") || ours == "import") {
+      // Another name or place elsewhere hurts no change of a few links.
+      const bool isNear = theirs != "stay in place" && !theirs.starts_with("move");
+      if (error != RunTimeError::None || isNear || ours == "import") {
         EXPECT_EQ(error, RunTimeError::BadRecordNumber);
         EXPECT_EQ(world.Folder.Files(), before);
       }

@@ -83,6 +83,8 @@ TEST(Journal, NamesNoFileOutsideItsFolderAndNothingThatAProfileCannotHold) {
   for (const char* name : {"../quill.dat", "/etc/x", "..", "a\\b", ""}) {
     EXPECT_FALSE(isTaken(name, "s", "k")) << name;
   }
+  const JournalPart twice("quill.dat");
+  EXPECT_FALSE(ParseJournal(JournalText({&twice, &twice})));
   for (const char* section : {"", " s", "s]", "s\r"}) EXPECT_FALSE(isTaken("f", section, "k"));
   for (const char* key : {"", "k ", ";k", "[k", "\tk"}) EXPECT_FALSE(isTaken("f", "s", key));
   // Nor does it move anything but its own temporary files.
