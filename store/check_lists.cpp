@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/numbers.h"
@@ -12,13 +13,14 @@
 namespace quillary {
 namespace {
 
-// In no particular order.
-bool HaveSameEntries(const TextList& a, const TextList& b) {
-  std::vector<std::string_view> left(a.begin(), a.end());
-  std::vector<std::string_view> right(b.begin(), b.end());
-  std::sort(left.begin(), left.end());
-  std::sort(right.begin(), right.end());
-  return left == right;
+// Record numbers with their texts, in no particular order.
+std::vector<std::pair<std::string_view, std::string_view>> Entries(const TextList& recNos,
+                                                                   const TextList& texts) {
+  std::vector<std::pair<std::string_view, std::string_view>> entries;
+  entries.reserve(recNos.size());
+  for (std::size_t i = 0; i < recNos.size(); ++i) entries.emplace_back(recNos[i], texts[i]);
+  std::sort(entries.begin(), entries.end());
+  return entries;
 }
 
 }  // namespace
@@ -56,12 +58,13 @@ RunTimeError Records::CheckLists() {
 RunTimeError Records::CheckRecords() {
   const ListsInFiles now = ReadLists(CountInHeader(), nullptr);
   if (now.Error != RunTimeError::None) return now.Error;
-  bool isKnown = HaveSameEntries(now.NamesRecNo, data_.NamesRecNo);
+  bool isKnown = Entries(now.NamesRecNo, now.Names) == Entries(data_.NamesRecNo, data_.NamesList) &&
+                 Entries(now.CompaniesRecNo, now.Companies) ==
+                     Entries(data_.CompaniesRecNo, data_.CompaniesList);
   if (!data_.ListsIncomplete) isKnown = isKnown && !now.IsIncomplete;
   if (!data_.ListsIncomplete && !linksOutdated_) {
-    isKnown = isKnown && now.NamesRecNo == data_.NamesRecNo &&
-              now.CompaniesRecNo == data_.CompaniesRecNo && now.Names == data_.NamesList &&
-              now.Companies == data_.CompaniesList;
+    isKnown =
+        isKnown && now.NamesRecNo == data_.NamesRecNo && now.CompaniesRecNo == data_.CompaniesRecNo;
   }
   return isKnown ? RunTimeError::None : RunTimeError::BadRecordNumber;
 }

@@ -131,8 +131,9 @@ class Records {
   // does. Where it `Moves`, it goes to the place of its new display strings in both lists: what
   // DeleteRecord, RemoveFromDeletedList and InsertRecord would do one after the other, and so
   // without a change to the deleted list, full or not. With the filter on, it leaves the filtered
-  // lists then if it does not match any more. BadRecordNumber where the files do not have the
-  // record where the lists have it, also if it stays there.
+  // lists then if it does not match any more. Without `Moves` the display strings must be those
+  // that are stored. BadRecordNumber where the files do not have the record where the lists have
+  // it, or show it or what is beside it otherwise, also if it stays there.
   RunTimeError ChangeRecord(std::string_view RecNo, std::size_t ListIndex, bool Moves);
 
   // Stores `count` new records and puts them into both lists, before the entries equal to them; of

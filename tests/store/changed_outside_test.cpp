@@ -87,6 +87,8 @@ TEST(ChangedOutside, ListsThatAreToBeWrittenAnewBringNothingBack) {
   world.Set("1", "NextName", "");
   world.Open();
   both.Other.Open();
+  ASSERT_EQ(both.Other.Edit("2", Person("", "Cc", "Cc")), RunTimeError::None);
+  EXPECT_EQ(world.Add(Person("", "Ca")), RunTimeError::BadRecordNumber);
   ASSERT_EQ(both.Other.Delete("3"), RunTimeError::None);
   both.Other.Add("", "H");
   EXPECT_EQ(world.Add(Person("", "I")), RunTimeError::BadRecordNumber);
