@@ -9,6 +9,7 @@
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "store/file_set.h"
+#include "store/host_path.h"
 
 namespace quillary {
 namespace {
@@ -21,10 +22,6 @@ constexpr std::string_view CopyEnd = "OLD";
 constexpr std::string_view OlderEnd = "OL2";
 constexpr std::string_view SpareEnd = ".spare";
 constexpr std::string_view HeaderBase = "QUILL.";
-
-bool IsMissing(RunTimeError error) {
-  return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
-}
 
 std::string In(std::string_view folder, std::string_view name) {
   return std::string(folder).append(name);

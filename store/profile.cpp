@@ -2,16 +2,10 @@
 
 #include <utility>
 
+#include "store/host_path.h"
 #include "store/profile_line.h"
 
 namespace quillary {
-namespace {
-
-bool IsMissing(RunTimeError error) {
-  return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
-}
-
-}  // namespace
 
 Profile::Profile(Disk& disk, const FileNames& names) : disk_(disk), names_(names) {}
 
@@ -129,7 +123,7 @@ RunTimeError Profile::MakeFolder(std::string_view Folder) {
     if (error != RunTimeError::None) return error;
   }
   // What is stored in it is sure to stay only if the folder is.
-  return disk_.SyncFolder(path.substr(0, path.rfind('/') + 1));
+  return disk_.SyncFolder(FolderOf(path));
 }
 
 void Profile::AbandonGroup() {

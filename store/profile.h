@@ -212,7 +212,7 @@ class Profile {
                                 bool& isDecided);
 
   // profile_recovery.cpp
-  RunTimeError BringBackJournal();
+  RunTimeError BringBackJournal(const std::string& folder);
   RunTimeError MakeSureOf(const std::string& journalPath);
   RunTimeError CompleteJournal(const std::string& folder, const GoesOn& goesOn = {});
   RunTimeError Complete(const std::string& folder, const Journal& journal, const GoesOn& goesOn);
@@ -225,10 +225,8 @@ class Profile {
   TextMap<CachedFile*> byName_;  // by program path
   Group group_;
   // A group whose journal stands on the disk while its files are not all written yet: its changes,
-  // which hold for every read, its folder, and its journal. Completed before anything else is
-  // written there.
+  // which hold for every read, and its journal. Completed before anything else is written there.
   ProfileChanges unfinished_;
-  std::string unfinishedFolder_;
   std::string unfinishedJournal_;
   std::function<void()> onDue_;
   // A journal of a group that failed, which could not be removed. Goes before anything is written.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/process.h"
+#include "store/host_path.h"
 #include "store/profile.h"
 #include "store/temporary_name.h"
 
@@ -16,15 +17,6 @@ constexpr int MostAttempts = 20;
 // Files that are written in an idle moment: more than the change of one record concerns, and so few
 // that nobody notices.
 constexpr std::size_t MostLater = 16;
-
-std::string FolderOf(std::string_view path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string_view::npos ? "." : std::string(path.substr(0, slash + 1));
-}
-
-std::string NameOf(std::string_view path) {
-  return std::string(path.substr(path.rfind('/') + 1));
-}
 
 std::string JournalOf(const auto& files) {
   std::vector<const JournalPart*> parts;
@@ -262,7 +254,6 @@ RunTimeError Profile::CommitSeveral(std::vector<PendingFile>& files,
     return RunTimeError::None;
   }
   unfinished_ = changes;
-  unfinishedFolder_ = folder;
   // Nothing is lost if this fails: it is tried again.
   if (Finish() != RunTimeError::None && onDue_) onDue_();
   return RunTimeError::None;
@@ -285,7 +276,6 @@ RunTimeError Profile::CommitLater(std::vector<PendingFile>& files, ProfileChange
   const RunTimeError error = Decide(files, RoomOf(files));
   if (error != RunTimeError::None) return error;
   unfinished_ = std::move(changes);
-  unfinishedFolder_ = FolderOf(files.front().File->HostPath);
   onDue_();
   return RunTimeError::None;
 }
@@ -326,7 +316,8 @@ RunTimeError Profile::Commit(ProfileChanges changes, const GoesOn& goesOn) {
   if (std::any_of(changes.begin(), changes.end(), isElsewhere)) return RunTimeError::PathAccess;
   RunTimeError error = Finish();
   // A lone file of another folder need not wait.
-  const bool mustWait = folder == unfinishedFolder_ || !staleJournal_.empty() || changes.size() > 1;
+  const bool isThere = !unfinished_.empty() && FolderOf(unfinished_.begin()->first) == folder;
+  const bool mustWait = isThere || !staleJournal_.empty() || changes.size() > 1;
   if (error != RunTimeError::None && mustWait) return error;
 
   std::vector<PendingFile> files = FilesOf(changes);

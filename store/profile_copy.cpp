@@ -9,6 +9,7 @@
 
 #include "platform/process.h"
 #include "platform/text.h"
+#include "store/host_path.h"
 #include "store/profile.h"
 #include "store/temporary_name.h"
 
@@ -26,20 +27,8 @@ constexpr std::size_t PartSize = 1'048'576;
 // How often copying starts again because another program wrote to the same files meanwhile.
 constexpr int MostAttempts = 20;
 
-std::string FolderOf(std::string_view path) {
-  return std::string(path.substr(0, path.rfind('/') + 1));
-}
-
-std::string NameOf(std::string_view path) {
-  return std::string(path.substr(path.rfind('/') + 1));
-}
-
 // What work that was given up comes to.
 constexpr RunTimeError GivenUp = RunTimeError::NotReady;
-
-bool IsMissing(RunTimeError error) {
-  return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
-}
 
 }  // namespace
 

@@ -3,21 +3,15 @@
 #include <vector>
 
 #include "platform/process.h"
+#include "store/host_path.h"
 #include "store/profile.h"
 #include "store/temporary_name.h"
 
 namespace quillary {
-namespace {
-
-bool IsMissing(RunTimeError error) {
-  return error == RunTimeError::FileNotFound || error == RunTimeError::PathNotFound;
-}
-
-}  // namespace
 
 RunTimeError Profile::Recover(std::string_view File) {
   const std::string path = names_.Find(File);
-  const std::string folder = path.substr(0, path.rfind('/') + 1);
+  const std::string folder = FolderOf(path);
   // A journal that was told to be void must not be completed.
   RunTimeError error = Finish();
   if (error != RunTimeError::None) return error;
@@ -39,24 +33,25 @@ RunTimeError Profile::Finish() {
     staleJournal_.clear();
   }
   if (unfinished_.empty()) return RunTimeError::None;
-  RunTimeError error = BringBackJournal();
-  if (error == RunTimeError::None) error = CompleteJournal(unfinishedFolder_);
+  const std::string folder = FolderOf(unfinished_.begin()->first);
+  RunTimeError error = BringBackJournal(folder);
+  if (error == RunTimeError::None) error = CompleteJournal(folder);
   // The journal may have been removed before, without its removal being sure to stay.
-  if (error == RunTimeError::None) error = disk_.SyncFolder(unfinishedFolder_);
+  if (error == RunTimeError::None) error = disk_.SyncFolder(folder);
   if (error == RunTimeError::None) unfinished_.clear();
   return error;
 }
 
 // The journal may have gone with its disk, or by the hand of somebody who did not know what it was;
 // and another program may have left its own, which comes first.
-RunTimeError Profile::BringBackJournal() {
-  const std::string path = unfinishedFolder_ + std::string(JournalName);
+RunTimeError Profile::BringBackJournal(const std::string& folder) {
+  const std::string path = folder + std::string(JournalName);
   std::string bytes;
   FileStamp stamp;
   RunTimeError error = disk_.Read(path, bytes, stamp);
   if (error == RunTimeError::None) {
     if (bytes == unfinishedJournal_) return error;
-    error = CompleteJournal(unfinishedFolder_);
+    error = CompleteJournal(folder);
     if (error != RunTimeError::None) return error;
   } else if (!IsMissing(error)) {
     return error;
@@ -68,7 +63,7 @@ RunTimeError Profile::BringBackJournal() {
       });
   if (!areFilesThere) return error;
   error = WriteNewFile(path, unfinishedJournal_, unfinished_.begin()->first);
-  return error == RunTimeError::None ? disk_.SyncFolder(unfinishedFolder_) : error;
+  return error == RunTimeError::None ? disk_.SyncFolder(folder) : error;
 }
 
 // Who wrote the journal may have been stopped before it was sure to stay. The files must not be
